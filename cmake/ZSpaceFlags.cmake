@@ -1,0 +1,20 @@
+# SPDX-FileCopyrightText: 2026 The ZSpace authors
+# SPDX-License-Identifier: MIT
+
+# Warnings are errors for us and invisible to users: they are on only where we are the top project.
+function(zspace_private_flags target)
+    if(PROJECT_IS_TOP_LEVEL)
+        target_compile_options(${target} PRIVATE
+            -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+    endif()
+endfunction()
+
+# Sanitizers and coverage must reach every object of a build, so they are set for the whole tree.
+if(ZSPACE_SANITIZE)
+    add_compile_options(-fsanitize=${ZSPACE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${ZSPACE_SANITIZE})
+endif()
+if(ZSPACE_COVERAGE)
+    add_compile_options(--coverage -O0)
+    add_link_options(--coverage)
+endif()

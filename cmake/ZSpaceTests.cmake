@@ -1,0 +1,19 @@
+# SPDX-FileCopyrightText: 2026 The ZSpace authors
+# SPDX-License-Identifier: MIT
+
+include(GoogleTest)
+find_package(GTest REQUIRED)
+
+# zspace_add_tests(<target> <source>...): one test program over GoogleMock; each TEST becomes a test of ctest.
+function(zspace_add_tests target)
+    add_executable(${target} ${ARGN})
+    target_link_libraries(${target} PRIVATE ZSpace::zspace GTest::gmock_main)
+    target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
+    target_compile_definitions(${target} PRIVATE
+        ZSPACE_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ZSPACE_BINARY_DIR="${PROJECT_BINARY_DIR}")
+    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+    zspace_private_flags(${target})
+    target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+    gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()
