@@ -4,3 +4,6 @@
 #pragma once
 
 /// The whole framework in one include. Code that needs one class includes that class's own header instead.
+
+#include "app/LogFrontEnd.h"
+#include "log/ZTransferLog.h"

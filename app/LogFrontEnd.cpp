@@ -1,0 +1,192 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "app/LogFrontEnd.h"
+
+#include "app/FileLogging.h"
+#include "log/ZTransferLog.h"
+#include "platform/Debugger.h"
+#include "platform/Foundation.h"
+#include "platform/SystemLog.h"
+
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+
+namespace Host = ZSpace::Host;
+
+// The process-wide switches: all zero at start, written by CNSInitLog alone, before other threads log.
+unsigned char debugLogEnabled = 0; // never cleared again
+Host::SystemLogClient* asl = nullptr; // null while the system log is not open; never closed
+Host::SystemLogMessage* aslMsg = nullptr; // made together with `asl`
+
+namespace {
+
+constexpr std::size_t s_lineSize = 4096;
+constexpr std::size_t s_tracedLineSize = 8192;
+
+/// Text formatted on the stack and cut, without notice, to the bytes that fit.
+template <std::size_t size>
+class BoundedText {
+public:
+    BoundedText(const char* format, std::va_list arguments) noexcept
+    {
+        m_text[0] = m_text[size - 1] = '\0';
+        // A format that the C library gives up on is shown as it is, which tells more than an empty line.
+        if (format && std::vsnprintf(m_text, size, format, arguments) < 0)
+            std::snprintf(m_text, size, "%s", format);
+    }
+    [[nodiscard]] const char* get() const noexcept { return m_text; }
+
+private:
+    char m_text[size]; // not cleared: formatting terminates it
+};
+
+/// Where a line goes that no log book takes: the system log when it is open, else the console.
+void writeToSystem(int level, const char* text)
+{
+    if (asl)
+        Host::writeSystemLog(asl, aslMsg, level, text);
+    else
+        NSLog(NS::String("%s").native(), text);
+}
+
+/// The one road of every line. The text is never used as a format.
+void writeLine(const char* text)
+{
+    if (!ZSpace::ZTransferLog::log(text))
+        writeToSystem(Host::SystemLogNotice, text);
+}
+
+void writeLine(const NS::String& text)
+{
+    if (const char* const utf8 = text.UTF8String())
+        writeLine(utf8);
+}
+
+void writeWithStackTrace(const NS::MutableString& text)
+{
+    OCAppendStackTrace(text.native());
+    if (const char* const utf8 = text.UTF8String())
+        writeLine(utf8);
+}
+
+} // namespace
+
+void CNSInitLog(int flags, int sysLogSwitch, const char* tag, const char* userLogDir)
+{
+    const bool isDebugged = Host::isDebuggerAttached();
+    if ((flags & CNSLogFlagDebug) || isDebugged)
+        debugLogEnabled = 1;
+    if (userLogDir && std::strlen(userLogDir) >= 2)
+        ZSpace::useLogFolder(userLogDir);
+    if (flags & CNSLogFlagFile)
+        ZSpace::enableFileLogging(tag ? tag : "");
+    if (sysLogSwitch == 1) {
+        asl = Host::openSystemLog(
+            tag, isDebugged ? Host::CopyToStandardError::Yes : Host::CopyToStandardError::No);
+        aslMsg = Host::newSystemLogMessage();
+    }
+}
+
+void CNSDisableFileLogging(void)
+{
+    ZSpace::disableFileLogging();
+}
+
+bool CNSDbgLogEnabled(void)
+{
+    return debugLogEnabled == 1;
+}
+
+void CLogV(const char* format, va_list arguments)
+{
+    const BoundedText<s_lineSize> text(format, arguments);
+    writeLine(text.get());
+}
+
+void OCLogV(NSString* format, va_list arguments)
+{
+    writeLine(NS::String::stringWithFormat(format, arguments));
+}
+
+void CNSLog(const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    CLogV(format, arguments);
+    va_end(arguments);
+}
+
+void CNSDbgLog(const char* format, ...)
+{
+    if (!CNSDbgLogEnabled())
+        return;
+    va_list arguments;
+    va_start(arguments, format);
+    CLogV(format, arguments);
+    va_end(arguments);
+}
+
+void OCNSLog(NSString* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    OCLogV(format, arguments);
+    va_end(arguments);
+}
+
+void OCNSDbgLog(NSString* format, ...)
+{
+    if (!CNSDbgLogEnabled())
+        return;
+    va_list arguments;
+    va_start(arguments, format);
+    OCLogV(format, arguments);
+    va_end(arguments);
+}
+
+void CNSSysLog(int level, const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const BoundedText<s_lineSize> text(format, arguments);
+    va_end(arguments);
+    writeToSystem(level, text.get());
+}
+
+void CNSLogWithStackTrace(const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const BoundedText<s_tracedLineSize> text(format, arguments);
+    va_end(arguments);
+    writeWithStackTrace(NS::MutableString(text.get()));
+}
+
+void OCNSLogWithStackTrace(NSString* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const NS::MutableString text = NS::MutableString::stringWithFormat(format, arguments);
+    va_end(arguments);
+    writeWithStackTrace(text);
+}
+
+void OCAppendStackTrace(NSMutableString* text)
+{
+    NS::MutableString trace = NS::MutableString::retain(text);
+    const NS::Array frames = NS::Thread::callStackSymbols();
+    trace.appendString("\n------- stack trace -------\n");
+    for (std::size_t i = 0; i < frames.count(); ++i) {
+        trace.appendString(frames.objectAtIndex(i));
+        trace.appendString("\n");
+    }
+    trace.appendString("---------------------------\n");
+}
+
+void CNSLogMsg(const char* text)
+{
+    if (text)
+        writeLine(text);
+}

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+// Removes the installed remote-support service: starts the service's own installer in its uninstall mode,
+// logs what was done, and ends at once with status 0, whatever happened.
+
+#include "app/LogFrontEnd.h"
+#include "platform/Foundation.h"
+#include "platform/Process.h"
+
+namespace {
+
+void logStart(const NS::Task& task)
+{
+    OCNSLog(NS::String("Running uninstall script: %@, args: %@").native(), task.launchPath().native(),
+        task.arguments().native());
+}
+
+void logFailure(const NS::String& executable, const NS::Exception& exception)
+{
+    OCNSLog(NS::String("CdkRemotedUninstaller: Failed to launch uninstaller task:%@, exception:%@ reason:%@ "
+                       "userinfo:%@\nstack:\n%@")
+                .native(),
+        executable.native(), exception.name().native(), exception.reason().native(),
+        exception.userInfo().native(), exception.callStackSymbols().native());
+}
+
+} // namespace
+
+int main()
+{
+    ZSpace::Host::shieldStandardStreams();
+    CNSInitLog(CNSLogFlagFile | CNSLogFlagDebug, 0, "CdkRSUninstaller", "/var/log/com.coraldesk.remote");
+
+    const NS::String base = NS::searchPathForDirectoriesInDomains(NS::SearchPathDirectory::ApplicationSupport,
+        NS::SearchPathDomainMask::MachineWide, NS::ExpandTilde::No)
+                                .firstObject();
+    const NS::String service = base.stringByAppendingPathComponent("com.coraldesk.remote");
+    const NS::String executable = service.stringByAppendingPathComponent(
+        "bin/CdkRemotedInstaller.app/Contents/MacOS/CdkRemotedInstaller");
+
+    try {
+        NS::Task task;
+        task.setLaunchPath(executable);
+        task.setArguments(NS::Array::arrayWithObjects({"-uninstall", "YES"}));
+        const NS::FileHandle nullDevice = NS::FileHandle::fileHandleWithNullDevice();
+        task.setStandardOutput(nullDevice);
+        task.setStandardError(nullDevice);
+        logStart(task);
+        task.launch();
+    } catch (const NS::Exception& exception) {
+        logFailure(executable, exception);
+    }
+    return 0;
+}
