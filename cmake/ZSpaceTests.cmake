@@ -15,5 +15,5 @@ function(zspace_add_tests target)
     zspace_private_flags(${target})
     target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
     gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST
-        DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+        DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60)
 endfunction()

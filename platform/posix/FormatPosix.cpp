@@ -140,8 +140,8 @@ private:
     {
         const char* end = m_next;
         int position = 0;
-        while (isDigit(*end) && position <= s_maxArguments)
-            position = position * 10 + (*end++ - '0');
+        for (; isDigit(*end); ++end)
+            position = std::min(position * 10 + (*end - '0'), s_maxArguments + 1);
         if (*end != '$')
             return 0;
         m_next = end + 1;

@@ -1,0 +1,69 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 The ZSpace authors
+# SPDX-License-Identifier: MIT
+#
+# Installs what is missing, builds the uninstaller, runs it and shows what happened.
+#
+#   ./scripts/run.sh          in a private file tree that holds a sample service; the host stays untouched
+#   ./scripts/run.sh --here   against this host's own folders
+set -eu
+cd "$(dirname "$0")/.."
+. scripts/setup.sh
+
+# shellcheck disable=SC2154,SC2086 # set in setup.sh; the list is to be split
+require_packages $build_packages
+echo "Building preset release"
+build release CdkRSUninstaller
+program=$PWD/build/release/app/CdkRSUninstaller
+
+case ${1:-} in
+--here)
+    echo "Running $program against this host's own folders"
+    status=0
+    "$program" || status=$?
+    echo "Exit status: $status"
+    exit 0
+    ;;
+"") ;;
+*)
+    echo "usage: $0 [--here]" >&2
+    exit 2
+    ;;
+esac
+
+root=$(mktemp -d)
+trap 'rm -rf "$root"' EXIT
+service="Library/Application Support/com.coraldesk.remote"
+installer="$service/bin/CdkRemotedInstaller.app/Contents/MacOS/CdkRemotedInstaller"
+mkdir -p "$root/${installer%/*}" "$root/var/log" "$root/home" "$root/tmp" "$root/program"
+cp examples/sample-service/CdkRemotedInstaller "$root/$installer"
+chmod 755 "$root/$installer"
+cp "$program" "$root/program/"
+
+if ! scripts/private-root.sh "$root" /bin/true 2>/dev/null; then
+    echo "This host does not let you make a private mount namespace (as root it would)."
+    echo "To run the uninstaller against the host's own folders: $0 --here"
+    exit 1
+fi
+
+echo "Running CdkRSUninstaller where /$service holds a sample service"
+status=0
+scripts/private-root.sh "$root" /program/CdkRSUninstaller 2>"$root/console" || status=$?
+
+# The program does not wait for the installer, so this script does.
+for _ in 1 2 3 4 5 6 7 8 9 10; do
+    [ ! -e "$root/$service/how-it-was-called" ] || break
+    sleep 0.2
+done
+
+# show TITLE FILE: the lines of a file, indented.
+show() {
+    echo
+    echo "$1"
+    sed 's/^/    /' "$2"
+}
+
+echo
+echo "Exit status: $status"
+show "What the installer saw:" "$root/$service/how-it-was-called"
+show "What was logged on the console:" "$root/console"

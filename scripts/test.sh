@@ -1,0 +1,20 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 The ZSpace authors
+# SPDX-License-Identifier: MIT
+#
+# Installs what is missing, builds, and runs every test: ./scripts/test.sh [preset], by default "release".
+set -eu
+cd "$(dirname "$0")/.."
+. scripts/setup.sh
+
+preset=${1:-release}
+packages="$build_packages libgtest-dev libgmock-dev"
+case $preset in
+clang | asan | fuzz) packages="$packages clang libclang-rt-14-dev" ;;
+esac
+# shellcheck disable=SC2086 # the list is to be split
+require_packages $packages
+
+echo "Building preset $preset"
+build "$preset"
+ctest --preset "$preset"

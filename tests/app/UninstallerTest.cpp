@@ -1,0 +1,424 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+// The built program, run with real children in a file tree of the test's own.
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/PrivateRoot.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace ZSpace::Testing {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::Not;
+using testing::StartsWith;
+
+const std::string s_service = "/Library/Application Support/com.coraldesk.remote";
+const std::string s_installer = s_service + "/bin/CdkRemotedInstaller.app/Contents/MacOS/CdkRemotedInstaller";
+const std::string s_startLine = "Running uninstall script: " + s_installer + ", args: (\"-uninstall\", YES)";
+const std::string s_failureStart =
+    "CdkRemotedUninstaller: Failed to launch uninstaller task:" + s_installer + ", exception:";
+
+long countOf(const std::string& text, const std::string& part)
+{
+    long count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++count;
+    return count;
+}
+
+class Uninstaller : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!PrivateRoot::isPossible())
+            GTEST_SKIP() << "this user may not make mount namespaces here";
+    }
+
+    [[nodiscard]] fs::path inRoot(const std::string& path) const { return m_root.path() / path.substr(1); }
+
+    void installProbe()
+    {
+        prepareInstallerFolder();
+        fs::copy_file(ZSPACE_PROBE_INSTALLER, inRoot(s_installer));
+    }
+    void installFile(const std::string& content, mode_t mode)
+    {
+        prepareInstallerFolder();
+        writeFile(inRoot(s_installer), content);
+        chmod(inRoot(s_installer).c_str(), mode);
+    }
+    void prepareInstallerFolder() { fs::create_directories(inRoot(s_installer).parent_path()); }
+
+    Outcome run(
+        const std::function<void()>& before = [] {}, PrivateRoot::Omit omit = {false, false},
+        const std::vector<std::string>& arguments = {})
+    {
+        return m_root.runProgram(ZSPACE_UNINSTALLER, before, omit, arguments);
+    }
+    Outcome runWithDescriptorClosed(int descriptor)
+    {
+        return run([=] { close(descriptor); });
+    }
+
+    /// What the stand-in installer says of its start; waits for it.
+    [[nodiscard]] std::string report() const
+    {
+        waitUntil([&] { return fs::exists(inRoot(s_service + "/report")); });
+        return contentOf(inRoot(s_service + "/report"));
+    }
+    [[nodiscard]] bool hasEnded() const { return fs::exists(inRoot(s_service + "/ended")); }
+
+    /// All that was logged, wherever it went.
+    [[nodiscard]] std::string logged(const Outcome& outcome) const
+    {
+        std::string text = outcome.standardError;
+        for (const char* folder : {"/var/log/com.coraldesk.remote", "/home/CdLogs"}) {
+            if (!fs::exists(inRoot(folder)))
+                continue;
+            for (const auto& entry : fs::directory_iterator(inRoot(folder)))
+                text += contentOf(entry.path());
+        }
+        return text;
+    }
+
+    void expectFailedStart(const Outcome& outcome, const std::string& reason) const
+    {
+        EXPECT_TRUE(outcome.hasExited);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_THAT(logged(outcome), HasSubstr(s_startLine));
+        EXPECT_THAT(logged(outcome), HasSubstr(s_failureStart + "NSInvalidArgumentException reason:"));
+        EXPECT_THAT(logged(outcome), HasSubstr(reason));
+    }
+
+    PrivateRoot m_root;
+};
+
+TEST_F(Uninstaller, StartsTheInstallerWithItsPathAndTwoArguments)
+{
+    installProbe();
+    const Outcome outcome = run();
+    EXPECT_TRUE(outcome.hasExited);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(report(),
+        HasSubstr("argument 0: " + s_installer + "\nargument 1: -uninstall\nargument 2: YES\nSigBlk"));
+}
+
+TEST_F(Uninstaller, LogsOneLineBeforeTheStartAndNothingAfterIt)
+{
+    installProbe();
+    const Outcome outcome = run();
+    ASSERT_FALSE(report().empty());
+    EXPECT_EQ(countOf(outcome.standardError, s_startLine), 1);
+    EXPECT_EQ(countOf(outcome.standardError, "\n"), 1) << outcome.standardError;
+    EXPECT_THAT(outcome.standardError, testing::EndsWith(s_startLine + "\n"));
+}
+
+TEST_F(Uninstaller, ReturnsWhileTheInstallerGoesOnRunning)
+{
+    installProbe();
+    writeFile(inRoot(s_service + "/linger"), "");
+    const Outcome outcome = run();
+    EXPECT_EQ(outcome.status, 0);
+    ASSERT_FALSE(report().empty());
+    EXPECT_FALSE(hasEnded());
+    fs::remove(inRoot(s_service + "/linger"));
+    EXPECT_TRUE(waitUntil([&] { return hasEnded(); }));
+}
+
+TEST_F(Uninstaller, NothingThatTheInstallerPrintsReachesTheTerminal)
+{
+    installProbe();
+    const Outcome outcome = run();
+    ASSERT_TRUE(waitUntil([&] { return hasEnded(); }));
+    EXPECT_THAT(outcome.standardOutput + outcome.standardError, Not(HasSubstr("noise")));
+    EXPECT_THAT(report(), HasSubstr("descriptor 1: /dev/null\ndescriptor 2: /dev/null\nargument"));
+}
+
+TEST_F(Uninstaller, CommandLineArgumentsChangeNothing)
+{
+    installProbe();
+    const Outcome outcome = run([] {}, {}, {"-h", "--version", "a b", ""});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.standardError, HasSubstr(s_startLine));
+    EXPECT_THAT(report(), HasSubstr("argument 1: -uninstall\nargument 2: YES\nSigBlk"));
+}
+
+TEST_F(Uninstaller, AMissingInstallerIsLoggedAndTheStatusIsStillZero)
+{
+    const Outcome outcome = run();
+    expectFailedStart(outcome,
+        "Couldn't launch \"" + s_installer
+            + "\": No such file or directory (error 2) userinfo:(null)\nstack:\n(");
+    EXPECT_LT(outcome.standardError.find(s_startLine), outcome.standardError.find(s_failureStart));
+}
+
+TEST_F(Uninstaller, TheFailureLineHoldsTheCallStackAsAList)
+{
+    const Outcome outcome = run();
+    EXPECT_THAT(logged(outcome), ContainsRegex("stack:\n\\(\"0 .*0x[0-9a-f]+ .*main \\+ [0-9]+.*\"\\)\n"));
+}
+
+TEST_F(Uninstaller, AFileWithoutExecutePermissionIsAFailedStart)
+{
+    installFile("#!/bin/sh\n", 0644);
+    expectFailedStart(run(), "Permission denied (error 13): the file may not be executed");
+}
+
+TEST_F(Uninstaller, AFolderIsAFailedStart)
+{
+    fs::create_directories(inRoot(s_installer));
+    expectFailedStart(run(), "Permission denied (error 13): this is a folder");
+}
+
+TEST_F(Uninstaller, AMissingInterpreterIsAFailedStart)
+{
+    installFile("#!/no/such/interpreter\n", 0755);
+    expectFailedStart(run(), "No such file or directory (error 2): the file exists, but the interpreter");
+}
+
+TEST_F(Uninstaller, AFileOfNoExecutableFormatIsAFailedStartAndNoShellRunsIt)
+{
+    installFile("echo ran > '" + s_service + "/report'\n", 0755);
+    expectFailedStart(run(), "Exec format error (error 8)");
+    EXPECT_FALSE(fs::exists(inRoot(s_service + "/report")));
+}
+
+TEST_F(Uninstaller, AMissingNullDeviceIsAFailedStart)
+{
+    installProbe();
+    expectFailedStart(run([] {}, {.nullDevice = true}), "its output could not be sent to /dev/null");
+    EXPECT_FALSE(fs::exists(inRoot(s_service + "/report")));
+}
+
+TEST_F(Uninstaller, TheInstallerGetsNoDescriptorBeyondTheThreeStandardOnes)
+{
+    installProbe();
+    const Outcome outcome = run([] {
+        for (const int descriptor : {3, 7, 42, 500})
+            dup2(STDOUT_FILENO, descriptor);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(report(),
+        ContainsRegex("^descriptor 0: .*\ndescriptor 1: /dev/null\ndescriptor 2: /dev/null\nargument"));
+}
+
+TEST_F(Uninstaller, TheInstallerReadsTheInheritedStandardInput)
+{
+    installProbe();
+    writeFile(inRoot("/tmp/input"), "");
+    run([] { dup2(open("/tmp/input", O_RDONLY), STDIN_FILENO); });
+    EXPECT_THAT(report(), ContainsRegex("^descriptor 0: .*/tmp/input\n"));
+}
+
+TEST_F(Uninstaller, TheInstallerGetsEnvironmentFolderAndProcessGroupAsInherited)
+{
+    installProbe();
+    const Outcome outcome = run([] {
+        setenv("ZSPACE_TEST_VARIABLE", "as inherited", 1);
+        if (chdir("/usr/bin") != 0)
+            std::_Exit(99);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(report(), HasSubstr("\nfolder: /usr/bin\n"));
+    EXPECT_THAT(report(), HasSubstr("\ngroup: " + std::to_string(getpgrp()) + "\n"));
+    EXPECT_THAT(report(), HasSubstr("\nvariable: as inherited\n"));
+}
+
+/// The signals of a line of the report, without the two that the C library keeps to itself (32 and 33).
+unsigned long long maskIn(const std::string& report, const std::string& name)
+{
+    const std::size_t line = report.find(name + ":\t");
+    EXPECT_NE(line, std::string::npos) << report;
+    return std::stoull(report.substr(line + name.size() + 2), nullptr, 16) & 0x7FFFFFFF;
+}
+
+unsigned long long maskOf(std::initializer_list<int> signals)
+{
+    unsigned long long mask = 0;
+    for (const int signal : signals)
+        mask |= 1ULL << (signal - 1);
+    return mask;
+}
+
+TEST_F(Uninstaller, TheInstallerGetsDefaultDispositionsWhereTheLauncherHadThem)
+{
+    installProbe();
+    run([] {
+        for (int number = 1; number < 32; ++number)
+            signal(number, SIG_DFL);
+    });
+    EXPECT_EQ(maskIn(report(), "SigIgn"), maskOf({}));
+}
+
+TEST_F(Uninstaller, TheInstallerGetsIgnoredSignalsAndTheMaskOfTheLauncher)
+{
+    installProbe();
+    const Outcome outcome = run([] {
+        for (int number = 1; number < 32; ++number)
+            signal(number, SIG_DFL);
+        for (const int number : {SIGHUP, SIGPIPE, SIGCHLD})
+            signal(number, SIG_IGN);
+        sigset_t mask;
+        sigemptyset(&mask);
+        sigaddset(&mask, SIGUSR1);
+        sigaddset(&mask, SIGTERM);
+        sigprocmask(SIG_SETMASK, &mask, nullptr);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(maskIn(report(), "SigIgn"), maskOf({SIGHUP, SIGPIPE, SIGCHLD}));
+    EXPECT_EQ(maskIn(report(), "SigBlk"), maskOf({SIGUSR1, SIGTERM}));
+}
+
+TEST_F(Uninstaller, AClosedStandardInputIsTheNullDeviceForTheInstaller)
+{
+    installProbe();
+    EXPECT_EQ(runWithDescriptorClosed(STDIN_FILENO).status, 0);
+    EXPECT_THAT(
+        report(), StartsWith("descriptor 0: /dev/null\ndescriptor 1: /dev/null\ndescriptor 2: /dev/null\n"));
+}
+
+TEST_F(Uninstaller, ClosedStandardStreamsChangeNothing)
+{
+    for (const int descriptor : {STDOUT_FILENO, STDERR_FILENO}) {
+        const Outcome outcome = runWithDescriptorClosed(descriptor);
+        EXPECT_TRUE(outcome.hasExited);
+        EXPECT_EQ(outcome.status, 0) << descriptor;
+    }
+    installProbe();
+    const Outcome outcome = run([] {
+        for (int descriptor = 0; descriptor < 3; ++descriptor)
+            close(descriptor);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(report(), HasSubstr("argument 2: YES\n"));
+}
+
+TEST_F(Uninstaller, ClosedStandardStreamsWithoutANullDeviceStillGiveStatusZero)
+{
+    const Outcome outcome = run(
+        [] {
+            for (int descriptor = 0; descriptor < 3; ++descriptor)
+                close(descriptor);
+        },
+        {.nullDevice = true});
+    EXPECT_TRUE(outcome.hasExited);
+    EXPECT_EQ(outcome.status, 0);
+}
+
+TEST_F(Uninstaller, AFullStandardErrorChangesNothing)
+{
+    installProbe();
+    const Outcome outcome = run([] { dup2(open("/dev/full", O_WRONLY), STDERR_FILENO); });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(report(), HasSubstr("argument 2: YES\n"));
+}
+
+TEST_F(Uninstaller, AClosedPipeAsStandardErrorChangesNothing)
+{
+    installProbe();
+    const Outcome outcome = run([] {
+        signal(SIGPIPE, SIG_DFL);
+        int ends[2];
+        if (pipe(ends) != 0)
+            std::_Exit(99);
+        dup2(ends[1], STDERR_FILENO);
+        close(ends[0]);
+        close(ends[1]);
+    });
+    EXPECT_TRUE(outcome.hasExited);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(report(), HasSubstr("argument 2: YES\n"));
+}
+
+TEST_F(Uninstaller, AFileSizeLimitDoesNotEndTheProgram)
+{
+    const Outcome outcome = run([] {
+        signal(SIGXFSZ, SIG_DFL);
+        const rlimit none{0, 0};
+        setrlimit(RLIMIT_FSIZE, &none);
+    });
+    EXPECT_TRUE(outcome.hasExited);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.standardError, "");
+}
+
+TEST_F(Uninstaller, ADescriptorLimitDoesNotChangeTheStatus)
+{
+#ifdef ZSPACE_SANITIZED
+    GTEST_SKIP() << "the sanitizer's own start needs descriptors";
+#endif
+    installProbe();
+    for (const rlim_t limit : {0UL, 1UL, 2UL, 3UL, 4UL}) {
+        const Outcome outcome = run([=] {
+            const rlimit limits{limit, limit};
+            setrlimit(RLIMIT_NOFILE, &limits);
+        });
+        EXPECT_TRUE(outcome.hasExited) << limit;
+        EXPECT_EQ(outcome.status, 0) << limit;
+        EXPECT_THAT(outcome.standardError, HasSubstr(s_startLine)) << limit;
+    }
+}
+
+TEST_F(Uninstaller, NeedsNoProcFileSystem)
+{
+#ifdef ZSPACE_SANITIZED
+    GTEST_SKIP() << "the sanitizer's own start needs /proc";
+#endif
+    const Outcome outcome = run([] {}, {.proc = true});
+    expectFailedStart(outcome, "No such file or directory");
+    EXPECT_THAT(outcome.standardError, ContainsRegex("stack:\n\\(\"0 .*\"\\)\n"));
+}
+
+TEST_F(Uninstaller, SignalsIgnoredByItsParentChangeNothing)
+{
+    installProbe();
+    const Outcome outcome = run([] {
+        for (int number = 1; number < 32; ++number)
+            signal(number, SIG_IGN);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(report(), HasSubstr("argument 2: YES\n"));
+}
+
+TEST_F(Uninstaller, ManyAtOnceEachStartAnInstaller)
+{
+    installFile("#!/bin/sh\necho \"$$ $*\" >> '" + s_service + "/calls'\n", 0755);
+    constexpr int count = 8;
+    const Outcome outcome = m_root.run([] {
+        pid_t children[count];
+        for (pid_t& child : children) {
+            child = fork();
+            if (child == 0) {
+                execl(ZSPACE_UNINSTALLER, ZSPACE_UNINSTALLER, nullptr);
+                std::_Exit(126);
+            }
+        }
+        int failures = 0;
+        for (const pid_t child : children) {
+            int status = 0;
+            waitpid(child, &status, 0);
+            failures += status != 0;
+        }
+        return failures;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    const auto calls = [&] { return countOf(contentOf(inRoot(s_service + "/calls")), " -uninstall YES\n"); };
+    EXPECT_TRUE(waitUntil([&] { return calls() == count; })) << calls();
+}
+
+} // namespace
+} // namespace ZSpace::Testing

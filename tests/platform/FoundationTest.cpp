@@ -1,0 +1,242 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+// Strings, lists and exceptions behind the handles.
+
+#include "platform/Foundation.h"
+
+#include "tests/support/ChildProcess.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <sys/resource.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace ZSpace::Testing {
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+std::string printed(const NS::Array& array)
+{
+    const auto format = [](const char* pattern, ...) {
+        std::va_list arguments;
+        va_start(arguments, pattern);
+        NS::String result = NS::String::stringWithFormat(NS::String(pattern).native(), arguments);
+        va_end(arguments);
+        return std::string(result.UTF8String());
+    };
+    return format("%@", array.native());
+}
+
+TEST(FoundationString, GivesItsTextBack)
+{
+    EXPECT_STREQ(NS::String("h\xC3\xA9").UTF8String(), "h\xC3\xA9");
+    EXPECT_STREQ(NS::String(std::string("std")).UTF8String(), "std");
+    EXPECT_STREQ(NS::String("").UTF8String(), "");
+    EXPECT_STREQ(NS::MutableString("grows").UTF8String(), "grows");
+}
+
+TEST(FoundationString, NilAnswersNil)
+{
+    const NS::String nil;
+    EXPECT_FALSE(nil);
+    EXPECT_EQ(nil.native(), nullptr);
+    EXPECT_EQ(nil.UTF8String(), nullptr);
+    EXPECT_FALSE(nil.stringByAppendingPathComponent("a"));
+    EXPECT_FALSE(NS::String("a").stringByAppendingPathComponent(nil));
+    EXPECT_FALSE(NS::String(nullptr));
+    EXPECT_FALSE(NS::MutableString(nullptr));
+    EXPECT_EQ(NS::MutableString().UTF8String(), nullptr);
+    EXPECT_EQ(NS::Array().count(), 0U);
+    EXPECT_FALSE(NS::Array().firstObject());
+    EXPECT_FALSE(NS::Array().objectAtIndex(0));
+    NS::MutableString nothing;
+    nothing.appendString("x");
+    EXPECT_FALSE(nothing);
+}
+
+TEST(FoundationString, JoinsPathsWithOneSeparator)
+{
+    const struct {
+        const char* path;
+        const char* component;
+        const char* joined;
+    } rows[] = {
+        {"/a", "b", "/a/b"},
+        {"/a/", "b", "/a/b"},
+        {"/a//", "b", "/a/b"},
+        {"/a", "/b", "/a/b"},
+        {"/a", "b/c d", "/a/b/c d"},
+        {"/", "b", "/b"},
+        {"", "b", "b"},
+        {"", "/b", "/b"},
+        {"a", "", "a"},
+        {"/a/", "", "/a"},
+        {"/", "", "/"},
+        {"/Library/Application Support", "com.coraldesk.remote",
+            "/Library/Application Support/com.coraldesk.remote"},
+    };
+    for (const auto& row : rows)
+        EXPECT_STREQ(
+            NS::String(row.path).stringByAppendingPathComponent(row.component).UTF8String(), row.joined);
+}
+
+TEST(FoundationString, HandlesShareOneObject)
+{
+    NS::MutableString text("a");
+    const NS::MutableString same = NS::MutableString::retain(text.native());
+    const NS::MutableString copy = text;
+    text.appendString("b");
+    EXPECT_STREQ(same.UTF8String(), "ab");
+    EXPECT_STREQ(copy.UTF8String(), "ab");
+    NS::String moved("x");
+    const NS::String target = std::move(moved);
+    EXPECT_STREQ(target.UTF8String(), "x");
+    NS::String assigned("old");
+    assigned = target;
+    EXPECT_EQ(assigned.native(), target.native());
+    const NS::String& self = assigned;
+    assigned = self;
+    EXPECT_STREQ(assigned.UTF8String(), "x");
+    EXPECT_STREQ(NS::String::retain(assigned.native()).UTF8String(), "x");
+}
+
+TEST(FoundationString, MayBeSharedBetweenThreads)
+{
+    const NS::String shared("shared");
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([copy = shared] {
+            for (int n = 0; n < 1000; ++n)
+                EXPECT_STREQ(NS::String(copy).UTF8String(), "shared"); // NOLINT: the copy is the point
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+TEST(FoundationArray, HoldsItsItemsInOrder)
+{
+    const NS::Array array = NS::Array::arrayWithObjects({"a", "b"});
+    EXPECT_EQ(array.count(), 2U);
+    EXPECT_STREQ(array.firstObject().UTF8String(), "a");
+    EXPECT_STREQ(array.objectAtIndex(1).UTF8String(), "b");
+    EXPECT_FALSE(NS::Array::arrayWithObjects({}).firstObject());
+    EXPECT_EQ(NS::Array::retain(array.native()).count(), 2U);
+}
+
+TEST(FoundationArray, PrintsOnOneLineWithQuotesWhereNeeded)
+{
+    EXPECT_EQ(printed(NS::Array::arrayWithObjects({"-uninstall", "YES"})), "(\"-uninstall\", YES)");
+    EXPECT_EQ(printed(NS::Array::arrayWithObjects({})), "()");
+    EXPECT_EQ(printed(NS::Array::arrayWithObjects({"aZ09_$/:."})), "(aZ09_$/:.)");
+    EXPECT_EQ(printed(NS::Array::arrayWithObjects({"", "a b", "a\"b\\", "a\nb", "\xC3\xA9"})),
+        "(\"\", \"a b\", \"a\\\"b\\\\\", \"a\\nb\", \"\xC3\xA9\")");
+    for (const char* item : {"a-b", "a,b", "a(b", "a)b", "a=b", "a@b", "a+b"})
+        EXPECT_EQ(printed(NS::Array::arrayWithObjects({item})), std::string("(\"") + item + "\")");
+}
+
+std::string raisedBy(const std::function<void()>& work)
+{
+    try {
+        work();
+    } catch (const NS::Exception& exception) {
+        return std::string(exception.name().UTF8String()) + ": " + exception.reason().UTF8String();
+    }
+    return "nothing";
+}
+
+TEST(FoundationArray, RaisesOnANilItemAndOnABadIndex)
+{
+    EXPECT_THAT(raisedBy([] {
+        NS::Array::arrayWithObjects({"a", NS::String()});
+    }),
+        HasSubstr("NSInvalidArgumentException: "));
+    EXPECT_EQ(raisedBy([] { (void)NS::Array::arrayWithObjects({"a"}).objectAtIndex(1); }),
+        "NSRangeException: item 1 was asked of a list of 1 items");
+}
+
+TEST(FoundationException, CarriesNameReasonNoInformationAndAStack)
+{
+    try {
+        NS::Exception::raise("Name", "Reason");
+    } catch (const NS::Exception& exception) {
+        EXPECT_STREQ(exception.name().UTF8String(), "Name");
+        EXPECT_STREQ(exception.reason().UTF8String(), "Reason");
+        EXPECT_FALSE(exception.userInfo());
+        EXPECT_GT(exception.callStackSymbols().count(), 0U);
+    }
+    EXPECT_FALSE(NS::Exception().name());
+    EXPECT_FALSE(NS::Exception().reason());
+    EXPECT_FALSE(NS::Exception().userInfo());
+    EXPECT_FALSE(NS::Exception().callStackSymbols());
+}
+
+TEST(FoundationPaths, TheMachineWideApplicationSupportFolder)
+{
+    const NS::Array folders = NS::searchPathForDirectoriesInDomains(static_cast<NS::SearchPathDirectory>(14),
+        static_cast<NS::SearchPathDomainMask>(8), NS::ExpandTilde::No);
+    EXPECT_STREQ(folders.firstObject().UTF8String(), "/Library/Application Support");
+    const NS::Array others = NS::searchPathForDirectoriesInDomains(
+        static_cast<NS::SearchPathDirectory>(99), NS::SearchPathDomainMask::MachineWide, NS::ExpandTilde::No);
+    EXPECT_TRUE(others);
+    EXPECT_FALSE(others.firstObject());
+}
+
+std::string consoleOf(const std::function<void()>& work)
+{
+    return runInChild([&] {
+        work();
+        return 0;
+    }).standardError;
+}
+
+TEST(Console, WritesDateProgramProcessThreadAndText)
+{
+    EXPECT_THAT(consoleOf([] { NSLog(NS::String("%@ %d").native(), NS::String("x").native(), 5); }),
+        MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} "
+                     "platform_tests\\[[0-9]+:[0-9]+\\] x 5\n"));
+}
+
+TEST(Console, NamesItsOwnProcessAndThread)
+{
+    const std::string line = consoleOf([] {
+        std::fprintf(stderr, "%d\n", static_cast<int>(getpid()));
+        NSLog(NS::String("x").native());
+    });
+    const std::string pid = line.substr(0, line.find('\n'));
+    EXPECT_THAT(line, HasSubstr("[" + pid + ":" + pid + "] x")); // the first thread has the process's number
+}
+
+TEST(Console, AddsNoSecondLineFeed)
+{
+    EXPECT_THAT(consoleOf([] { NSLog(NS::String("a\n").native()); }), testing::EndsWith("] a\n"));
+    EXPECT_THAT(consoleOf([] { NSLog(NS::String("a\n\n").native()); }), testing::EndsWith("] a\n\n"));
+    EXPECT_THAT(consoleOf([] { NSLog(NS::String("").native()); }), testing::EndsWith("] \n"));
+    EXPECT_THAT(consoleOf([] { NSLog(nullptr); }), testing::EndsWith("] \n"));
+}
+
+TEST(Console, TellsLocalTime)
+{
+    const std::string kiritimati = consoleOf([] {
+        setenv("TZ", "XXX-14", 1);
+        tzset();
+        const time_t now = time(nullptr) + 14 * 3600;
+        char date[32];
+        strftime(date, sizeof date, "%Y-%m-%d %H", gmtime(&now));
+        std::fprintf(stderr, "%s\n", date);
+        NSLog(NS::String("x").native());
+    });
+    EXPECT_THAT(kiritimati.substr(kiritimati.find('\n') + 1), testing::StartsWith(kiritimati.substr(0, 13)));
+}
+
+} // namespace
+} // namespace ZSpace::Testing

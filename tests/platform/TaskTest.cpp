@@ -1,0 +1,141 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+// Tasks: what a child gets, and what a start that fails says.
+
+#include "platform/Foundation.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ZSpace::Testing {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::string launchFailure(const NS::String& path)
+{
+    NS::Task task;
+    task.setLaunchPath(path);
+    task.setArguments(NS::Array::arrayWithObjects({"x"}));
+    try {
+        task.launch();
+    } catch (const NS::Exception& exception) {
+        EXPECT_STREQ(exception.name().UTF8String(), "NSInvalidArgumentException");
+        EXPECT_FALSE(exception.userInfo());
+        EXPECT_GT(exception.callStackSymbols().count(), 0U);
+        return exception.reason().UTF8String();
+    }
+    return "it started";
+}
+
+TEST(Task, KeepsWhatItWasGiven)
+{
+    NS::Task task;
+    EXPECT_FALSE(task.launchPath());
+    EXPECT_FALSE(task.arguments());
+    task.setLaunchPath("/bin/true");
+    task.setArguments(NS::Array::arrayWithObjects({"a", "b"}));
+    EXPECT_STREQ(task.launchPath().UTF8String(), "/bin/true");
+    EXPECT_EQ(task.arguments().count(), 2U);
+}
+
+TEST(Task, AnEmptyOrMissingPathRaises)
+{
+    EXPECT_EQ(launchFailure(NS::String()), "Couldn't launch a task: no launch path was set");
+    EXPECT_EQ(launchFailure(""), "Couldn't launch \"\": the launch path is empty");
+}
+
+TEST(Task, AMissingFileRaises)
+{
+    EXPECT_EQ(launchFailure("/no/such/file"),
+        "Couldn't launch \"/no/such/file\": No such file or directory (error 2)");
+}
+
+TEST(Task, OtherFailuresNameTheirCause)
+{
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "file";
+    EXPECT_THAT(
+        launchFailure(folder.path().string()), HasSubstr("Permission denied (error 13): this is a folder"));
+    writeFile(file, "#!/bin/sh\n");
+    EXPECT_THAT(launchFailure(file.string()),
+        HasSubstr("Permission denied (error 13): the file may not be executed"));
+    writeFile(file, "#!/no/such/interpreter\n");
+    fs::permissions(file, fs::perms::all);
+    EXPECT_THAT(launchFailure(file.string()), HasSubstr("the interpreter that it asks for does not"));
+    writeFile(file, "plain text");
+    EXPECT_THAT(launchFailure(file.string()), testing::EndsWith("Exec format error (error 8)"));
+    writeFile(file, "");
+    EXPECT_THAT(launchFailure(file.string()), testing::EndsWith("Exec format error (error 8)"));
+    EXPECT_THAT(launchFailure((file / "below").string()), HasSubstr("Not a directory (error 20)"));
+}
+
+TEST(Task, WithoutArgumentsTheChildGetsItsPathAlone)
+{
+    const TemporaryFolder folder;
+    const fs::path script = folder.path() / "script";
+    const fs::path report = folder.path() / "report";
+    writeFile(script,
+        "#!/bin/sh\necho \"$# $0\" > '" + report.string() + ".new'; mv '" + report.string() + ".new' '"
+            + report.string() + "'\n");
+    fs::permissions(script, fs::perms::all);
+    NS::Task task;
+    task.setLaunchPath(script.string());
+    task.launch();
+    ASSERT_TRUE(waitUntil([&] { return fs::exists(report); }));
+    EXPECT_EQ(contentOf(report), "0 " + script.string() + "\n");
+}
+
+TEST(Task, ArgumentsArriveAsTheyAre)
+{
+    const TemporaryFolder folder;
+    const fs::path script = folder.path() / "script with blanks";
+    const fs::path report = folder.path() / "report";
+    writeFile(script,
+        "#!/bin/sh\nprintf '%s|' \"$@\" > '" + report.string() + ".new'; mv '" + report.string() + ".new' '"
+            + report.string() + "'\n");
+    fs::permissions(script, fs::perms::all);
+    NS::Task task;
+    task.setLaunchPath(script.string());
+    task.setArguments(NS::Array::arrayWithObjects({"", "a b", "$HOME", "`id`", "\"", "\xC3\xA9"}));
+    task.launch();
+    ASSERT_TRUE(waitUntil([&] { return fs::exists(report); }));
+    EXPECT_EQ(contentOf(report), "|a b|$HOME|`id`|\"|\xC3\xA9|");
+}
+
+TEST(Task, OutputIsInheritedWhereNoneIsSet)
+{
+    const TemporaryFolder folder;
+    const fs::path script = folder.path() / "script";
+    const fs::path done = folder.path() / "done";
+    writeFile(script, "#!/bin/sh\necho to output\necho to error >&2\n: > '" + done.string() + "'\n");
+    fs::permissions(script, fs::perms::all);
+    for (const bool isErrorNull : {false, true}) {
+        const Outcome outcome = runInChild([&] {
+            NS::Task task;
+            task.setLaunchPath(script.string());
+            if (isErrorNull)
+                task.setStandardError(NS::FileHandle::fileHandleWithNullDevice());
+            task.launch();
+            return waitUntil([&] { return fs::exists(done); }) ? 0 : 1;
+        });
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.standardOutput, "to output\n");
+        EXPECT_EQ(outcome.standardError, isErrorNull ? "" : "to error\n");
+        fs::remove(done);
+    }
+}
+
+} // namespace
+} // namespace ZSpace::Testing

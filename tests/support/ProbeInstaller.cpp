@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+// Stands in for the service's installer in tests: writes how it was started into the file "report" of the
+// service's folder, makes some noise, and lives on for as long as the folder holds a file "linger". Then it
+// writes "ended".
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Everything is read before the first file is opened, so that the report shows the descriptors as they were
+/// given.
+std::string describeDescriptors()
+{
+    std::string lines;
+    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+        std::error_code error;
+        const fs::path target = fs::read_symlink("/proc/self/fd/" + std::to_string(descriptor), error);
+        if (!error)
+            lines += "descriptor " + std::to_string(descriptor) + ": " + target.string() + "\n";
+    }
+    return lines;
+}
+
+std::string signalLines()
+{
+    std::string lines;
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("SigBlk") || line.starts_with("SigIgn"))
+            lines += line + "\n";
+    }
+    return lines;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::string report = describeDescriptors();
+    for (int i = 0; i < argc; ++i)
+        report += "argument " + std::to_string(i) + ": " + argv[i] + "\n";
+    report += signalLines();
+    report += "folder: " + fs::current_path().string() + "\n";
+    report += "group: " + std::to_string(getpgrp()) + "\n";
+    const char* const variable = std::getenv("ZSPACE_TEST_VARIABLE");
+    report += std::string("variable: ") + (variable ? variable : "") + "\n";
+
+    std::printf("noise on standard output\n");
+    std::fprintf(stderr, "noise on standard error\n");
+    std::fflush(stdout);
+
+    const fs::path service = "/Library/Application Support/com.coraldesk.remote";
+    std::ofstream(service / "report.unfinished") << report;
+    fs::rename(service / "report.unfinished", service / "report");
+    for (int i = 0; i < 1000 && fs::exists(service / "linger"); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    std::ofstream(service / "ended") << "ended\n";
+    return 3; // nobody is to look at it
+}
