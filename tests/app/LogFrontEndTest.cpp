@@ -88,7 +88,8 @@ TEST(LogFrontEnd, ATextBeyondTheBufferIsCutToItsFirst4095Bytes)
 
 TEST(LogFrontEnd, TheCutMayFallInsideACharacter)
 {
-    const std::string message = std::string(4094, 'x') + "\xC3\xA9";
+    std::string message(4094, 'x');
+    message += "\xC3\xA9";
     EXPECT_EQ(textOf(consoleOf([&] { CNSLog("%s", message.c_str()); })), message.substr(0, 4095) + "\n");
 }
 

@@ -180,9 +180,9 @@ TEST(House, LinuxOnlyCallsStandInLinuxFilesOnly)
         "posix_fallocate|sem_init|sem_timedwait|pthread_mutex_timedlock|"
         "pthread_condattr_setclock|SOCK_CLOEXEC|O_TMPFILE|CLOCK_\\w+_COARSE)\\b|\"/proc");
     for (const Source& source : sourcesOf(s_product)) {
-        if (source.name.find("Linux") == std::string::npos)
-            EXPECT_FALSE(std::regex_search(source.text, pattern))
-                << source.name << " calls what only Linux has";
+        const bool mayCall = source.name.find("Linux") != std::string::npos;
+        EXPECT_TRUE(mayCall || !std::regex_search(source.text, pattern))
+            << source.name << " calls what only Linux has";
     }
 }
 
@@ -208,8 +208,8 @@ TEST(House, EveryFileBeginsWithItsLicence)
 TEST(House, EveryHeaderIsGuardedOnce)
 {
     for (const Source& source : sourcesOf(s_everything)) {
-        if (source.name.ends_with(".h"))
-            EXPECT_NE(source.text.find("\n#pragma once\n"), std::string::npos) << source.name;
+        const bool isGuarded = source.text.find("\n#pragma once\n") != std::string::npos;
+        EXPECT_EQ(isGuarded, source.name.ends_with(".h")) << source.name;
     }
 }
 
