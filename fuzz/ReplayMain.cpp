@@ -20,7 +20,7 @@ int main(int argc, char** argv)
     for (int i = 1; i < argc; ++i) {
         for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
             std::ifstream file(entry.path(), std::ios::binary);
-            const std::vector<char> bytes {std::istreambuf_iterator<char>(file), {}};
+            const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
             const std::vector<std::uint8_t> input(bytes.begin(), bytes.end());
             LLVMFuzzerTestOneInput(input.data(), input.size());
             ++replayed;
