@@ -116,6 +116,15 @@ Native* retained(Native* object) noexcept
     return object;
 }
 
+Exception exceptionOf(const String& name, const String& reason, const Array& callStackSymbols)
+{
+    Exception exception = Exception::adopt(new NSException);
+    exception.native()->m_name = name;
+    exception.native()->m_reason = reason;
+    exception.native()->m_callStackSymbols = callStackSymbols;
+    return exception;
+}
+
 std::string formatted(NSString* format, std::va_list arguments)
 {
     return format ? ZSpace::Host::formatWithObjects(format->m_text.c_str(), arguments) : std::string();
@@ -236,11 +245,7 @@ String Array::firstObject() const
 
 void Exception::raise(const String& name, const String& reason)
 {
-    Exception exception = adopt(new NSException);
-    exception.native()->m_name = name;
-    exception.native()->m_reason = reason;
-    exception.native()->m_callStackSymbols = Thread::callStackSymbols();
-    throw exception;
+    throw exceptionOf(name, reason, Thread::callStackSymbols());
 }
 
 String Exception::name() const
