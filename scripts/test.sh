@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 . scripts/setup.sh
 
 preset=${1:-release}
-packages="$build_packages libgtest-dev libgmock-dev"
+packages="$build_packages libgtest-dev libgmock-dev pkgconf"
 case $preset in
 clang | asan | fuzz) packages="$packages clang libclang-rt-14-dev" ;;
 esac

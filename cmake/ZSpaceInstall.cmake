@@ -1,0 +1,23 @@
+# SPDX-FileCopyrightText: 2026 The ZSpace authors
+# SPDX-License-Identifier: MIT
+
+# Installs the program, the library, its headers and what finds them from CMake and pkg-config.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(ZSPACE_CMAKE_FOLDER "${CMAKE_INSTALL_LIBDIR}/cmake/ZSpace")
+
+install(TARGETS CdkRSUninstaller)
+install(TARGETS zspace EXPORT ZSpaceTargets
+    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zspace")
+install(EXPORT ZSpaceTargets NAMESPACE ZSpace:: DESTINATION "${ZSPACE_CMAKE_FOLDER}")
+
+configure_package_config_file(cmake/ZSpaceConfig.cmake.in "${PROJECT_BINARY_DIR}/ZSpaceConfig.cmake"
+    INSTALL_DESTINATION "${ZSPACE_CMAKE_FOLDER}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/ZSpaceConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/ZSpaceConfig.cmake" "${PROJECT_BINARY_DIR}/ZSpaceConfigVersion.cmake"
+    DESTINATION "${ZSPACE_CMAKE_FOLDER}")
+
+configure_file(cmake/zspace.pc.in "${PROJECT_BINARY_DIR}/zspace.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/zspace.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

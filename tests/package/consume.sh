@@ -1,0 +1,23 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 The ZSpace authors
+# SPDX-License-Identifier: MIT
+#
+# consume.sh CMAKE BUILD CONSUMER COMPILER: installs the built library into a folder of its own, and builds the same
+# small program against it in two ways.
+set -eu
+cmake=$1 build=$2 consumer=$3 compiler=$4
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+
+"$cmake" --install "$build" --prefix "$folder/installed" >/dev/null
+
+"$cmake" -S "$consumer" -B "$folder/build" -DCMAKE_CXX_COMPILER="$compiler" \
+    -DCMAKE_PREFIX_PATH="$folder/installed" >/dev/null
+"$cmake" --build "$folder/build" >/dev/null
+[ "$("$folder/build/consumer" 2>/dev/null)" = "consumer 42" ]
+
+pc=$(find "$folder/installed" -name zspace.pc)
+flags=$(PKG_CONFIG_PATH=${pc%/*} pkg-config --cflags --libs zspace)
+# shellcheck disable=SC2086 # flags are words
+"$compiler" -std=c++20 "$consumer/consumer.cpp" -o "$folder/by-flags" $flags
+[ "$("$folder/by-flags" 2>/dev/null)" = "consumer 42" ]
