@@ -10,7 +10,9 @@
 #include <fcntl.h>
 #include <memory>
 #include <new>
+#include <typeinfo>
 #include <unistd.h>
+#include <utility>
 
 namespace ZSpace {
 
@@ -170,14 +172,38 @@ void ZIOGFile<File, T, TX>::endTransaction()
 template <typename File, typename T, typename TX>
 int ZIOGFile<File, T, TX>::write(T const* data, long count, long& written)
 {
-    if (!m_file)
+    return writeTo(m_file, data, count, written);
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::writeTo(File file, T const* data, long count, long& written)
+{
+    if (!file)
         return -1;
     if (count < 0)
         count = ZGStr<T>::length(data);
     if (count == 0)
         return 0;
-    written = static_cast<long>(fwrite(data, 1, static_cast<std::size_t>(count), m_file));
-    return written > 0 ? 0 : ferror(m_file);
+    written = static_cast<long>(fwrite(data, 1, static_cast<std::size_t>(count), file));
+    return written > 0 ? 0 : ferror(file);
+}
+
+template <typename File, typename T, typename TX>
+bool ZIOGFile<File, T, TX>::writeAsync(WriteCallback* callback, DataRef data)
+{
+    if (typeid(*this) != typeid(ZIOGFile))
+        return Ex::writeAsync(callback, std::move(data));
+    if (this->isWriting())
+        return false;
+    // The stream may be gone before its thread has begun. The file will not: no destructor closes it.
+    const auto work = [stream = this, file = m_file](WriteCallback* toCall, const DataRef& toWrite) {
+        const auto write = [file](T const* items, long count, long& written) {
+            return writeTo(file, items, count, written);
+        };
+        Ex::writeAll(write, stream, toCall, toWrite);
+    };
+    this->executeWrite(zMakeDelegate<typename Ex::WriteBinder>(work), callback, std::move(data));
+    return true;
 }
 
 template <typename File, typename T, typename TX>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "stream/ZStream.h"
+#include "stream/ZStreamAsync.h"
 
 #include <cstdio>
 
@@ -16,17 +16,23 @@ namespace ZSpace {
 ///         file.write("done\n", -1);
 ///     file.close();
 ///
-/// Destruction leaves the file open: whoever opens it closes it. Buffering, end-of-file and error marks, and
-/// what must stand between reading and writing, are those of the C library. The descriptor is not passed on
-/// to programs that the process starts, where the host can arrange that on opening.
+/// Destruction leaves the file open: whoever opens it closes it. It waits for a read that is under way; a
+/// write goes on and needs the stream no more, only the file, which must then stay open. Buffering,
+/// end-of-file and error marks, and what must stand between reading and writing, are those of the C library.
+/// The descriptor is not passed on to programs that the process starts, where the host can arrange that on
+/// opening.
 ///
 /// A closed stream answers true for `EOS`, false for `BOS`, 0 for `State` and `close`, and -1 for all else,
 /// whatever the arguments.
 template <typename File = FILE*, typename T = char, typename TX = ZStreamTransaction>
-class ZIOGFile : public ZStream<T, TX> {
+class ZIOGFile : public ZStreamEx<T, TX> {
+    using Ex = ZStreamEx<T, TX>;
     static_assert(sizeof(T) == 1, "counts go to the C library as bytes");
 
 public:
+    using typename Ex::DataRef;
+    using typename Ex::WriteCallback;
+
     /// The modes of `open`. `State()` is made of the first two as flags.
     enum Mode : int {
         ModeRead = 2, ///< there must be a file
@@ -36,7 +42,7 @@ public:
     };
 
     ZIOGFile() = default;
-    ~ZIOGFile() override = default;
+    ~ZIOGFile() override { this->waitForRead(); }
 
     using ZInStream<T, TX>::read;
     using ZOutStream<T, TX>::write;
@@ -44,7 +50,7 @@ public:
     /// A stream of its own on the same open file: both move one offset, and what either has buffered is
     /// its own. Closed if this one is.
     /// @return null if the file cannot be shared. The caller owns the stream.
-    [[nodiscard]] virtual ZIOGFile* clone() const;
+    [[nodiscard]] ZIOGFile* clone() const override;
 
     [[nodiscard]] int State() const override;
 
@@ -78,6 +84,10 @@ public:
     /// @return the error mark of the file; at its end that is 0 with `got` below `count`.
     int read(T* buffer, long count, long& got) override;
 
+    /// Needs only the file, not this object, once begun; a derived class, whose `write` may be another, gets
+    /// `ZStreamEx`'s own way.
+    bool writeAsync(WriteCallback* callback, DataRef data) override;
+
     /// From now on each `write` reaches the system at once and whole, in a single call whatever its length
     /// (what a full disk or pipe takes only a part of is gone on with). For lines that several processes
     /// append to one file. To be asked for after `open`, before anything else.
@@ -85,6 +95,8 @@ public:
     bool writeThrough();
 
 private:
+    static int writeTo(File file, T const* data, long count, long& written);
+
     File m_file = nullptr; // null while closed
     bool m_readable = false;
     bool m_writable = false;

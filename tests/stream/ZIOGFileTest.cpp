@@ -3,6 +3,7 @@
 
 #include "stream/ZIOGFile.h"
 
+#include "tests/stream/FileFields.h"
 #include "tests/stream/StreamTests.h"
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/ChildProcess.h"
@@ -15,7 +16,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <fstream>
 #include <memory>
 #include <sstream>
@@ -35,6 +35,7 @@ using ZSpaceTest::AllocationFault;
 using ZSpaceTest::becomeNobody;
 using ZSpaceTest::ClaimedRead;
 using ZSpaceTest::DescriptorLimit;
+using ZSpaceTest::FileFields;
 using ZSpaceTest::isInherited;
 using ZSpaceTest::isOpen;
 using ZSpaceTest::nextDescriptor;
@@ -62,29 +63,6 @@ std::string readAll(File& file)
     return got < 0 ? "(failed)" : text.substr(0, static_cast<std::size_t>(got));
 }
 
-/// The fields of a file lie side by side behind what its class builds on.
-struct Fields {
-    FILE* handle;
-    bool isReadable;
-    bool isWritable;
-
-    static std::size_t place()
-    {
-        // The shared parts of a stream come last.
-        return sizeof(void*);
-    }
-    static Fields of(const File& file)
-    {
-        Fields fields;
-        std::memcpy(&fields, reinterpret_cast<const char*>(&file) + place(), sizeof fields);
-        return fields;
-    }
-    void putInto(File& file) const
-    {
-        std::memcpy(reinterpret_cast<char*>(&file) + place(), this, sizeof(void*) + 2);
-    }
-};
-
 // Opening and closing
 
 TEST_F(ZIOGFileTest, IsClosedAtFirst)
@@ -96,14 +74,14 @@ TEST_F(ZIOGFileTest, IsClosedAtFirst)
 TEST_F(ZIOGFileTest, HoldsHandleAndFlags)
 {
     make("file");
-    const Fields closed = Fields::of(m_file);
+    const FileFields closed = FileFields::of(m_file);
     EXPECT_EQ(closed.handle, nullptr);
     EXPECT_FALSE(closed.isReadable);
     EXPECT_FALSE(closed.isWritable);
     const int descriptor = nextDescriptor();
     for (int mode : {2, 4, 6, 8}) {
         m_file.open(pathOf("file").c_str(), mode);
-        const Fields open = Fields::of(m_file);
+        const FileFields open = FileFields::of(m_file);
         EXPECT_EQ(fileno(open.handle), descriptor) << mode;
         EXPECT_EQ(open.isReadable, mode != 4) << mode;
         EXPECT_EQ(open.isWritable, mode != 2) << mode;
@@ -132,7 +110,7 @@ TEST_F(ZIOGFileTest, ModesOnAFileThatIsMissing)
     for (int mode : {2, 6}) {
         EXPECT_EQ(m_file.open(pathOf("missing").c_str(), mode), ENOENT) << mode;
         EXPECT_EQ(m_file.State(), 0) << mode;
-        EXPECT_EQ(Fields::of(m_file).handle, nullptr) << mode;
+        EXPECT_EQ(FileFields::of(m_file).handle, nullptr) << mode;
         EXPECT_FALSE(std::filesystem::exists(pathOf("missing"))) << mode;
     }
     for (int mode : {4, 8}) {
@@ -256,9 +234,11 @@ TEST_F(ZIOGFileTest, MissingRightsAreReported)
 
 TEST_F(ZIOGFileTest, WantOfDescriptorsIsReported)
 {
-    make("file");
-    const DescriptorLimit limit(nextDescriptor());
-    EXPECT_EQ(m_file.open(pathOf("file").c_str(), 2), EMFILE);
+    const std::string path = make("file");
+    const int descriptor = nextDescriptor();
+    ASSERT_EQ(m_file.open(path.c_str(), 2), 0);
+    const DescriptorLimit limit(descriptor);
+    EXPECT_EQ(m_file.open(path.c_str(), 2), EMFILE);
     EXPECT_EQ(m_file.State(), 0);
 }
 
@@ -293,7 +273,7 @@ TEST_F(ZIOGFileTest, DestructionLeavesTheFileOpen)
     {
         File file;
         ASSERT_EQ(file.open(pathOf("file").c_str(), 4), 0);
-        handle = Fields::of(file).handle;
+        handle = FileFields::of(file).handle;
     }
     EXPECT_TRUE(isOpen(descriptor));
     EXPECT_EQ(fclose(handle), 0);
@@ -811,23 +791,23 @@ TEST_F(ZIOGFileTest, CloneOfAFileForAppendingAppends)
 TEST_F(ZIOGFileTest, CloneThatCannotBeIsNullAndLeavesNothingOpen)
 {
     ASSERT_EQ(m_file.open(make("file").c_str(), 2), 0);
-    const Fields usual = Fields::of(m_file);
+    const FileFields usual = FileFields::of(m_file);
     const int next = nextDescriptor();
     {
         const DescriptorLimit limit(next); // no duplicate
         EXPECT_EQ(m_file.clone(), nullptr);
     }
-    Fields{usual.handle, true, true}.putInto(m_file); // no stream on the duplicate: it cannot be written
+    FileFields{usual.handle, true, true}.putInto(m_file); // no stream on the duplicate: it cannot be written
     EXPECT_EQ(m_file.clone(), nullptr);
     EXPECT_EQ(nextDescriptor(), next);
 
-    Fields{usual.handle, false, false}.putInto(m_file); // no flag
+    FileFields{usual.handle, false, false}.putInto(m_file); // no flag
     EXPECT_EQ(m_file.clone(), nullptr);
     EXPECT_EQ(nextDescriptor(), next);
 
     char memory[8] = {}; // no descriptor
     FILE* onMemory = fmemopen(memory, sizeof memory, "r");
-    Fields{onMemory, true, false}.putInto(m_file);
+    FileFields{onMemory, true, false}.putInto(m_file);
     EXPECT_EQ(m_file.clone(), nullptr);
     fclose(onMemory);
     usual.putInto(m_file);
