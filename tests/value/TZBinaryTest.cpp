@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "value/TZBinary.h"
+
+#include "tests/support/AllocationFaults.h"
+#include "tests/support/Probes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace ZSpace {
+namespace {
+
+using testing::ElementsAre;
+using ZSpaceTest::asWord;
+using ZSpaceTest::blocksAlive;
+using ZSpaceTest::failEachAllocation;
+using ZSpaceTest::keep;
+using ZSpaceTest::wordAt;
+
+using Binary = TZBinary<unsigned char>;
+
+static_assert(sizeof(Binary) == 24);
+static_assert(std::is_nothrow_move_constructible_v<Binary> && std::is_nothrow_move_assignable_v<Binary>);
+
+std::vector<int> bytesOf(const Binary& binary)
+{
+    return {binary.Data(), binary.Data() + binary.Length()};
+}
+
+TEST(TZBinaryTest, HoldsDataLengthAndOwnership)
+{
+    unsigned char bytes[]{1, 2, 3};
+    const Binary binary(bytes, 3, false);
+    EXPECT_EQ(wordAt(&binary, 0), asWord(bytes));
+    EXPECT_EQ(wordAt(&binary, 1), 3u);
+    EXPECT_EQ(wordAt(&binary, 2) & 0xFF, 0u);
+    EXPECT_EQ(binary.Data(), bytes);
+    EXPECT_EQ(binary.Length(), 3);
+    EXPECT_FALSE(binary.Owns());
+    const Binary owning(new unsigned char[1]{9}, 1, true);
+    EXPECT_EQ(wordAt(&owning, 2) & 0xFF, 1u);
+    EXPECT_TRUE(owning.Owns());
+}
+
+TEST(TZBinaryTest, StartsEmpty)
+{
+    const Binary binary;
+    EXPECT_EQ(binary.Data(), nullptr);
+    EXPECT_EQ(binary.Length(), 0);
+    EXPECT_FALSE(binary.Owns());
+    EXPECT_TRUE(binary == Binary());
+}
+
+TEST(TZBinaryTest, CopiesOwnBytesAndSharesOthers)
+{
+    const Binary owning(new unsigned char[3]{1, 2, 3}, 3, true);
+    const Binary copy(owning);
+    EXPECT_NE(copy.Data(), owning.Data());
+    EXPECT_TRUE(copy.Owns());
+    EXPECT_THAT(bytesOf(copy), ElementsAre(1, 2, 3));
+    unsigned char bytes[]{4};
+    const Binary shared(bytes, 1, false);
+    const Binary copyOfShared(shared);
+    EXPECT_EQ(copyOfShared.Data(), bytes);
+    EXPECT_FALSE(copyOfShared.Owns());
+    Binary assigned(owning);
+    EXPECT_EQ(&(assigned = shared), &assigned);
+    EXPECT_EQ(assigned.Data(), bytes);
+    assigned = owning;
+    EXPECT_THAT(bytesOf(assigned), ElementsAre(1, 2, 3));
+    const Binary& self = assigned;
+    assigned = self;
+    EXPECT_THAT(bytesOf(assigned), ElementsAre(1, 2, 3));
+}
+
+TEST(TZBinaryTest, OwnedEmptyBlocksAreNotShared)
+{
+    const Binary empty(new unsigned char[0], 0, true);
+    const Binary copy(empty);
+    EXPECT_EQ(copy.Data(), nullptr);
+    EXPECT_EQ(copy.Length(), 0);
+    EXPECT_TRUE(copy == empty);
+    const Binary nothing(nullptr, 5, true);
+    EXPECT_EQ(Binary(nothing).Data(), nullptr);
+}
+
+TEST(TZBinaryTest, ClearingFreesOwnedBytesOnly)
+{
+    const long alive = blocksAlive();
+    Binary owning(new unsigned char[3], 3, true);
+    owning.clear();
+    EXPECT_EQ(blocksAlive(), alive);
+    EXPECT_EQ(owning.Data(), nullptr);
+    EXPECT_EQ(owning.Length(), 0);
+    EXPECT_FALSE(owning.Owns());
+    unsigned char bytes[]{4};
+    Binary shared(bytes, 1, false);
+    shared.clear();
+    EXPECT_EQ(shared.Data(), nullptr);
+    EXPECT_EQ(bytes[0], 4);
+}
+
+TEST(TZBinaryTest, MovesItsBytes)
+{
+    auto* bytes = new unsigned char[2]{1, 2};
+    Binary binary(bytes, 2, true);
+    Binary moved(std::move(binary));
+    EXPECT_EQ(moved.Data(), bytes);
+    EXPECT_EQ(binary.Data(), nullptr); // NOLINT(bugprone-use-after-move): empty is what is promised
+    Binary target(new unsigned char[1], 1, true);
+    EXPECT_EQ(&(target = std::move(moved)), &target);
+    EXPECT_EQ(target.Data(), bytes);
+}
+
+TEST(TZBinaryTest, EqualityIsThatOfLengthAndBytes)
+{
+    unsigned char a[]{1, 2, 3};
+    unsigned char b[]{1, 2, 4};
+    EXPECT_TRUE(Binary(a, 3, false) == Binary(a, 3, false));
+    EXPECT_TRUE(Binary(a, 2, false) == Binary(b, 2, false));
+    EXPECT_FALSE(Binary(a, 3, false) == Binary(b, 3, false));
+    EXPECT_FALSE(Binary(a, 2, false) == Binary(a, 3, false));
+    EXPECT_TRUE(Binary(a, 0, false) == Binary());
+    EXPECT_FALSE(Binary(nullptr, 3, false) == Binary(a, 3, false));
+}
+
+TEST(TZBinaryTest, FailedCopyLeavesTheTargetAsItWas)
+{
+    const Binary owning(new unsigned char[3]{1, 2, 3}, 3, true);
+    const auto copyIt = [&] {
+        const Binary copy(owning);
+        keep(&copy);
+    };
+    EXPECT_EQ(failEachAllocation(copyIt), 1);
+    unsigned char bytes[]{4};
+    Binary target(bytes, 1, false);
+    const ZSpaceTest::AllocationFault fault(1);
+    EXPECT_THROW(target = owning, std::bad_alloc);
+    EXPECT_EQ(target.Data(), bytes);
+}
+
+} // namespace
+} // namespace ZSpace

@@ -1,0 +1,302 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "value/ZValueArray.h"
+
+#include "core/ZException.h"
+#include "tests/support/AllocationFaults.h"
+#include "tests/value/Values.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace ZSpace {
+namespace {
+
+using testing::ElementsAre;
+using ZSpaceTest::AllocationFault;
+using ZSpaceTest::allocationsMade;
+using ZSpaceTest::blocksAlive;
+using ZSpaceTest::failEachAllocation;
+
+constexpr auto s_cell = std::in_place;
+
+ZValueArrayBase numbers(std::initializer_list<int> items)
+{
+    ZValueArrayBase array(ZTypeId_int);
+    for (int number : items)
+        array.ArrayAdd(Value(s_cell, number));
+    return array;
+}
+
+std::vector<int> numbersOf(const ZValueArrayBase& array)
+{
+    std::vector<int> items;
+    for (unsigned int i = 0; i < array.ArrayItemCount(); ++i)
+        items.push_back(*static_cast<const int*>(array.ArrayItem(i).Content()));
+    return items;
+}
+
+const Value* const* slotsOf(const ZValueArrayBase& array)
+{
+    return static_cast<const Value* const*>(array.Content());
+}
+
+TEST(ZValueArrayTest, StartsEmptyWithTheKindAndCellSizeOfItsItems)
+{
+    struct Row {
+        ZTypeId item;
+        unsigned int size;
+    };
+    for (const Row& row : {Row{0, 0}, Row{2, 1}, Row{16, 2}, Row{128, 4}, Row{8192, 8}, Row{0x40000, 8},
+             Row{0x100000, 8}, Row{0x400000, 24}, Row{0x800000, 0}, Row{0x1000000, 10}, Row{0x2000000, 16},
+             Row{0x4000000, 0}, Row{0x8000000, 16}, Row{0x20000000, 0}, Row{3, 0}}) {
+        const ZValueArrayBase array(row.item);
+        EXPECT_EQ(array.Type(), row.item | 0x80000000);
+        EXPECT_EQ(array.ArrayType(), row.item);
+        EXPECT_EQ(array.Size(), row.size) << row.item;
+        EXPECT_EQ(array.ArrayItemSize(), row.size) << row.item;
+        EXPECT_EQ(array.Content(), nullptr);
+        EXPECT_EQ(array.ArrayItemCount(), 0u);
+        EXPECT_TRUE(array.Name().isEmpty());
+    }
+}
+
+TEST(ZValueArrayTest, HoldsItsItemsInABlockOfPointersThatEndsWithNull)
+{
+    const ZValueArrayBase array = numbers({7, 8, 9});
+    EXPECT_EQ(array.ArrayItemCount(), 3u);
+    EXPECT_EQ(slotsOf(array)[1], &array.ArrayItem(1));
+    EXPECT_EQ(slotsOf(array)[3], nullptr);
+    EXPECT_THAT(numbersOf(array), ElementsAre(7, 8, 9));
+}
+
+TEST(ZValueArrayTest, IndicesOutsideThrow)
+{
+    ZValueArrayBase array(ZTypeId_int);
+    const ZValueArrayBase& constant = array;
+    const Value value(s_cell, 1);
+    EXPECT_THROW(array.ArrayItem(0), ZOutOfBoundsException);
+    EXPECT_THROW(constant.ArrayItem(0), ZOutOfBoundsException);
+    EXPECT_THROW(array.ArrayItem(0, value), ZOutOfBoundsException);
+    EXPECT_THROW(array.ArrayRemove(0), ZOutOfBoundsException);
+    array.ArrayAdd(value);
+    EXPECT_TRUE(array.ArrayItem(0) == value);
+    EXPECT_TRUE(constant.ArrayItem(0) == value);
+    for (unsigned int index : {1u, 2u, UINT_MAX}) {
+        EXPECT_THROW(array.ArrayItem(index), ZOutOfBoundsException);
+        EXPECT_THROW(constant.ArrayItem(index), ZOutOfBoundsException);
+        EXPECT_THROW(array.ArrayItem(index, value), ZOutOfBoundsException);
+        EXPECT_THROW(array.ArrayRemove(index), ZOutOfBoundsException);
+    }
+    EXPECT_EQ(array.ArrayItemCount(), 1u);
+}
+
+TEST(ZValueArrayTest, AddingAPointerTakesTheValueOver)
+{
+    ZValueArrayBase array(ZTypeId_int);
+    auto* value = new Value(s_cell, 5);
+    array.ArrayAdd(value);
+    EXPECT_EQ(&array.ArrayItem(0), value);
+    array.ArrayAdd(static_cast<Value*>(nullptr));
+    EXPECT_EQ(array.ArrayItemCount(), 1u);
+}
+
+TEST(ZValueArrayTest, EachAddMovesToABlockThatIsLongerByOne)
+{
+    ZValueArrayBase array = numbers({1, 2});
+    const long alive = blocksAlive();
+    const long made = allocationsMade();
+    auto* value = new Value();
+    array.ArrayAdd(value);
+    EXPECT_EQ(allocationsMade() - made, 2); // the value and the block
+    EXPECT_EQ(blocksAlive() - alive, 1);
+}
+
+TEST(ZValueArrayTest, OwnItemsCanBeAdded)
+{
+    ZValueArrayBase array = numbers({1, 2});
+    array.ArrayAdd(array.ArrayItem(0));
+    array.ArrayAdd(static_cast<const Value&>(array)); // and even the array itself
+    EXPECT_EQ(array.ArrayItemCount(), 4u);
+    EXPECT_TRUE(array.ArrayItem(2) == array.ArrayItem(0));
+    EXPECT_EQ(static_cast<const ZValueArrayBase&>(array.ArrayItem(3)).ArrayItemCount(), 3u);
+}
+
+TEST(ZValueArrayTest, ItemsKeepTheirClassAndName)
+{
+    ZValueArrayBase inner = numbers({1});
+    inner.Name("inner");
+    ZValueArrayBase outer(inner.Type());
+    outer.ArrayAdd(inner);
+    const ZValueArrayBase copy(outer);
+    ASSERT_NE(dynamic_cast<const ZValueArrayBase*>(&copy.ArrayItem(0)), nullptr);
+    EXPECT_STREQ(copy.ArrayItem(0).Name(), "inner");
+    EXPECT_TRUE(copy == outer);
+}
+
+TEST(ZValueArrayTest, ReplacesAnItemByACopy)
+{
+    ZValueArrayBase array = numbers({1, 2, 3});
+    array.ArrayItem(1, Value(s_cell, 20));
+    EXPECT_THAT(numbersOf(array), ElementsAre(1, 20, 3));
+    array.ArrayItem(1, array.ArrayItem(1)); // by itself
+    array.ArrayItem(0, array.ArrayItem(2));
+    EXPECT_THAT(numbersOf(array), ElementsAre(3, 20, 3));
+    EXPECT_EQ(slotsOf(array)[3], nullptr);
+}
+
+TEST(ZValueArrayTest, RemovesItemsAndKeepsTheTerminator)
+{
+    ZValueArrayBase array = numbers({1, 2, 3, 4});
+    array.ArrayRemove(1);
+    EXPECT_THAT(numbersOf(array), ElementsAre(1, 3, 4));
+    array.ArrayRemove(2);
+    EXPECT_THAT(numbersOf(array), ElementsAre(1, 3));
+    array.ArrayRemove(0);
+    array.ArrayRemove(0);
+    EXPECT_EQ(array.ArrayItemCount(), 0u);
+    EXPECT_THROW(array.ArrayRemove(0), ZOutOfBoundsException);
+    array.ArrayAdd(Value(s_cell, 9));
+    EXPECT_THAT(numbersOf(array), ElementsAre(9));
+}
+
+TEST(ZValueArrayTest, ClearsItsItemsAndKeepsItsKind)
+{
+    ZValueArrayBase array = numbers({1, 2, 3});
+    array.ArrayClear();
+    EXPECT_EQ(array.ArrayItemCount(), 0u);
+    EXPECT_EQ(array.Content(), nullptr);
+    EXPECT_EQ(array.Type(), 0x80000080u);
+    EXPECT_EQ(array.Size(), 4u);
+    array.ArrayClear();
+    array.ArrayAdd(Value(s_cell, 9));
+    EXPECT_THAT(numbersOf(array), ElementsAre(9));
+}
+
+TEST(ZValueArrayTest, BehavesLikeAVectorOfNumbers)
+{
+    std::mt19937 random(17);
+    ZValueArrayBase array(ZTypeId_int);
+    std::vector<int> model;
+    for (int step = 0; step < 2000; ++step) {
+        const int number = static_cast<int>(random() % 100);
+        const auto index = static_cast<unsigned int>(random() % (model.size() + 1));
+        switch (random() % 5) {
+        case 0:
+            EXPECT_EQ(array.ArrayItemCount(), model.size());
+            break;
+        case 1:
+            if (index < model.size()) {
+                array.ArrayRemove(index);
+                model.erase(model.begin() + index);
+            }
+            break;
+        case 2:
+            if (index < model.size()) {
+                array.ArrayItem(index, Value(s_cell, number));
+                model[index] = number;
+            }
+            break;
+        default:
+            array.ArrayAdd(Value(s_cell, number));
+            model.push_back(number);
+        }
+        ASSERT_EQ(numbersOf(array), model);
+        if (model.size() > 40) {
+            array.ArrayClear();
+            model.clear();
+        }
+    }
+}
+
+TEST(ZValueArrayTest, CopiesItemByItem)
+{
+    ZValueArrayBase array = numbers({1, 2});
+    array.Name("array");
+    const ZValueArrayBase copy(array);
+    const std::unique_ptr<ZValueArrayBase> clone(array.clone());
+    ZValueArrayBase assigned = numbers({3});
+    assigned.Name("assigned");
+    EXPECT_EQ(&(assigned = array), &assigned);
+    array.ArrayItem(0, Value(s_cell, 10));
+    EXPECT_THAT(numbersOf(copy), ElementsAre(1, 2));
+    EXPECT_THAT(numbersOf(*clone), ElementsAre(1, 2));
+    EXPECT_THAT(numbersOf(assigned), ElementsAre(1, 2));
+    EXPECT_STREQ(copy.Name(), "array");
+    EXPECT_STREQ(assigned.Name(), "assigned");
+    const ZValueArrayBase empty(ZTypeId_int);
+    assigned = empty;
+    EXPECT_EQ(assigned.Content(), nullptr);
+    EXPECT_EQ(ZValueArrayBase(empty).Content(), nullptr);
+    // Its own item may be assigned to an array.
+    ZValueArrayBase outer(array.Type());
+    outer.ArrayAdd(array);
+    outer = static_cast<const ZValueArrayBase&>(outer.ArrayItem(0));
+    EXPECT_THAT(numbersOf(outer), ElementsAre(10, 2));
+}
+
+TEST(ZValueArrayTest, EqualityIsThatOfTheItems)
+{
+    EXPECT_TRUE(numbers({1, 2}) == numbers({1, 2}));
+    EXPECT_FALSE(numbers({1, 2}) == numbers({1, 3}));
+    EXPECT_FALSE(numbers({1, 2}) == numbers({1}));
+    EXPECT_TRUE(numbers({1, 2}) != numbers({2, 1}));
+    EXPECT_TRUE(numbers({}) == numbers({}));
+    EXPECT_TRUE(numbers({}) == ZValueArrayBase(ZTypeId_bool)); // as lists they are the same
+    const Value asValue = numbers({});
+    const Value other = ZValueArrayBase(ZTypeId_bool);
+    EXPECT_FALSE(asValue == other); // as values they are of different kinds
+    EXPECT_TRUE(asValue == numbers({}));
+    EXPECT_TRUE(numbers({}) == asValue);
+}
+
+TEST(ZValueArrayTest, StaysUsableAfterAChangeThroughItsBase)
+{
+    ZValueArrayBase array = numbers({1});
+    static_cast<Value&>(array) = Value(s_cell, 5LL);
+    EXPECT_EQ(array.ArrayItemCount(), 0u);
+    EXPECT_THROW(array.ArrayItem(0), ZOutOfBoundsException);
+    array.ArrayClear();
+    EXPECT_EQ(array.Type(), ZTypeId_long_long);
+    array.ArrayAdd(Value(s_cell, 6));
+    EXPECT_THAT(numbersOf(array), ElementsAre(6));
+    array.clear(array.Type());
+    EXPECT_EQ(array.ArrayItemCount(), 0u);
+    array.ArrayAdd(Value(s_cell, 7));
+    EXPECT_THAT(numbersOf(array), ElementsAre(7));
+}
+
+TEST(ZValueArrayTest, FailedAllocationsLeaveTheArrayAsItWas)
+{
+    ZValueArrayBase array = numbers({1, 2});
+    const Value value(s_cell, 3);
+    for (long nth = 1; nth <= 3; ++nth) { // the clone, its cell, the block
+        const long alive = blocksAlive();
+        const AllocationFault fault(nth);
+        EXPECT_THROW(array.ArrayAdd(value), std::bad_alloc);
+        EXPECT_EQ(blocksAlive(), alive);
+    }
+    {
+        auto* given = new Value(s_cell, 3);
+        const long alive = blocksAlive();
+        const AllocationFault fault(1);
+        EXPECT_THROW(array.ArrayAdd(given), std::bad_alloc);
+        EXPECT_EQ(blocksAlive(), alive - 2); // taken over all the same
+    }
+    {
+        const AllocationFault fault(2);
+        EXPECT_THROW(array.ArrayItem(0, value), std::bad_alloc);
+    }
+    EXPECT_THAT(numbersOf(array), ElementsAre(1, 2));
+    EXPECT_EQ(failEachAllocation([&] { ZValueArrayBase{array}; }), 5);
+    EXPECT_EQ(failEachAllocation([&] { ZValueArrayBase{ZTypeId_time}; }), 0);
+}
+
+} // namespace
+} // namespace ZSpace
