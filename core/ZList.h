@@ -104,6 +104,9 @@ protected:
     /// Puts `item` in the place of the element at `index`, which is freed.
     void il_replaceAt(long index, T* item) noexcept;
 
+    /// Makes the room for one more element, as adding it would; but passes the want of memory on.
+    void il_makeRoom();
+
     /// Makes the room that adding `count` elements one by one to an empty list would make.
     void il_reserve(long count);
 
@@ -193,6 +196,14 @@ void ZList<T>::il_replaceAt(long index, T* item) noexcept
     T* old = std::exchange(Slots::operator[](index), item);
     if (old != item)
         delete old;
+}
+
+template <typename T>
+void ZList<T>::il_makeRoom()
+{
+    const long count = Count();
+    Slots::resize(count + 1);
+    Slots::resize(count);
 }
 
 template <typename T>
