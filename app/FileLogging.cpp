@@ -3,14 +3,44 @@
 
 #include "app/FileLogging.h"
 
+#include "core/ZSysInfoPaths.h"
+#include "log/ZLogBookFile.h"
+#include "log/ZTransferLog.h"
+#include "string/ZGStr.h"
+
 namespace ZSpace {
 
-// There is no log book that writes files yet, so lines stay with the system log or the console.
+namespace {
 
-void useLogFolder(const char*) noexcept { }
+/// Logging must never stop a program: whatever fails while it is set up is dropped here.
+template <typename SetUp>
+void dropFailures(SetUp setUp) noexcept
+{
+    try {
+        setUp();
+    } catch (...) { // NOLINT(bugprone-empty-catch): by design
+    }
+}
 
-void enableFileLogging(const char*) noexcept { }
+} // namespace
 
-void disableFileLogging() noexcept { }
+void useLogFolder(const char* folder) noexcept
+{
+    dropFailures([=] { ZSysInfoPaths::setUserLogDirW(ZGStr<wchar_t>(folder)); });
+}
+
+void enableFileLogging(const char* tag) noexcept
+{
+    dropFailures([=] {
+        const ZGStr<char> prefix = ZGStr<char>(tag) + "_";
+        const ZGStr<wchar_t> path = ZSysInfoPaths::getNewLogFileNameW(prefix, ".txt");
+        ZTransferLog::useLogBook(ZRef<ZLogBook>(new ZLogBookFile(path)));
+    });
+}
+
+void disableFileLogging() noexcept
+{
+    ZTransferLog::useLogBook(ZRef<ZLogBook>());
+}
 
 } // namespace ZSpace

@@ -4,6 +4,7 @@
 #include "app/LogFrontEnd.h"
 
 #include "app/FileLogging.h"
+#include "log/DebugLog.h"
 #include "log/ZTransferLog.h"
 #include "platform/Debugger.h"
 #include "platform/Foundation.h"
@@ -15,8 +16,8 @@
 
 namespace Host = ZSpace::Host;
 
-// The process-wide switches: all zero at start, written by CNSInitLog alone, before other threads log.
-unsigned char debugLogEnabled = 0; // never cleared again
+// The process-wide switches, `debugLogEnabled` with them: all zero at start, written by CNSInitLog alone,
+// before other threads log.
 Host::SystemLogClient* asl = nullptr; // null while the system log is not open; never closed
 Host::SystemLogMessage* aslMsg = nullptr; // made together with `asl`
 

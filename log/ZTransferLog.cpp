@@ -3,12 +3,44 @@
 
 #include "log/ZTransferLog.h"
 
+#include <memory>
+#include <utility>
+
 namespace ZSpace {
 
-// No log book can be attached yet.
-bool ZTransferLog::log(const char*)
+ZTransferLog* theLog = nullptr;
+
+ZTransferLog::~ZTransferLog() = default;
+
+void ZTransferLog::useLogBook(ZRef<ZLogBook> book)
 {
-    return false;
+    if (book && theLog) {
+        theLog->attachLogBook(std::move(book));
+    } else if (book) {
+        auto log = std::make_unique<ZTransferLog>();
+        log->attachLogBook(std::move(book));
+        theLog = log.release();
+    } else if (theLog) {
+        std::exchange(theLog, nullptr)->detachLogBook();
+    }
+}
+
+bool ZTransferLog::log(const char* text)
+{
+    if (!isOn())
+        return false;
+    theLog->addLogRecord(createLogRecord() << text);
+    return true;
+}
+
+bool ZTransferLog::isOn()
+{
+    return theLog && !theLog->isInactive();
+}
+
+bool ZTransferLog::isInactive()
+{
+    return m_logBook->isInactive();
 }
 
 } // namespace ZSpace

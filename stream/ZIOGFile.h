@@ -94,6 +94,15 @@ public:
     /// @return false if the stream is closed.
     bool writeThrough();
 
+    /// Whether something has failed since the file was opened or the mark was cleared; false for a closed
+    /// stream.
+    [[nodiscard]] bool hasError() const noexcept { return m_file && ferror(m_file); }
+    void clearError() noexcept
+    {
+        if (m_file)
+            clearerr(m_file);
+    }
+
 private:
     static int writeTo(File file, T const* data, long count, long& written);
 

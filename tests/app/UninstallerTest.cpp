@@ -14,6 +14,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace ZSpace::Testing {
@@ -21,6 +22,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::ContainsRegex;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Not;
@@ -82,16 +84,23 @@ protected:
     }
     [[nodiscard]] bool hasEnded() const { return fs::exists(inRoot(s_service + "/ended")); }
 
+    [[nodiscard]] std::vector<fs::path> reportFiles() const
+    {
+        std::vector<fs::path> files;
+        const fs::path folder = inRoot("/var/log/com.coraldesk.remote");
+        if (fs::is_directory(folder)) {
+            for (const auto& entry : fs::directory_iterator(folder))
+                files.push_back(entry.path());
+        }
+        return files;
+    }
+
     /// All that was logged, wherever it went.
     [[nodiscard]] std::string logged(const Outcome& outcome) const
     {
         std::string text = outcome.standardError;
-        for (const char* folder : {"/var/log/com.coraldesk.remote", "/home/CdLogs"}) {
-            if (!fs::exists(inRoot(folder)))
-                continue;
-            for (const auto& entry : fs::directory_iterator(inRoot(folder)))
-                text += contentOf(entry.path());
-        }
+        for (const fs::path& file : reportFiles())
+            text += contentOf(file);
         return text;
     }
 
@@ -117,14 +126,71 @@ TEST_F(Uninstaller, StartsTheInstallerWithItsPathAndTwoArguments)
         HasSubstr("argument 0: " + s_installer + "\nargument 1: -uninstall\nargument 2: YES\nSigBlk"));
 }
 
+const std::string s_linePrefix =
+    "[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} Thread\\[[0-9a-f]+\\]:";
+
 TEST_F(Uninstaller, LogsOneLineBeforeTheStartAndNothingAfterIt)
 {
     installProbe();
     const Outcome outcome = run();
     ASSERT_FALSE(report().empty());
-    EXPECT_EQ(countOf(outcome.standardError, s_startLine), 1);
-    EXPECT_EQ(countOf(outcome.standardError, "\n"), 1) << outcome.standardError;
-    EXPECT_THAT(outcome.standardError, testing::EndsWith(s_startLine + "\n"));
+    ASSERT_EQ(reportFiles().size(), 1U);
+    const std::string text = contentOf(reportFiles()[0]);
+    EXPECT_THAT(text, MatchesRegex(s_linePrefix + "\t[^\n]*\n"));
+    EXPECT_THAT(text, EndsWith("]:\t" + s_startLine + "\n"));
+    EXPECT_THAT(outcome.standardError, MatchesRegex(s_linePrefix + " [^\n]*\n")); // debug lines are on
+    EXPECT_THAT(outcome.standardError, EndsWith("]: " + s_startLine + "\t\n"));
+    EXPECT_EQ(outcome.standardOutput, "");
+}
+
+TEST_F(Uninstaller, LeavesAReportFileOfEachRun)
+{
+    installProbe();
+    constexpr std::size_t runs = 5;
+    for (std::size_t i = 0; i < runs; ++i) {
+        EXPECT_EQ(run([] { umask(077); }).status, 0);
+        std::this_thread::sleep_for(std::chrono::milliseconds(2)); // names tell milliseconds
+    }
+    ASSERT_EQ(reportFiles().size(), runs);
+    for (const fs::path& file : reportFiles()) {
+        EXPECT_THAT(file.filename().string(),
+            MatchesRegex(
+                "CdkRSUninstaller_[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}-[0-9]{2}-[0-9]{2}\\.[0-9]{3}\\.txt"));
+        EXPECT_EQ(countOf(contentOf(file), s_startLine + "\n"), 1);
+    }
+    EXPECT_FALSE(fs::exists(inRoot("/home/CdLogs")));
+}
+
+TEST_F(Uninstaller, RunsWithoutALogFolder)
+{
+    installProbe();
+    fs::remove_all(inRoot("/var/log"));
+    const Outcome outcome = run();
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.standardError, EndsWith("] " + s_startLine + "\n")); // the console's form
+    EXPECT_FALSE(report().empty());
+}
+
+TEST_F(Uninstaller, RunsWithALogFolderThatIsAFile)
+{
+    installProbe();
+    writeFile(inRoot("/var/log/com.coraldesk.remote"), "");
+    const Outcome outcome = run();
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.standardError, EndsWith("] " + s_startLine + "\n"));
+    EXPECT_FALSE(report().empty());
+}
+
+TEST_F(Uninstaller, TheReportFileNeverTakesAStandardDescriptor)
+{
+    installProbe();
+    const Outcome outcome = run([] {
+        for (int descriptor = 0; descriptor < 3; ++descriptor)
+            close(descriptor);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    ASSERT_EQ(reportFiles().size(), 1U);
+    EXPECT_THAT(contentOf(reportFiles()[0]), MatchesRegex(s_linePrefix + "\t[^\n]*\n")); // and no echo
 }
 
 TEST_F(Uninstaller, ReturnsWhileTheInstallerGoesOnRunning)
@@ -383,7 +449,7 @@ TEST_F(Uninstaller, NeedsNoProcFileSystem)
 #endif
     const Outcome outcome = run([] {}, {.proc = true});
     expectFailedStart(outcome, "No such file or directory");
-    EXPECT_THAT(outcome.standardError, ContainsRegex("stack:\n\\(\"0 .*\"\\)\n"));
+    EXPECT_THAT(logged(outcome), ContainsRegex("stack:\n\\(\"0 .*\"\\)\n"));
 }
 
 TEST_F(Uninstaller, SignalsIgnoredByItsParentChangeNothing)

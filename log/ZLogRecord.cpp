@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "log/ZLogRecord.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace ZSpace {
+
+void ZLogRecord::Items::append(Item&& item)
+{
+    auto element = std::make_unique<Item>(std::move(item));
+    il_makeRoom();
+    il_append(element.release());
+}
+
+ZLogRecord::ZLogRecord(const ZLogRecord& other)
+{
+    *this = other;
+}
+
+ZLogRecord& ZLogRecord::operator=(const ZLogRecord& other)
+{
+    m_items.il_removeAll(); // first: a record assigned to itself ends up empty
+    for (const Item& item : other)
+        append(Item(item));
+    return *this;
+}
+
+ZLogRecord::Item ZLogRecord::itemAt(long index) const
+{
+    if (index < 0)
+        index += Count();
+    return m_items[std::clamp(index, 0L, Count() - 1)];
+}
+
+ZLogRecord& ZLogRecord::append(Item&& item)
+{
+    m_items.append(std::move(item));
+    return *this;
+}
+
+} // namespace ZSpace
