@@ -66,4 +66,7 @@ show() {
 echo
 echo "Exit status: $status"
 show "What the installer saw:" "$root/$service/how-it-was-called"
-show "What was logged on the console:" "$root/console"
+for report in "$root"/var/log/com.coraldesk.remote/*.txt; do
+    show "What stands in the report file ${report#"$root"}:" "$report"
+done
+show "What was echoed on the console, since debug lines are on:" "$root/console"
