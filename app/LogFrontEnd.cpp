@@ -33,13 +33,32 @@ public:
     BoundedText(const char* format, std::va_list arguments) noexcept
     {
         m_text[0] = m_text[size - 1] = '\0';
-        // A format that the C library gives up on is shown as it is, which tells more than an empty line.
-        if (format && std::vsnprintf(m_text, size, format, arguments) < 0)
-            std::snprintf(m_text, size, "%s", format);
+        if (!format)
+            return;
+        if (std::strcmp(format, "%s") == 0)
+            takeText(arguments);
+        else if (std::vsnprintf(m_text, size, format, arguments) < 0)
+            copy(format); // one that the C library gives up on tells more as it is than an empty line
     }
     [[nodiscard]] const char* get() const noexcept { return m_text; }
 
 private:
+    /// The one format that most callers use needs no formatter, which would take longer than all the rest.
+    void takeText(std::va_list arguments) noexcept
+    {
+        std::va_list rest;
+        va_copy(rest, arguments);
+        const char* const text = va_arg(rest, const char*);
+        va_end(rest);
+        copy(text ? text : "(null)");
+    }
+    void copy(const char* text) noexcept
+    {
+        const std::size_t length = strnlen(text, size - 1);
+        std::memcpy(m_text, text, length);
+        m_text[length] = '\0';
+    }
+
     char m_text[size]; // not cleared: formatting terminates it
 };
 

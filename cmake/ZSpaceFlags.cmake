@@ -9,6 +9,10 @@ function(zspace_private_flags target)
     endif()
 endfunction()
 
+# Functions of ours are never meant to be replaced at load time: with this, position-independent code may inline them
+# and call them directly.
+add_compile_options(-fno-semantic-interposition)
+
 # Sanitizers and coverage must reach every object of a build, so they are set for the whole tree.
 if(ZSPACE_SANITIZE)
     add_compile_options(-fsanitize=${ZSPACE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -202,6 +202,8 @@ template <typename T>
 void ZList<T>::il_makeRoom()
 {
     const long count = Count();
+    if (count < Capacity())
+        return;
     Slots::resize(count + 1);
     Slots::resize(count);
 }

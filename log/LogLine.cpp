@@ -84,4 +84,22 @@ ZStrToken<char> linePrefix() noexcept
     return {prefix.text, prefix.length};
 }
 
+void LogLine::append(const TZValueBase<ZTypeId>& value) noexcept
+{
+    if (value.Type() == ZTypeId_cstring)
+        return append(ZStrToken<char>(*static_cast<const char* const*>(value.Content())));
+    if (value.Type() == ZTypeId_string)
+        return append(ZStrToken<char>(*static_cast<const ZGStr<char>*>(value.Content())));
+    m_printed.remove(0);
+    value.appendTo(m_printed);
+    append(ZStrToken<char>(m_printed));
+}
+
+void LogLine::appendLong(const ZStrToken<char>& text) noexcept
+{
+    if (m_long.isEmpty())
+        m_long.append(m_short, m_length);
+    m_long.append(text);
+}
+
 } // namespace ZSpace::detail

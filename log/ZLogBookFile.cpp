@@ -47,14 +47,14 @@ ZLogBookFile::~ZLogBookFile()
 
 void ZLogBookFile::add(const ZLogRecord& record)
 {
-    ZMStr<char> line(detail::s_usualLineLength);
+    detail::LogLine line;
     line.append(detail::linePrefix());
     for (const ZLogRecord::Item& item : record) {
         line.append('\t');
-        item->appendTo(line);
+        line.append(*item);
     }
     line.append('\n');
-    write(line);
+    write(line.text());
 }
 
 void ZLogBookFile::writeStream(unsigned char, int, const void*, long) { }
@@ -86,14 +86,15 @@ void ZLogBookFile::separateSessions()
 
 /// Writes a line that has a line feed in front, which is left out unless the line before was cut. The file's
 /// error mark is what remembers that.
-void ZLogBookFile::write(const ZMStr<char>& line)
+void ZLogBookFile::write(ZStrToken<char> line)
 {
     const std::lock_guard guard(lock());
     const bool isTorn = m_reportFile.hasError();
     if (isTorn)
         m_reportFile.clearError();
-    const ZStrToken<char> text = isTorn ? line.left(line.Length()) : line.right(line.Length() - 1);
-    const long written = m_reportFile.write(text, text.Length());
+    else
+        line = line.right(line.Length() - 1);
+    const long written = m_reportFile.write(line, line.Length());
     if (written < 1 && !isTorn)
         m_reportFile.clearError();
 }

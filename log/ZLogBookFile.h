@@ -47,7 +47,7 @@ public:
 private:
     void open(const char* path, int mode);
     void separateSessions();
-    void write(const ZMStr<char>& line);
+    void write(ZStrToken<char> line);
 
     ZIOGFile<> m_reportFile;
     ZIOGFile<> m_streamFile; // reserved, never opened

@@ -15,17 +15,17 @@ namespace {
 
 void echo(const ZLogRecord& record)
 {
-    ZMStr<char> line(detail::s_usualLineLength);
-    const ZStrToken<char> prefix = detail::linePrefix();
-    line.append(prefix.right(prefix.Length() - 1)).append(' ');
+    detail::LogLine line;
+    line.append(detail::linePrefix());
+    line.append(' ');
     for (const ZLogRecord::Item& item : record) {
-        const long before = line.Length();
-        item->appendTo(line);
-        if (line.Length() > before)
+        const long before = line.text().Length();
+        line.append(*item);
+        if (line.text().Length() > before)
             line.append('\t');
     }
-    line.append('\n');
-    std::fputs(line, stderr);
+    line.append(ZStrToken<char>("\n", 2)); // with a terminator, for the C library
+    std::fputs(line.text() + 1, stderr); // without the line feed in front
 }
 
 } // namespace

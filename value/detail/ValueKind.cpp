@@ -196,7 +196,8 @@ const ValueKind* kindOf(ZTypeId tag) noexcept
 {
     if (tag & ZTypeId_array)
         return s_kinds[bitOf(ZTypeId_array)];
-    return std::has_single_bit(tag) ? s_kinds[bitOf(tag)] : nullptr;
+    const bool isOneKind = tag != 0 && (tag & (tag - 1)) == 0;
+    return isOneKind ? s_kinds[bitOf(tag)] : nullptr;
 }
 
 } // namespace ZSpace::detail
