@@ -107,12 +107,15 @@ bool isListed(const char* name) noexcept
     return text != "." && text != ".." && text != ".DS_Store";
 }
 
-/// An open file of the C library that closes itself.
+/// An open file of the C library that closes itself. It has no buffer: chunks go from one to another as they
+/// are.
 class OpenFile {
 public:
     OpenFile(const char* path, const char* mode) noexcept
         : m_file(fopen(path, mode))
     {
+        if (m_file)
+            setvbuf(m_file, nullptr, _IONBF, 0);
     }
     OpenFile(const OpenFile&) = delete; // one owner of a file
     OpenFile& operator=(const OpenFile&) = delete;
@@ -136,7 +139,7 @@ bool isSameFile(FILE* file, const char* path) noexcept
 {
     struct stat ofFile;
     struct stat ofPath;
-    return fstat(fileno(file), &ofFile) == 0 && S_ISREG(ofFile.st_mode) && stat(path, &ofPath) == 0
+    return stat(path, &ofPath) == 0 && S_ISREG(ofPath.st_mode) && fstat(fileno(file), &ofFile) == 0
         && ofFile.st_dev == ofPath.st_dev && ofFile.st_ino == ofPath.st_ino;
 }
 
