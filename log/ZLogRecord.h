@@ -87,8 +87,8 @@ public:
     ZLogRecord& add(const ZStrToken<T>&) = delete;
 
     /// As `add`; the characters of a builder or a view are copied into a string value.
-    template <typename T>
-    requires requires(ZLogRecord& record, const T& value) { record.add(value); }
+    template <typename T, typename Record = ZLogRecord>
+    requires requires(Record& record, const T& value) { record.add(value); }
     ZLogRecord& operator<<(const T& value) { return add(value); }
     ZLogRecord& operator<<(const ZMStr<char>& text) { return add(ZGStr<char>(text)); }
     ZLogRecord& operator<<(const ZMStr<wchar_t>& text) { return add(ZGStr<wchar_t>(text)); }
