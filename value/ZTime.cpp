@@ -3,66 +3,15 @@
 
 #include "value/ZTime.h"
 
-#include <climits>
+#include <array>
+#include <chrono>
 #include <cstddef>
 #include <sys/time.h>
+#include <tuple>
 
 namespace ZSpace {
 
 namespace {
-
-constexpr long long s_secondsPerDay = 86400;
-/// The calendar repeats after so many days.
-constexpr long long s_daysPer400Years = 146097;
-/// From 1 March of the year 0, where the arithmetic starts, to 1 January 1970.
-constexpr long long s_daysUntil1970 = 719468;
-
-constexpr long long floorDiv(long long n, long long divisor) noexcept
-{
-    return n / divisor - (n % divisor < 0);
-}
-
-/// Days since 1970-01-01. The year starts in March here, so that the leap day comes last. The month and the
-/// day of a cleared time, 0 both, are December of the year before and the day before the first.
-constexpr long long daysSince1970(int year, int month, int day) noexcept
-{
-    const long long y = month <= 2 ? year - 1 : year;
-    const long long cycle = floorDiv(y, 400);
-    const long long yearOfCycle = y - cycle * 400;
-    const long long monthFromMarch = month <= 2 ? month + 9 : month - 3;
-    const long long dayOfYear = (153 * monthFromMarch + 2) / 5 + day - 1;
-    const long long dayOfCycle = yearOfCycle * 365 + yearOfCycle / 4 - yearOfCycle / 100 + dayOfYear;
-    return cycle * s_daysPer400Years + dayOfCycle - s_daysUntil1970;
-}
-
-static_assert(daysSince1970(1970, 1, 1) == 0);
-static_assert(daysSince1970(2000, 3, 1) == 11017);
-static_assert(daysSince1970(0, 0, 0) == daysSince1970(-1, 11, 30));
-
-struct Date {
-    int year;
-    int month;
-    int day;
-};
-
-/// The way back.
-constexpr Date dateOf(long long days) noexcept
-{
-    const long long shifted = days + s_daysUntil1970;
-    const long long cycle = floorDiv(shifted, s_daysPer400Years);
-    const auto dayOfCycle = static_cast<unsigned>(shifted - cycle * s_daysPer400Years);
-    const unsigned yearOfCycle =
-        (dayOfCycle - dayOfCycle / 1460 + dayOfCycle / 36524 - dayOfCycle / 146096) / 365;
-    const unsigned dayOfYear = dayOfCycle - (365 * yearOfCycle + yearOfCycle / 4 - yearOfCycle / 100);
-    const unsigned monthFromMarch = (5 * dayOfYear + 2) / 153;
-    const auto day = static_cast<int>(dayOfYear - (153 * monthFromMarch + 2) / 5 + 1);
-    const auto month = static_cast<int>(monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9);
-    const long long year = static_cast<long long>(yearOfCycle) + cycle * 400 + (month <= 2);
-    return {static_cast<int>(year), month, day};
-}
-
-static_assert(dateOf(0).year == 1970 && dateOf(0).month == 1 && dateOf(0).day == 1);
-static_assert(dateOf(11016).month == 2 && dateOf(11016).day == 29);
 
 // What the fields may hold.
 
@@ -150,30 +99,38 @@ T* writeTwoDigits(T* to, unsigned number) noexcept
     return to + 2;
 }
 
-/// The three parts of a text with two separators in it.
-struct ThreePieces {
-    ThreePieces(ZStrToken<char> text, char separator) noexcept
-        : areAll(text.count(separator) == 2)
-    {
-        if (!areAll)
-            return;
-        const long firstCut = text.indexOf(separator);
-        const long secondCut = text.indexOf(separator, firstCut + 1);
-        first = text.left(firstCut);
-        second = text.subString(firstCut + 1, secondCut - firstCut - 1);
-        third = text.subString(secondCut + 1);
-    }
+using Pieces = std::array<ZStrToken<char>, 6>;
 
-    bool areAll; ///< whether there are exactly three
-    ZStrToken<char> first;
-    ZStrToken<char> second;
-    ZStrToken<char> third;
-};
+/// Cuts a text at two "-", one "T" and two ":". Behind the "T" a "-" is a character like any other, and so is
+/// a ":" ahead of it.
+/// @return false if there are more of them or fewer.
+bool split(ZStrToken<char> text, Pieces& pieces) noexcept
+{
+    constexpr std::size_t middle = 2;
+    constexpr std::size_t last = std::tuple_size_v<Pieces> - 1;
+    const char* start = text;
+    const char* const end = start + text.Length();
+    char separator = '-';
+    std::size_t n = 0;
+    for (const char* c = start; c != end; ++c) {
+        const bool isMiddle = *c == 'T';
+        if (!isMiddle && *c != separator)
+            continue;
+        if (isMiddle != (n == middle) || n == last)
+            return false;
+        pieces[n++] = ZStrToken<char>(start, c - start);
+        start = c + 1;
+        if (isMiddle)
+            separator = ':';
+    }
+    pieces[n] = ZStrToken<char>(start, end - start);
+    return n == last;
+}
 
 } // namespace
 
-void ZTime::pinLayout() noexcept
-{
+/// Pins the place of each field: values are copied byte by byte.
+struct ZTime::Layout {
     static_assert(offsetof(ZTime, m_milliseconds) == 0);
     static_assert(offsetof(ZTime, m_second) == 2);
     static_assert(offsetof(ZTime, m_minute) == 3);
@@ -182,7 +139,7 @@ void ZTime::pinLayout() noexcept
     static_assert(offsetof(ZTime, m_weekday) == 6);
     static_assert(offsetof(ZTime, m_month) == 7);
     static_assert(offsetof(ZTime, m_year) == 8);
-}
+};
 
 ZTime::ZTime(unsigned short year, unsigned char month, unsigned char day, unsigned char hour,
     unsigned char minute, unsigned char second, unsigned short milliseconds) noexcept
@@ -223,18 +180,9 @@ ZTime& ZTime::operator=(const char* text) noexcept
 
 ZTime& ZTime::operator=(const wchar_t* text) noexcept
 {
-    return *this = ZGStr<char>(text);
-}
-
-ZTime& ZTime::operator=(const ZGStr<char>& text) noexcept
-{
-    parse(text);
+    const ZGStr<char> narrowed(text);
+    parse(narrowed);
     return *this;
-}
-
-ZTime& ZTime::operator=(const ZGStr<wchar_t>& text) noexcept
-{
-    return *this = ZGStr<char>(text);
 }
 
 ZTime& ZTime::operator=(const unsigned int& seconds) noexcept
@@ -259,11 +207,10 @@ ZTime& ZTime::operator=(const unsigned long& packed) noexcept
 void ZTime::setNow() noexcept
 {
     const timeval now = clockTime();
-    setSeconds(now.tv_sec);
+    const int days = setSeconds(now.tv_sec);
     m_milliseconds = static_cast<unsigned short>(now.tv_usec / 1000);
-    // 1970-01-01 was a Thursday.
-    const long long days = floorDiv(now.tv_sec, s_secondsPerDay);
-    m_weekday = static_cast<unsigned char>(days + 4 - floorDiv(days + 4, 7) * 7);
+    const std::chrono::weekday weekday{std::chrono::sys_days(std::chrono::days(days))};
+    m_weekday = static_cast<unsigned char>(weekday.c_encoding());
 }
 
 void ZTime::clear() noexcept
@@ -355,22 +302,30 @@ ZTime::operator unsigned int() const noexcept
 }
 
 /// Leaves milliseconds and weekday alone.
-void ZTime::setSeconds(long long secondsSince1970) noexcept
+/// @return the days since 1970, from which the weekday follows.
+int ZTime::setSeconds(long long secondsSince1970) noexcept
 {
-    const long long days = floorDiv(secondsSince1970, s_secondsPerDay);
-    const auto ofDay = static_cast<unsigned>(secondsSince1970 - days * s_secondsPerDay);
-    const Date date = dateOf(days);
-    m_year = static_cast<unsigned short>(date.year);
-    m_month = static_cast<unsigned char>(date.month);
-    m_day = static_cast<unsigned char>(date.day);
+    const std::chrono::sys_seconds time{std::chrono::seconds(secondsSince1970)};
+    const auto day = std::chrono::floor<std::chrono::days>(time);
+    const std::chrono::year_month_day date(day);
+    const auto ofDay = static_cast<unsigned>((time - day).count());
+    m_year = static_cast<unsigned short>(static_cast<int>(date.year()));
+    m_month = static_cast<unsigned char>(static_cast<unsigned>(date.month()));
+    m_day = static_cast<unsigned char>(static_cast<unsigned>(date.day()));
     m_hour = static_cast<unsigned char>(ofDay / 3600);
     m_minute = static_cast<unsigned char>(ofDay / 60 % 60);
     m_second = static_cast<unsigned char>(ofDay % 60);
+    return static_cast<int>(day.time_since_epoch().count());
 }
 
 long long ZTime::secondsAsUtc() const noexcept
 {
-    return daysSince1970(m_year, m_month, m_day) * s_secondsPerDay + m_hour * 3600 + m_minute * 60 + m_second;
+    using namespace std::chrono;
+    // Counted from the first, as month and day of a cleared time are 0. Years above the signed range are
+    // those that shifting leaves when it goes past the year 0.
+    const year_month month = year(static_cast<short>(m_year)) / January + months(m_month - 1);
+    const sys_days day = sys_days(month / 1) + days(m_day - 1);
+    return sys_seconds(day).time_since_epoch().count() + m_hour * 3600L + m_minute * 60L + m_second;
 }
 
 long long ZTime::operator-(const ZTime& other) const noexcept
@@ -388,15 +343,10 @@ ZTime& ZTime::shift(long long seconds) noexcept
 
 void ZTime::parse(ZStrToken<char> text) noexcept
 {
-    if (text.count('T') != 1)
-        return;
-    const long cut = text.indexOf('T');
-    const ThreePieces date(text.left(cut), '-');
-    const ThreePieces time(text.subString(cut + 1), ':');
-    if (!date.areAll || !time.areAll)
-        return;
-    set(date.first.toUInt16(), date.second.toUInt8(), date.third.toUInt8(), time.first.toUInt8(),
-        time.second.toUInt8(), time.third.toUInt8(), 0);
+    Pieces pieces;
+    if (split(text, pieces))
+        set(pieces[0].toUInt16(), pieces[1].toUInt8(), pieces[2].toUInt8(), pieces[3].toUInt8(),
+            pieces[4].toUInt8(), pieces[5].toUInt8(), 0);
 }
 
 template <detail::StrChar T>

@@ -13,6 +13,15 @@
 
 namespace ZSpace {
 
+namespace detail {
+
+/// A class that owns text of either width.
+template <typename S>
+concept StringClass = std::same_as<S, ZGStr<char>> || std::same_as<S, ZGStr<wchar_t>> || std::same_as<S,
+    ZMStr<char>> || std::same_as<S, ZMStr<wchar_t>>;
+
+} // namespace detail
+
 /// A calendar time with milliseconds, held field by field in ten bytes.
 ///
 ///     ZTime now(true);
@@ -42,6 +51,11 @@ public:
     /// The text form; the cleared time for a text that is none.
     ZTime(const char* text) noexcept;
     ZTime(const wchar_t* text) noexcept;
+    template <detail::StringClass S>
+    ZTime(const S& text) noexcept
+    {
+        *this = text;
+    }
     /// Seconds since 1970-01-01T00:00:00 UTC.
     ZTime(const unsigned int& seconds) noexcept;
     /// The packed form.
@@ -51,8 +65,11 @@ public:
     /// A text that is not in the text form changes nothing. Wide text is narrowed first.
     ZTime& operator=(const char* text) noexcept;
     ZTime& operator=(const wchar_t* text) noexcept;
-    ZTime& operator=(const ZGStr<char>& text) noexcept;
-    ZTime& operator=(const ZGStr<wchar_t>& text) noexcept;
+    template <detail::StringClass S>
+    ZTime& operator=(const S& text) noexcept
+    {
+        return *this = charactersOf(text);
+    }
     /// Seconds since 1970; the milliseconds become 0.
     ZTime& operator=(const unsigned int& seconds) noexcept;
     /// The packed form.
@@ -138,6 +155,11 @@ public:
     bool operator==(const unsigned int& other) const noexcept { return seconds() == other; }
     bool operator==(const char* other) const noexcept { return *this == ZTime(other); }
     bool operator==(const wchar_t* other) const noexcept { return *this == ZTime(other); }
+    template <detail::StringClass S>
+    bool operator==(const S& other) const noexcept
+    {
+        return *this == ZTime(other);
+    }
     std::strong_ordering operator<=>(const ZTime& other) const noexcept
     {
         return packed() <=> other.packed();
@@ -150,6 +172,11 @@ public:
     std::strong_ordering operator<=>(const unsigned int& other) const noexcept { return seconds() <=> other; }
     std::strong_ordering operator<=>(const char* other) const noexcept { return *this <=> ZTime(other); }
     std::strong_ordering operator<=>(const wchar_t* other) const noexcept { return *this <=> ZTime(other); }
+    template <detail::StringClass S>
+    std::strong_ordering operator<=>(const S& other) const noexcept
+    {
+        return *this <=> ZTime(other);
+    }
 
 private:
     [[nodiscard]] unsigned long long packed() const noexcept
@@ -158,12 +185,14 @@ private:
     }
     [[nodiscard]] unsigned int seconds() const noexcept { return static_cast<unsigned int>(*this); }
     [[nodiscard]] long long secondsAsUtc() const noexcept;
-    void setSeconds(long long secondsSince1970) noexcept;
+    int setSeconds(long long secondsSince1970) noexcept;
     void setPacked(unsigned long long packed) noexcept;
+    static const char* charactersOf(const char* text) noexcept { return text; }
+    static const wchar_t* charactersOf(const wchar_t* text) noexcept { return text; }
     void parse(ZStrToken<char> text) noexcept;
     ZTime& shift(long long seconds) noexcept;
 
-    static void pinLayout() noexcept;
+    struct Layout;
 
     unsigned short m_milliseconds = 0;
     unsigned char m_second = 0;

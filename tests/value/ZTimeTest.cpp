@@ -482,6 +482,29 @@ TEST(ZTimeTest, EveryKindOfTextCanBeAssigned)
     EXPECT_EQ(textOf(time), "2002-02-03T04:05:06.000");
     time = ZGStr<wchar_t>(L"2003-02-03T04:05:06");
     EXPECT_EQ(textOf(time), "2003-02-03T04:05:06.000");
+    ZGStr<char> changeable("2004-02-03T04:05:06");
+    EXPECT_EQ(&(time = changeable), &time);
+    EXPECT_EQ(textOf(time), "2004-02-03T04:05:06.000");
+    time = s_sample.toCString();
+    EXPECT_EQ(textOf(time), "2024-03-05T07:08:09.000");
+    time.clear();
+    time = s_sample.toWString();
+    EXPECT_EQ(textOf(time), "2024-03-05T07:08:09.000");
+}
+
+TEST(ZTimeTest, EveryKindOfTextCanBeTakenAndComparedWith)
+{
+    const ZTime time(s_sample.toCString());
+    EXPECT_EQ(textOf(time), "2024-03-05T07:08:09.000");
+    EXPECT_TRUE(time == ZTime(s_sample.toWString()));
+    EXPECT_TRUE(time == ZTime(ZGStr<char>(s_sample)));
+    EXPECT_TRUE(time == ZTime(ZGStr<wchar_t>(s_sample)));
+    EXPECT_TRUE(time == s_sample.toCString());
+    EXPECT_TRUE(time == ZGStr<char>(s_sample));
+    EXPECT_TRUE(s_sample > s_sample.toCString());
+    EXPECT_TRUE(s_sample > ZGStr<wchar_t>(s_sample));
+    EXPECT_TRUE(time != ZGStr<char>("2024-03-05T07:08:10"));
+    EXPECT_TRUE(time < ZGStr<char>("2024-03-05T07:08:10"));
 }
 
 TEST(ZTimeTest, TextsThatAreNoTimesChangeNothing)
