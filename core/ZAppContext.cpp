@@ -19,7 +19,7 @@ ZAppContext::ZAppContext()
     loadThreadData();
 }
 
-ZAppContext::ZAppContext(int argc, char** argv)
+ZAppContext::ZAppContext(int argc, const char* const* argv)
     : ZAppContext()
 {
     initArguments(argc, argv);

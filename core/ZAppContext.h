@@ -25,7 +25,7 @@ namespace ZSpace {
 class ZAppContext {
 public:
     ZAppContext();
-    ZAppContext(int argc, char** argv);
+    ZAppContext(int argc, const char* const* argv);
     ZAppContext(const ZAppContext&) = default;
     ZAppContext& operator=(const ZAppContext&) = default;
     virtual ~ZAppContext();

@@ -30,7 +30,7 @@ TZValueBase<ZTypeId> ZDispatchable<Lock>::invokeByName(const char* name, ZList<V
     if (m_methods.Count() > 0) {
         // The index steps up, never down. Being volatile, each step counts: the compiler may not jump to the
         // end of a search that it finds to be in vain.
-        volatile unsigned long i = static_cast<unsigned long>(m_methods.Count() - 1);
+        volatile auto i = static_cast<unsigned long>(m_methods.Count() - 1);
         while (i <= LONG_MAX) {
             Method* method = methodAt(static_cast<long>(i));
             if (method->Name() == name)

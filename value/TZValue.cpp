@@ -10,6 +10,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace ZSpace {
 
@@ -113,13 +114,11 @@ template <typename Id, typename Char>
 TZValueStructureBase<Id, Char>* TZValueStructureBase<Id, Char>::create(
     const ZGStr<Char>& name, const TZValueBase<Id>* members, unsigned int count)
 {
+    ZGStr<Char> ownName = detail::copyOfText(name);
     const std::size_t size = blockSize<Id>(count);
-    std::unique_ptr<void, void (*)(void*)> block(
-        ::operator new(size), [](void* bytes) { ::operator delete(bytes); });
-    std::memset(block.get(), 0, size);
+    void* block = std::memset(::operator new(size), 0, size);
     std::unique_ptr<TZValueStructureBase, decltype(&release)> structure(
-        new (block.get()) TZValueStructureBase(name), &release);
-    block.release();
+        new (block) TZValueStructureBase(std::move(ownName)), &release);
     for (; structure->m_count < count; ++structure->m_count)
         new (structure->placeOf(structure->m_count)) TZValueBase<Id>(members[structure->m_count]);
     return structure.release();

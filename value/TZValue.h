@@ -36,7 +36,7 @@ public:
     virtual ~TZType();
 
     /// A copy on the heap, of the same class.
-    virtual TZType* clone() const;
+    [[nodiscard]] virtual TZType* clone() const;
 
     /// After a failure the target is as it was.
     TZType& operator=(const TZType& other);
@@ -79,8 +79,8 @@ public:
     [[nodiscard]] unsigned int Count() const noexcept { return m_count; }
 
 protected:
-    explicit TZStructuralBase(const ZGStr<Char>& name)
-        : m_name(detail::copyOfText(name))
+    explicit TZStructuralBase(ZGStr<Char>&& name) noexcept
+        : m_name(std::move(name))
     {
     }
     ~TZStructuralBase() = default;
@@ -104,7 +104,7 @@ public:
     static void release(TZValueStructureBase* structure) noexcept;
 
     /// A new block with copies of everything, the caller's to be freed with `release`.
-    TZValueStructureBase* StructCopy() const;
+    [[nodiscard]] TZValueStructureBase* StructCopy() const;
 
     /// The size of the block in bytes.
     [[nodiscard]] unsigned int BlockSize() const noexcept;
@@ -117,8 +117,8 @@ public:
     bool operator==(const TZValueStructureBase& other) const;
 
 private:
-    explicit TZValueStructureBase(const ZGStr<Char>& name)
-        : TZStructuralBase<Char>(name)
+    explicit TZValueStructureBase(ZGStr<Char>&& name) noexcept
+        : TZStructuralBase<Char>(std::move(name))
     {
     }
     ~TZValueStructureBase() = default;
@@ -168,7 +168,7 @@ public:
     TZValueBase(TZValueBase&& other) noexcept = default;
     ~TZValueBase() override;
 
-    TZValueBase* clone() const override;
+    [[nodiscard]] TZValueBase* clone() const override;
 
     /// Takes over the content and keeps the name. After a failure the target is as it was.
     TZValueBase& operator=(const TZValueBase& other);

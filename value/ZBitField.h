@@ -40,6 +40,7 @@ public:
     /// Sets all bits to 0, those past the end included.
     void clear() noexcept { clear(m_bits, m_length); }
 
+    // NOLINTNEXTLINE(modernize-use-nodiscard): the check alone may be what is asked for
     bool get(int i) const { return bit(m_bits, checked(i)); }
     bool operator[](int i) const { return get(i); }
     bool operator()(int i) const { return get(i); }
@@ -77,7 +78,7 @@ public:
     [[nodiscard]] static constexpr int byteCount(int n) noexcept { return n > 0 ? ((n - 1) >> 3) + 1 : 0; }
     /// A new array for n bits, to be cleared before use.
     static unsigned char* create(int n);
-    static void release(unsigned char* bytes) noexcept { delete[] bytes; }
+    static void release(const unsigned char* bytes) noexcept { delete[] bytes; }
     static void clear(unsigned char* bytes, int n) noexcept;
     /// A new array of (n >> 3) + 1 bytes; the last one is 0 when n is a multiple of 8.
     static unsigned char* copy(const unsigned char* bytes, int n);

@@ -100,7 +100,9 @@ ZGUID& ZGUID::operator=(ZStrToken<wchar_t> text) noexcept
 
 ZGUID& ZGUID::operator=(const ZGUID* other) noexcept
 {
-    return other ? *this = *other : *this;
+    if (other)
+        *this = *other;
+    return *this;
 }
 
 bool ZGUID::isCleared() const noexcept

@@ -33,7 +33,7 @@ public:
     ZValue(ZValue&&) noexcept = default;
     ~ZValue() override = default;
 
-    ZValue* clone() const override { return new ZValue(*this); }
+    [[nodiscard]] ZValue* clone() const override { return new ZValue(*this); }
 
     ZValue& operator=(const ZValue&) = default;
     ZValue& operator=(ZValue&&) noexcept = default;

@@ -70,7 +70,7 @@ void ZValueArrayBase::ArrayAdd(Value* value)
         return;
     std::unique_ptr<Value> added(value);
     const std::size_t count = ArrayItemCount();
-    Value** grown = new Value*[count + 2];
+    auto** grown = new Value*[count + 2];
     std::copy_n(items(), count, grown);
     grown[count] = added.release();
     grown[count + 1] = nullptr;

@@ -27,13 +27,14 @@ public:
     ZValueArrayBase(ZValueArrayBase&&) noexcept = default;
     ~ZValueArrayBase() override;
 
-    ZValueArrayBase* clone() const override;
+    [[nodiscard]] ZValueArrayBase* clone() const override;
 
     ZValueArrayBase& operator=(const ZValueArrayBase&) = default;
     ZValueArrayBase& operator=(ZValueArrayBase&&) noexcept = default;
 
     [[nodiscard]] unsigned int ArrayItemCount() const noexcept;
     Value& ArrayItem(unsigned int index);
+    // NOLINTNEXTLINE(modernize-use-nodiscard): the check alone may be what is asked for
     const Value& ArrayItem(unsigned int index) const;
     /// Puts a copy of `value` in the place of an item.
     void ArrayItem(unsigned int index, const Value& value);

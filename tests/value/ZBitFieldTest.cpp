@@ -26,7 +26,7 @@ using testing::ElementsAre;
 using ZSpaceTest::failEachAllocation;
 using ZSpaceTest::wordAt;
 
-using Array = std::unique_ptr<unsigned char[], void (*)(unsigned char*)>;
+using Array = std::unique_ptr<unsigned char[], void (*)(const unsigned char*)>;
 
 static_assert(sizeof(ZBITFIELD) == 16);
 static_assert(

@@ -162,6 +162,7 @@ TEST(ZValueArrayTest, RemovesItemsAndKeepsTheTerminator)
     array.ArrayRemove(0);
     EXPECT_EQ(array.ArrayItemCount(), 0u);
     EXPECT_THROW(array.ArrayRemove(0), ZOutOfBoundsException);
+    EXPECT_TRUE(ZValueArrayBase(array) == numbers({}));
     array.ArrayAdd(Value(s_cell, 9));
     EXPECT_THAT(numbersOf(array), ElementsAre(9));
 }
