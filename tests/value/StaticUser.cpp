@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "core/ZAppContext.h"
+#include "core/ZObject.h"
+#include "value/ZValue.h"
+#include "value/ZValueArray.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+using namespace ZSpace;
+
+/// Whether times, identifiers and values of every kind work at this point of the program's life.
+bool everythingWorks()
+{
+    ZMStr<char> line;
+    ZValueArrayBase array(ZTypeId_int);
+    for (ZTypeId tag = 1; tag != 0; tag <<= 1) {
+        const TZValueBase<ZTypeId>* value = TZValueBase<ZTypeId>::createType(tag);
+        array.ArrayAdd(*value);
+        value->appendTo(line);
+        delete value;
+    }
+    ZGUID guid;
+    guid.generate();
+    const TZValueBase<ZTypeId> object{ZReference<ZObject>(new ZObject)};
+    return array.ArrayItemCount() == 32 && !line.isEmpty() && !guid.isCleared()
+        && ZTime(true) > "2024-01-01T00:00:00" && !ZAppContext().Path().isEmpty() && object == object;
+}
+
+/// Lives from before `main` until after it.
+class StaticUser {
+public:
+    StaticUser() { tell("before main"); }
+    StaticUser(const StaticUser&) = delete;
+    StaticUser& operator=(const StaticUser&) = delete;
+    ~StaticUser() { tell("after main"); }
+
+    static void tell(const char* when)
+    {
+        std::printf("%s: %s\n", when, everythingWorks() ? "fine" : "broken");
+        std::fflush(stdout);
+    }
+};
+
+const StaticUser s_user;
+
+} // namespace
+
+int main()
+{
+    StaticUser::tell("in main");
+    return 0;
+}
