@@ -1,0 +1,412 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+// Times, identifiers and values, each beside the usual ways to do the same.
+
+#include "value/TZValue.h"
+#include "value/ZGUID.h"
+#include "value/ZTime.h"
+
+#include <benchmark/benchmark.h>
+
+#include <absl/strings/str_cat.h>
+#include <absl/strings/str_format.h>
+#include <absl/time/civil_time.h>
+#include <absl/time/clock.h>
+#include <absl/time/time.h>
+#include <any>
+#include <array>
+#include <boost/uuid/string_generator.hpp>
+#include <boost/uuid/uuid.hpp>
+#include <boost/uuid/uuid_io.hpp>
+#include <charconv>
+#include <cstdio>
+#include <ctime>
+#include <fmt/compile.h>
+#include <fmt/format.h>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace {
+
+using namespace ZSpace;
+
+using Value = TZValueBase<ZTypeId>;
+
+/// Hides from the compiler what is known about a value.
+template <typename T>
+T opaque(T value)
+{
+    benchmark::DoNotOptimize(value);
+    return value;
+}
+
+template <typename Operation>
+void run(benchmark::State& state, Operation operation)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(operation());
+}
+
+// Time to text: 2024-03-05T07:08:09.042
+
+const ZTime s_time(2024, 3, 5, 7, 8, 9, 42);
+
+void timeText_ZTime(benchmark::State& state)
+{
+    run(state, [] { return s_time.toCStringEx(); });
+}
+BENCHMARK(timeText_ZTime);
+
+void timeText_ZTimeIntoArray(benchmark::State& state)
+{
+    run(state, [] {
+        char text[ZTime::s_textRoom];
+        const long length = s_time.writeTextEx(text);
+        benchmark::DoNotOptimize(text);
+        return length;
+    });
+}
+BENCHMARK(timeText_ZTimeIntoArray);
+
+void timeText_snprintf(benchmark::State& state)
+{
+    run(state, [] {
+        char text[64];
+        const int length = std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03d",
+            s_time.Year(), s_time.Month(), s_time.Day(), s_time.Hour(), s_time.Minute(), s_time.Second(),
+            s_time.MilliSeconds());
+        benchmark::DoNotOptimize(text);
+        return length;
+    });
+}
+BENCHMARK(timeText_snprintf);
+
+void timeText_fmtCompiled(benchmark::State& state)
+{
+    run(state, [] {
+        char text[64];
+        char* end = fmt::format_to(text, FMT_COMPILE("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}.{:03}"),
+            s_time.Year(), s_time.Month(), s_time.Day(), s_time.Hour(), s_time.Minute(), s_time.Second(),
+            s_time.MilliSeconds());
+        benchmark::DoNotOptimize(text);
+        return end - text;
+    });
+}
+BENCHMARK(timeText_fmtCompiled);
+
+void timeText_abslFormatTime(benchmark::State& state)
+{
+    const absl::Time time = absl::FromCivil(absl::CivilSecond(2024, 3, 5, 7, 8, 9), absl::UTCTimeZone());
+    run(state, [&] { return absl::FormatTime("%Y-%m-%dT%H:%M:%E3S", time, absl::UTCTimeZone()); });
+}
+BENCHMARK(timeText_abslFormatTime);
+
+// Text to time
+
+const char* const s_timeText = "2024-03-05T07:08:09";
+
+void timeParse_ZTime(benchmark::State& state)
+{
+    run(state, [] { return ZTime(opaque(s_timeText)); });
+}
+BENCHMARK(timeParse_ZTime);
+
+void timeParse_sscanf(benchmark::State& state)
+{
+    run(state, [] {
+        std::tm record{};
+        std::sscanf(opaque(s_timeText), "%d-%d-%dT%d:%d:%d", &record.tm_year, &record.tm_mon, &record.tm_mday,
+            &record.tm_hour, &record.tm_min, &record.tm_sec);
+        return record;
+    });
+}
+BENCHMARK(timeParse_sscanf);
+
+void timeParse_strptime(benchmark::State& state)
+{
+    run(state, [] {
+        std::tm record{};
+        strptime(opaque(s_timeText), "%Y-%m-%dT%H:%M:%S", &record);
+        return record;
+    });
+}
+BENCHMARK(timeParse_strptime);
+
+void timeParse_absl(benchmark::State& state)
+{
+    run(state, [] {
+        absl::CivilSecond time;
+        absl::ParseCivilTime(opaque(s_timeText), &time);
+        return time;
+    });
+}
+BENCHMARK(timeParse_absl);
+
+// The current time, in fields; on all threads that the machine has at once
+
+void timeNow_ZTime(benchmark::State& state)
+{
+    run(state, [] { return ZTime(true); });
+}
+BENCHMARK(timeNow_ZTime)->ThreadRange(1, 2);
+
+void timeNow_gmtime_r(benchmark::State& state)
+{
+    run(state, [] {
+        timespec now{};
+        clock_gettime(CLOCK_REALTIME, &now);
+        std::tm record{};
+        gmtime_r(&now.tv_sec, &record);
+        return record;
+    });
+}
+BENCHMARK(timeNow_gmtime_r)->ThreadRange(1, 2);
+
+void timeNow_absl(benchmark::State& state)
+{
+    run(state, [] { return absl::ToCivilSecond(absl::Now(), absl::UTCTimeZone()); });
+}
+BENCHMARK(timeNow_absl)->ThreadRange(1, 2);
+
+void timeNow_clockAlone(benchmark::State& state)
+{
+    run(state, [] { return GetSystemTimeMillis(); });
+}
+BENCHMARK(timeNow_clockAlone);
+
+// Seconds between two times
+
+void timeDifference_ZTime(benchmark::State& state)
+{
+    run(state, [] { return opaque(ZTime(2025, 1, 2, 3, 4, 5, 0)) - opaque(s_time); });
+}
+BENCHMARK(timeDifference_ZTime);
+
+void timeDifference_mktime(benchmark::State& state)
+{
+    run(state, [] {
+        std::tm a{};
+        std::tm b{};
+        fill_tm(a, 5, 4, 3, 2, 1, 2025);
+        fill_tm(b, 9, 8, 7, 5, 3, 2024);
+        return std::mktime(&a) - std::mktime(&b);
+    });
+}
+BENCHMARK(timeDifference_mktime);
+
+void timeDifference_absl(benchmark::State& state)
+{
+    run(state, [] {
+        return opaque(absl::CivilSecond(2025, 1, 2, 3, 4, 5))
+            - opaque(absl::CivilSecond(2024, 3, 5, 7, 8, 9));
+    });
+}
+BENCHMARK(timeDifference_absl);
+
+// Identifiers
+
+const ZGUID s_guid(0x00112233, 0x4455, 0x6677, 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF);
+const char* const s_guidText = "{00112233-4455-6677-8899-aabbccddeeff}";
+
+void guidText_ZGUID(benchmark::State& state)
+{
+    run(state, [] { return s_guid.toCString(); });
+}
+BENCHMARK(guidText_ZGUID);
+
+void guidText_ZGUIDIntoArray(benchmark::State& state)
+{
+    run(state, [] {
+        std::array<char, ZGUID::s_textLength> text;
+        s_guid.writeText(text.data());
+        return text;
+    });
+}
+BENCHMARK(guidText_ZGUIDIntoArray);
+
+void guidText_snprintf(benchmark::State& state)
+{
+    run(state, [] {
+        char text[64];
+        const unsigned char* b = s_guid.data4;
+        const int length =
+            std::snprintf(text, sizeof text, "{%08x-%04x-%04x-%02x%02x-%02x%02x%02x%02x%02x%02x}",
+                s_guid.data1, s_guid.data2, s_guid.data3, b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]);
+        benchmark::DoNotOptimize(text);
+        return length;
+    });
+}
+BENCHMARK(guidText_snprintf);
+
+void guidText_boost(benchmark::State& state)
+{
+    const boost::uuids::uuid uuid = boost::uuids::string_generator()(s_guidText);
+    run(state, [&] { return boost::uuids::to_string(uuid); });
+}
+BENCHMARK(guidText_boost);
+
+void guidParse_ZGUID(benchmark::State& state)
+{
+    run(state, [] { return ZGUID(opaque(s_guidText)); });
+}
+BENCHMARK(guidParse_ZGUID);
+
+void guidParse_boost(benchmark::State& state)
+{
+    const boost::uuids::string_generator parse;
+    run(state, [&] { return parse(opaque(s_guidText)); });
+}
+BENCHMARK(guidParse_boost);
+
+void guidParse_sscanf(benchmark::State& state)
+{
+    run(state, [] {
+        ZGUID guid;
+        unsigned char* b = guid.data4;
+        std::sscanf(opaque(s_guidText), "{%8x-%4hx-%4hx-%2hhx%2hhx-%2hhx%2hhx%2hhx%2hhx%2hhx%2hhx}",
+            &guid.data1, &guid.data2, &guid.data3, b, b + 1, b + 2, b + 3, b + 4, b + 5, b + 6, b + 7);
+        return guid;
+    });
+}
+BENCHMARK(guidParse_sscanf);
+
+// Numbers, as values that print themselves
+
+constexpr int s_number = -1234567;
+
+void numberText_Value(benchmark::State& state)
+{
+    const Value value(std::in_place, s_number);
+    run(state, [&] { return value.toCString(); });
+}
+BENCHMARK(numberText_Value);
+
+void numberText_ValueOntoLine(benchmark::State& state)
+{
+    const Value value(std::in_place, s_number);
+    ZMStr<char> line(100);
+    run(state, [&] {
+        line.remove(0);
+        value.appendTo(line);
+        return line.Length();
+    });
+}
+BENCHMARK(numberText_ValueOntoLine);
+
+void numberText_snprintf(benchmark::State& state)
+{
+    run(state, [] {
+        char text[16];
+        const int length = std::snprintf(text, sizeof text, "%d", opaque(s_number));
+        benchmark::DoNotOptimize(text);
+        return length;
+    });
+}
+BENCHMARK(numberText_snprintf);
+
+void numberText_to_chars(benchmark::State& state)
+{
+    run(state, [] {
+        char text[16];
+        char* end = std::to_chars(std::begin(text), std::end(text), opaque(s_number)).ptr;
+        benchmark::DoNotOptimize(text);
+        return end;
+    });
+}
+BENCHMARK(numberText_to_chars);
+
+void numberText_fmtCompiled(benchmark::State& state)
+{
+    run(state, [] { return fmt::format(FMT_COMPILE("{}"), opaque(s_number)); });
+}
+BENCHMARK(numberText_fmtCompiled);
+
+void numberText_absl(benchmark::State& state)
+{
+    run(state, [] { return absl::StrCat(opaque(s_number)); });
+}
+BENCHMARK(numberText_absl);
+
+// Making a value on the heap and dropping it, as a log record does for each argument
+
+void valueOfInt_Value(benchmark::State& state)
+{
+    run(state, [] { return std::make_unique<Value>(std::in_place, opaque(s_number)); });
+}
+BENCHMARK(valueOfInt_Value);
+
+void valueOfInt_any(benchmark::State& state)
+{
+    run(state, [] { return std::make_unique<std::any>(opaque(s_number)); });
+}
+BENCHMARK(valueOfInt_any);
+
+void valueOfText_Value(benchmark::State& state)
+{
+    const ZGStr<char> text("the text of a log line that is neither short nor long");
+    run(state, [&] { return std::make_unique<Value>(text); });
+}
+BENCHMARK(valueOfText_Value);
+
+void valueOfText_any(benchmark::State& state)
+{
+    const std::string text("the text of a log line that is neither short nor long");
+    run(state, [&] { return std::make_unique<std::any>(text); });
+}
+BENCHMARK(valueOfText_any);
+
+// A line of a report: time, text, number, number, identifier
+
+void line_Values(benchmark::State& state)
+{
+    const Value values[]{Value(std::in_place, static_cast<const char*>("Connection")),
+        Value(std::in_place, 42), Value(std::in_place, 2.5), Value(std::in_place, s_guid)};
+    ZMStr<char> line(300);
+    run(state, [&] {
+        line.remove(0);
+        char time[ZTime::s_textRoom];
+        line.append(time, s_time.writeTextEx(time));
+        for (const Value& value : values) {
+            line.append('\t');
+            value.appendTo(line);
+        }
+        return line.Length();
+    });
+}
+BENCHMARK(line_Values);
+
+void line_ValuesAsStrings(benchmark::State& state)
+{
+    const Value values[]{Value(std::in_place, static_cast<const char*>("Connection")),
+        Value(std::in_place, 42), Value(std::in_place, 2.5), Value(std::in_place, s_guid)};
+    ZMStr<char> line(300);
+    run(state, [&] {
+        line.remove(0);
+        line << s_time.toCStringEx();
+        for (const Value& value : values)
+            line << '\t' << value.toCString();
+        return line.Length();
+    });
+}
+BENCHMARK(line_ValuesAsStrings);
+
+void line_snprintf(benchmark::State& state)
+{
+    run(state, [] {
+        char line[300];
+        const unsigned char* b = s_guid.data4;
+        const int length = std::snprintf(line, sizeof line,
+            "%04d-%02d-%02dT%02d:%02d:%02d.%03d\t%s\t%d\t%g\t{%08x-%04x-%04x-%02x%02x-%02x%02x%02x%02x%02x%"
+            "02x}",
+            s_time.Year(), s_time.Month(), s_time.Day(), s_time.Hour(), s_time.Minute(), s_time.Second(),
+            s_time.MilliSeconds(), "Connection", 42, 2.5, s_guid.data1, s_guid.data2, s_guid.data3, b[0],
+            b[1], b[2], b[3], b[4], b[5], b[6], b[7]);
+        benchmark::DoNotOptimize(line);
+        return length;
+    });
+}
+BENCHMARK(line_snprintf);
+
+} // namespace
