@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <fcntl.h>
-#include <memory>
 #include <new>
 #include <typeinfo>
 #include <unistd.h>
@@ -53,18 +52,22 @@ FILE* openDuplicate(int descriptor, const char* mode)
 template <typename File, typename T, typename TX>
 ZIOGFile<File, T, TX>* ZIOGFile<File, T, TX>::clone() const
 {
-    std::unique_ptr<ZIOGFile> copy(new (std::nothrow) ZIOGFile);
-    if (!copy || !m_file)
-        return copy.release();
+    if (!m_file)
+        return new (std::nothrow) ZIOGFile;
     if (!m_readable && !m_writable)
         return nullptr;
-    const char* mode = !m_writable ? "r" : m_readable ? "r+" : "w";
-    copy->m_file = openDuplicate(fileno(m_file), mode);
-    if (!copy->m_file)
+    File file = openDuplicate(fileno(m_file), !m_writable ? "r" : m_readable ? "r+" : "w");
+    if (!file)
         return nullptr;
+    auto* copy = new (std::nothrow) ZIOGFile;
+    if (!copy) {
+        fclose(file);
+        return nullptr;
+    }
+    copy->m_file = file;
     copy->m_readable = m_readable;
     copy->m_writable = m_writable;
-    return copy.release();
+    return copy;
 }
 
 template <typename File, typename T, typename TX>

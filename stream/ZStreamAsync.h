@@ -15,6 +15,7 @@
 #include <cstddef>
 #include <memory>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 namespace ZSpace {
@@ -199,6 +200,8 @@ template <typename D, typename A>
 void ZStreamEx<T, TX>::execute(
     Operation operation, std::unique_ptr<ZDelegate2<void, D, A>> binder, D first, A second)
 {
+    // The binder has one owner at every moment: nothing fails once the executor has it.
+    static_assert(std::is_nothrow_move_constructible_v<D> && std::is_nothrow_move_constructible_v<A>);
     auto executor = std::make_unique<ZExecutor2V<D, A>>(binder.get(), std::move(first), std::move(second));
     static_cast<void>(binder.release());
     worker(operation).execute(executor.release());
