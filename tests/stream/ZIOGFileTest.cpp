@@ -259,7 +259,8 @@ TEST_F(ZIOGFileTest, DescriptorIsNotInherited)
 
 TEST_F(ZIOGFileTest, ClosingSucceedsEvenWhenTheRestCannotBeWritten)
 {
-    ASSERT_EQ(m_file.open("/dev/full", 4), 0);
+    if (m_file.open("/dev/full", 4) != 0)
+        GTEST_SKIP() << "the host has no full device";
     EXPECT_EQ(m_file.write("lost", -1), 4);
     EXPECT_EQ(m_file.close(), 0);
     EXPECT_EQ(m_file.State(), 0);
@@ -477,7 +478,8 @@ TEST_F(ZIOGFileTest, FlushHandsOverWhatIsBuffered)
 
 TEST_F(ZIOGFileTest, FullDiskShowsWhereTheBufferIsHandedOver)
 {
-    ASSERT_EQ(m_file.open("/dev/full", 4), 0);
+    if (m_file.open("/dev/full", 4) != 0)
+        GTEST_SKIP() << "the host has no full device";
     long written = 77;
     EXPECT_EQ(m_file.write("abc", -1, written), 0);
     EXPECT_EQ(written, 3);
@@ -559,7 +561,10 @@ TEST_F(ZIOGFileTest, WriteThroughReachesTheSystemAtOnceInOneCall)
             ASSERT_EQ(m_file.open(make("file").c_str(), mode), 0);
             ASSERT_TRUE(m_file.writeThrough());
             const std::string line(static_cast<std::size_t>(length), 'x');
-            for (int i = 1; i <= 3; ++i) {
+            // Once without counting: sanitizers write, too, when they see a class for the first time.
+            EXPECT_EQ(m_file.write(line.data(), length), length);
+            EXPECT_EQ(m_file.flush(), 0);
+            for (int i = 2; i <= 4; ++i) {
                 const long before = writeCalls();
                 EXPECT_EQ(m_file.write(line.data(), length), length);
                 EXPECT_EQ(writeCalls(), before + 1) << mode << ", " << length;
@@ -584,12 +589,18 @@ TEST_F(ZIOGFileTest, WriteThroughChangesNothingElse)
     EXPECT_TRUE(m_file.EOS());
     EXPECT_EQ(m_file.State(), 6);
 
-    ASSERT_EQ(m_file.open("/dev/full", 4), 0);
-    ASSERT_TRUE(m_file.writeThrough());
-    EXPECT_EQ(m_file.write("lost", -1), -1);
     ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0); // the next file is buffered again
     m_file.write("x", 1);
     EXPECT_EQ(contentOf("file"), "");
+}
+
+TEST_F(ZIOGFileTest, FullDiskShowsInTheWriteItselfWhereWritesGoThrough)
+{
+    if (m_file.open("/dev/full", 4) != 0)
+        GTEST_SKIP() << "the host has no full device";
+    ASSERT_TRUE(m_file.writeThrough());
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(m_file.write("lost", -1), -1);
 }
 
 TEST_F(ZIOGFileTest, LinesOfTwoProcessesNeverMix)
@@ -737,6 +748,8 @@ TEST_F(ZIOGFileTest, CloneOfAClosedFileIsClosed)
     ASSERT_TRUE(clone);
     EXPECT_EQ(clone->State(), 0);
     EXPECT_EQ(clone->Position(), -1);
+    const AllocationFault fault(1);
+    EXPECT_EQ(m_file.clone(), nullptr);
 }
 
 TEST_F(ZIOGFileTest, CloneHasTheSameState)
@@ -817,6 +830,7 @@ TEST_F(ZIOGFileTest, CloneThatCannotBeIsNullAndLeavesNothingOpen)
         const AllocationFault fault(1);
         EXPECT_EQ(m_file.clone(), nullptr);
     }
+    EXPECT_EQ(nextDescriptor(), next);
     const std::unique_ptr<File> clone(m_file.clone());
     EXPECT_TRUE(clone);
     clone->close();

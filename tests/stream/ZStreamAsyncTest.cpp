@@ -70,12 +70,14 @@ DataRef dataOf(const std::string& text)
     return DataRef(new Bytes(text.data(), static_cast<long>(text.size())));
 }
 
-/// Waits for what another thread brings about.
+/// Waits for what another thread brings about; mostly that is a matter of moments.
 template <typename Condition>
 void await(Condition condition)
 {
-    while (!condition())
-        std::this_thread::yield();
+    for (int tries = 0; !condition(); ++tries) {
+        if (tries > 100)
+            std::this_thread::yield();
+    }
 }
 
 /// Opened once, for any number of threads that wait for it. Opening is the opener's last use of it.
@@ -481,7 +483,8 @@ TEST_F(ZStreamAsyncTest, WriteOfAClosedStreamReportsMinusOne)
 
 TEST_F(ZStreamAsyncTest, WriteThatFailsAtOnceReportsTheErrorMark)
 {
-    m_file.open("/dev/full", 4);
+    if (m_file.open("/dev/full", 4) != 0)
+        GTEST_SKIP() << "the host has no full device";
     const auto callback = m_reports.forWrite();
     m_file.writeAsync(callback.get(), dataOf(std::string(1 << 20, 'x')));
     const Report report = m_reports.next();
@@ -604,6 +607,8 @@ TEST_F(ZStreamAsyncTest, WriteOfADerivedFileIsItsOwn)
 
 TEST_F(ZStreamAsyncTest, RequestWithoutAThreadCountsAsTakenAndComesToNothing)
 {
+    if (!ThreadFault::isPossible())
+        GTEST_SKIP() << "the host does not let the usual stack size be set";
     m_file.open(make("file", "abc").c_str(), 6);
     const std::unique_ptr<Async::ReadCallback> forRead(m_reports.forRead());
     const auto forWrite = m_reports.forWrite();
