@@ -3,7 +3,6 @@
 
 #include "log/ZTransferLog.h"
 
-#include <memory>
 #include <utility>
 
 namespace ZSpace {
@@ -12,14 +11,24 @@ ZTransferLog* theLog = nullptr;
 
 ZTransferLog::~ZTransferLog() = default;
 
+namespace {
+
+/// The process's transfer log: made on first use, and never destroyed, since another thread may still be
+/// looking at it when it is turned off.
+ZTransferLog& onlyLog()
+{
+    static ZTransferLog* const log = new ZTransferLog;
+    return *log;
+}
+
+} // namespace
+
 void ZTransferLog::useLogBook(ZRef<ZLogBook> book)
 {
-    if (book && theLog) {
-        theLog->attachLogBook(std::move(book));
-    } else if (book) {
-        auto log = std::make_unique<ZTransferLog>();
-        log->attachLogBook(std::move(book));
-        theLog = log.release();
+    if (book) {
+        ZTransferLog& log = theLog ? *theLog : onlyLog();
+        log.attachLogBook(std::move(book));
+        theLog = &log;
     } else if (theLog) {
         std::exchange(theLog, nullptr)->detachLogBook();
     }
