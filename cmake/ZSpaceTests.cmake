@@ -13,8 +13,11 @@ function(zspace_add_tests target)
         ZSPACE_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ZSPACE_BINARY_DIR="${PROJECT_BINARY_DIR}")
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
     zspace_private_flags(${target})
-    # The tests themselves need no speed; they compile faster so, and g++ 12 sees fewer overflows that are not there.
+    # The tests themselves need no speed, and compile faster without.
     target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
+    # g++ 12 sees overflows that are not there where std::string's `+` is inlined.
+    target_compile_options(${target} PRIVATE
+        "$<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread>")
     target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
     gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60)
