@@ -34,6 +34,7 @@ void enableFileLogging(const char* tag) noexcept
     dropFailures([=] {
         const ZGStr<char> prefix = ZGStr<char>(tag) + "_";
         const ZGStr<wchar_t> path = ZSysInfoPaths::getNewLogFileNameW(prefix, ".txt");
+        // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): what it throws is dropped above
         ZTransferLog::useLogBook(ZRef<ZLogBook>(new ZLogBookFile(path)));
     });
 }

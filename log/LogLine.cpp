@@ -6,6 +6,7 @@
 #include "platform/ThreadNumber.h"
 #include "value/ZTime.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <ctime>
@@ -33,8 +34,8 @@ thread_local constinit Prefix t_prefix;
 void writeThread(Prefix& prefix, unsigned int thread) noexcept
 {
     char* to = prefix.text + s_thread;
-    std::memcpy(to, "Thread[", 7);
-    to = std::to_chars(to + 7, prefix.text + s_room, thread, 16).ptr;
+    to = std::copy_n("Thread[", 7, to);
+    to = std::to_chars(to, prefix.text + s_room, thread, 16).ptr;
     *to++ = ']';
     *to++ = ':';
     prefix.length = to - prefix.text;

@@ -37,6 +37,7 @@ ZLoggable::ZLoggable()
 
 ZLoggable::~ZLoggable() = default;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): overriders may keep it
 void ZLoggable::onLogBookAttached(ZRef<ZLogBook>) { }
 
 void ZLoggable::onLogBookDetached() { }

@@ -17,7 +17,7 @@ namespace {
 /// looking at it when it is turned off.
 ZTransferLog& onlyLog()
 {
-    static ZTransferLog* const log = new ZTransferLog;
+    static auto* const log = new ZTransferLog;
     return *log;
 }
 

@@ -68,7 +68,8 @@ public:
     template <detail::StringClass S>
     ZTime& operator=(const S& text) noexcept
     {
-        return *this = charactersOf(text);
+        *this = charactersOf(text);
+        return *this;
     }
     /// Seconds since 1970; the milliseconds become 0.
     ZTime& operator=(const unsigned int& seconds) noexcept;
