@@ -1,0 +1,303 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "core/ZArray.h"
+
+#include "tests/support/Probes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace ZSpace {
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using ZSpaceTest::asWord;
+using ZSpaceTest::Counted;
+using ZSpaceTest::wordAt;
+
+using PointerArray = ZArray<int*, ZAllocationBuf<int*>>;
+
+static_assert(std::is_same_v<ZArray<char>, ZArray<char, ZAllocation<char>>>);
+static_assert(sizeof(ZArray<char>) == 2 * sizeof(void*));
+static_assert(sizeof(ZArray<std::string>) == 2 * sizeof(void*));
+static_assert(sizeof(PointerArray) == 3 * sizeof(void*));
+
+TEST(ZArrayTest, StartsEmpty)
+{
+    const ZArray<std::string> values;
+    EXPECT_EQ(values.Count(), 0);
+    EXPECT_EQ(wordAt(&values, 0), 0u);
+    EXPECT_EQ(values.begin(), values.end());
+
+    const PointerArray pointers;
+    EXPECT_EQ(pointers.Count(), 0);
+    EXPECT_EQ(pointers.Capacity(), 0);
+    EXPECT_EQ(wordAt(&pointers, 0), 0u);
+}
+
+TEST(ZArrayTest, FieldsStandInOrder)
+{
+    ZArray<std::string> values;
+    values.add("a");
+    values.add("b");
+    EXPECT_EQ(wordAt(&values, 0), asWord(&values[0]));
+    EXPECT_EQ(wordAt(&values, 1), 2u);
+
+    int x = 0;
+    PointerArray pointers;
+    pointers.add(&x);
+    pointers.add(&x);
+    EXPECT_EQ(wordAt(&pointers, 0), asWord(&pointers[0]));
+    EXPECT_EQ(wordAt(&pointers, 1), 2u);
+    EXPECT_EQ(wordAt(&pointers, 2), 3u);
+}
+
+TEST(ZArrayTest, AddGivesTheStoredElement)
+{
+    ZArray<std::string> values;
+    std::string& added = values.add("a");
+    EXPECT_EQ(&added, &values[0]);
+    added = "b";
+    EXPECT_THAT(values, ElementsAre("b"));
+
+    int x = 0;
+    PointerArray pointers;
+    int*& slot = pointers.add(&x);
+    EXPECT_EQ(&slot, &pointers[0]);
+    EXPECT_EQ(slot, &x);
+}
+
+TEST(ZArrayTest, OwnElementCanBeAdded)
+{
+    ZArray<std::string> values;
+    values.add(std::string(50, 'a'));
+    for (int i = 0; i < 5; ++i)
+        values.add(values[0]);
+    EXPECT_EQ(values.Count(), 6);
+    for (const std::string& value : values)
+        EXPECT_EQ(value, std::string(50, 'a'));
+
+    int x = 0;
+    PointerArray pointers;
+    pointers.add(&x);
+    for (int i = 0; i < 9; ++i)
+        pointers.add(pointers[0]);
+    EXPECT_THAT(pointers, testing::Each(&x));
+}
+
+TEST(ZArrayTest, ValuesAreMovedWithEachAdd)
+{
+    Counted::reset();
+    {
+        ZArray<Counted> values;
+        for (int i = 0; i < 4; ++i)
+            values.add(Counted(i));
+        EXPECT_EQ(Counted::s_tally.alive, 4);
+        EXPECT_EQ(Counted::s_tally.assigned, (0 + 1) + (1 + 1) + (2 + 1) + (3 + 1));
+        EXPECT_EQ(Counted::s_tally.copied, 0);
+        Counted::s_tally.destroyed.clear();
+    }
+    EXPECT_THAT(Counted::s_tally.destroyed, ElementsAre(3, 2, 1, 0));
+    EXPECT_EQ(Counted::s_tally.alive, 0);
+}
+
+TEST(ZArrayTest, PointerArrayGrowsByTheRequestOnTopOfItsCapacity)
+{
+    int x = 0;
+    PointerArray pointers;
+    std::vector<long> capacities;
+    for (int i = 0; i < 16; ++i) {
+        pointers.add(&x);
+        capacities.push_back(pointers.Capacity());
+    }
+    EXPECT_THAT(capacities, ElementsAre(1, 3, 3, 7, 7, 7, 7, 15, 15, 15, 15, 15, 15, 15, 15, 31));
+
+    pointers.resize(40);
+    EXPECT_EQ(pointers.Count(), 40);
+    EXPECT_EQ(pointers.Capacity(), 71);
+    EXPECT_EQ(pointers[15], &x);
+    EXPECT_EQ(pointers[16], nullptr);
+}
+
+TEST(ZArrayTest, PointerArrayNeverShrinks)
+{
+    PointerArray pointers(5);
+    const int* const* block = pointers.begin();
+    pointers.resize(1);
+    EXPECT_EQ(pointers.Count(), 1);
+    EXPECT_EQ(pointers.Capacity(), 5);
+    EXPECT_EQ(pointers.begin(), block);
+    pointers.remove(0, 1);
+    EXPECT_EQ(pointers.Count(), 0);
+    EXPECT_EQ(pointers.Capacity(), 5);
+}
+
+TEST(ZArrayTest, ReleaseGivesTheBlockBack)
+{
+    PointerArray pointers(5);
+    pointers.release();
+    EXPECT_EQ(wordAt(&pointers, 0), 0u);
+    EXPECT_EQ(pointers.Count(), 0);
+    EXPECT_EQ(pointers.Capacity(), 0);
+
+    ZArray<std::string> values(5);
+    values.release();
+    EXPECT_EQ(wordAt(&values, 0), 0u);
+    EXPECT_EQ(values.Count(), 0);
+    values.release();
+    EXPECT_THAT(values, ElementsAre());
+}
+
+TEST(ZArrayTest, RemoveClosesTheGap)
+{
+    std::vector<int> x(6);
+    PointerArray pointers;
+    for (int& i : x)
+        pointers.add(&i);
+    EXPECT_EQ(pointers.remove(1, 2), 4);
+    EXPECT_THAT(pointers, ElementsAre(&x[0], &x[3], &x[4], &x[5]));
+    EXPECT_EQ(pointers.remove(3, 1), 3);
+    EXPECT_THAT(pointers, ElementsAre(&x[0], &x[3], &x[4]));
+    EXPECT_EQ(pointers.remove(0, 0), 3);
+    EXPECT_EQ(pointers.remove(0, 3), 0);
+    EXPECT_EQ(pointers.Capacity(), 7);
+
+    ZArray<std::string> values;
+    for (const char* text : {"a", "b", "c", "d"})
+        values.add(text);
+    EXPECT_EQ(values.remove(1, 2), 2);
+    EXPECT_THAT(values, ElementsAre("a", "d"));
+}
+
+TEST(ZArrayTest, IsMadeOfAnyNumberOfDefaultElements)
+{
+    const ZArray<std::string> values(3);
+    EXPECT_THAT(values, ElementsAre("", "", ""));
+    EXPECT_EQ(ZArray<std::string>(0).Count(), 0);
+    EXPECT_EQ(ZArray<std::string>(-1).Count(), 0);
+    EXPECT_THAT(ZArray<char>(2), ElementsAre('\0', '\0'));
+}
+
+TEST(ZArrayTest, CountedFirstAndFilledOnceTouchesEachElementOnce)
+{
+    Counted::reset();
+    ZArray<Counted> values(1000);
+    for (Counted& value : values)
+        value = Counted(1);
+    EXPECT_EQ(Counted::s_tally.assigned, 1000);
+    values.resize(3);
+    EXPECT_EQ(values.Count(), 3);
+    EXPECT_EQ(Counted::s_tally.alive, 3);
+    EXPECT_EQ(values[2].number(), 1);
+}
+
+TEST(ZArrayTest, IsMadeFromABlock)
+{
+    const ZArray<char> bytes("abc", 3);
+    EXPECT_THAT(bytes, ElementsAre('a', 'b', 'c'));
+    EXPECT_EQ(ZArray<char>("abc", 0).Count(), 0);
+    EXPECT_EQ(ZArray<char>(nullptr, -4).Count(), 0);
+    int x = 0;
+    int* const source[] = {&x, nullptr};
+    const PointerArray pointers(source, 2);
+    EXPECT_THAT(pointers, ElementsAre(&x, nullptr));
+    EXPECT_EQ(pointers.Capacity(), 2);
+}
+
+template <typename Array>
+class ZArrayCopyTest : public testing::Test {
+};
+
+struct ArrayName {
+    template <typename Array>
+    static std::string GetName(int)
+    {
+        return sizeof(Array) == 2 * sizeof(void*) ? "ExactlyFull" : "WithSpareRoom";
+    }
+};
+
+using Arrays = testing::Types<ZArray<std::string>, ZArray<std::string, ZAllocationBuf<std::string>>>;
+TYPED_TEST_SUITE(ZArrayCopyTest, Arrays, ArrayName);
+
+TYPED_TEST(ZArrayCopyTest, CopyIsDeep)
+{
+    TypeParam original;
+    original.add("a");
+    original.add("b");
+    TypeParam copy(original);
+    original[0] = "c";
+    EXPECT_THAT(copy, ElementsAre("a", "b"));
+    original = copy;
+    EXPECT_THAT(original, ElementsAre("a", "b"));
+    EXPECT_NE(original.begin(), copy.begin());
+}
+
+TYPED_TEST(ZArrayCopyTest, SelfAssignmentChangesNothing)
+{
+    TypeParam array;
+    array.add("a");
+    const std::string* element = &array[0];
+    const TypeParam& self = array;
+    array = self;
+    EXPECT_EQ(&array[0], element);
+    EXPECT_THAT(array, ElementsAre("a"));
+}
+
+TYPED_TEST(ZArrayCopyTest, MovingHandsTheBlockOver)
+{
+    TypeParam original;
+    original.add("a");
+    const std::string* element = &original[0];
+    TypeParam moved(std::move(original));
+    EXPECT_EQ(&moved[0], element);
+    EXPECT_EQ(original.Count(), 0); // NOLINT(bugprone-use-after-move): empty is what is promised
+    TypeParam target;
+    target.add("b");
+    target = std::move(moved);
+    EXPECT_EQ(&target[0], element);
+    EXPECT_EQ(moved.Count(), 0); // NOLINT(bugprone-use-after-move)
+    TypeParam& self = target;
+    target = std::move(self);
+    EXPECT_THAT(target, ElementsAre("a"));
+}
+
+TYPED_TEST(ZArrayCopyTest, AgreesWithAReferenceOverRandomOperations)
+{
+    std::mt19937 random(20240601);
+    TypeParam array;
+    std::vector<std::string> reference;
+    for (int step = 0; step < 2000; ++step) {
+        const long size = static_cast<long>(reference.size());
+        switch (random() % 5) {
+        case 0:
+        case 1:
+        case 2: {
+            std::string text(random() % 30, static_cast<char>('a' + random() % 26));
+            array.add(text);
+            reference.push_back(std::move(text));
+            break;
+        }
+        case 3: {
+            const long from = size ? static_cast<long>(random()) % size : 0;
+            const long n = static_cast<long>(random()) % (size - from + 1);
+            EXPECT_EQ(array.remove(from, n), size - n);
+            reference.erase(reference.begin() + from, reference.begin() + from + n);
+            break;
+        }
+        default:
+            TypeParam copy(array);
+            array = copy;
+        }
+        ASSERT_THAT(array, ElementsAreArray(reference));
+    }
+}
+
+} // namespace
+} // namespace ZSpace
