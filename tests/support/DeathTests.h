@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <csignal>
+#include <unistd.h>
+
+namespace ZSpaceTest {
+
+/// For the statement of a death test: sends standard output to where such tests look for messages.
+inline void sendOutputToError()
+{
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+}
+
+} // namespace ZSpaceTest
