@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "core/ZThreadLock.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <type_traits>
+#include <vector>
+
+namespace ZSpace {
+namespace {
+
+using Lock = ZThreadLock_T<pthread_mutex_t>;
+using PseudoLock = ZThreadPseudoLock_T<pthread_mutex_t>;
+
+static_assert(sizeof(Lock) == sizeof(pthread_mutex_t));
+static_assert(!std::is_copy_constructible_v<Lock> && !std::is_copy_assignable_v<Lock>);
+static_assert(std::is_empty_v<TZThreadSafeTransaction<PseudoLock>>);
+
+/// Whether another thread finds the lock taken.
+bool isTaken(Lock& lock)
+{
+    bool taken = false;
+    std::thread([&] {
+        auto* mutex = reinterpret_cast<pthread_mutex_t*>(&lock); // its only field
+        taken = pthread_mutex_trylock(mutex) != 0;
+        if (!taken)
+            pthread_mutex_unlock(mutex);
+    }).join();
+    return taken;
+}
+
+TEST(ZThreadLockTest, SameThreadLocksTwiceAndUnlocksTwice)
+{
+    Lock lock;
+    EXPECT_FALSE(isTaken(lock));
+    lock.lock();
+    lock.lock();
+    lock.unlock();
+    EXPECT_TRUE(isTaken(lock));
+    lock.unlock();
+    EXPECT_FALSE(isTaken(lock));
+}
+
+TEST(ZThreadLockTest, KeepsThreadsApart)
+{
+    constexpr int s_rounds = 5'000;
+    Lock lock;
+    int count = 0;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < s_rounds; ++i) {
+                lock.lock();
+                lock.lock();
+                ++count;
+                lock.unlock();
+                lock.unlock();
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(count, 4 * s_rounds);
+}
+
+TEST(ZThreadPseudoLockTest, BlocksNobody)
+{
+    PseudoLock lock;
+    lock.lock();
+    std::thread([&] {
+        lock.lock();
+        lock.unlock();
+    }).join();
+    lock.unlock();
+}
+
+TEST(TZThreadSafeTransactionTest, DoesNothingWithThePseudoLock)
+{
+    TZThreadSafeTransaction<PseudoLock> transaction;
+    transaction.beginTransaction();
+    std::thread([&] {
+        transaction.beginTransaction();
+        transaction.endTransaction();
+    }).join();
+    transaction.endTransaction();
+    transaction.endTransaction();
+}
+
+TEST(TZThreadSafeTransactionTest, HoldsARealLockMeanwhile)
+{
+    TZThreadSafeTransaction<Lock> transaction;
+    int steps = 0;
+    transaction.beginTransaction();
+    std::thread other([&] {
+        transaction.beginTransaction();
+        steps *= 10;
+        transaction.endTransaction();
+    });
+    steps = 1;
+    ++steps;
+    transaction.endTransaction();
+    other.join();
+    EXPECT_EQ(steps, 20);
+}
+
+} // namespace
+} // namespace ZSpace
