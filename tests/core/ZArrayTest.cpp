@@ -3,6 +3,7 @@
 
 #include "core/ZArray.h"
 
+#include "tests/support/AllocationFaults.h"
 #include "tests/support/Probes.h"
 
 #include <gmock/gmock.h>
@@ -18,8 +19,10 @@ namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
+using ZSpaceTest::AllocationFault;
 using ZSpaceTest::asWord;
 using ZSpaceTest::Counted;
+using ZSpaceTest::failEachAllocation;
 using ZSpaceTest::wordAt;
 
 using PointerArray = ZArray<int*, ZAllocationBuf<int*>>;
@@ -297,6 +300,64 @@ TYPED_TEST(ZArrayCopyTest, AgreesWithAReferenceOverRandomOperations)
         }
         ASSERT_THAT(array, ElementsAreArray(reference));
     }
+}
+
+TYPED_TEST(ZArrayCopyTest, FailuresOfCopyingAndResizingPassOnAndLeaveNothingBehind)
+{
+    TypeParam original;
+    original.add(std::string(50, 'a'));
+    original.add(std::string(50, 'b'));
+    // A block and two texts each: made, copied, grown.
+    const long made = failEachAllocation([&] {
+        TypeParam copy(original);
+        TypeParam assigned;
+        assigned = copy;
+        copy.resize(8);
+    });
+    EXPECT_EQ(made, 9);
+    EXPECT_EQ(failEachAllocation([] {
+        const TypeParam array(3);
+        ZSpaceTest::keep(&array);
+    }),
+        1);
+
+    const AllocationFault fault(2);
+    EXPECT_THROW(original.resize(9), std::bad_alloc);
+    EXPECT_THAT(original, ElementsAre(std::string(50, 'a'), std::string(50, 'b')));
+}
+
+template <typename Array>
+class ZArrayDeathTest : public testing::Test {
+};
+
+TYPED_TEST_SUITE(ZArrayDeathTest, Arrays, ArrayName);
+
+TYPED_TEST(ZArrayDeathTest, AddEndsTheProcessAtEachFailure)
+{
+    for (long nth = 1; nth <= 4; ++nth) {
+        EXPECT_EXIT(
+            {
+                TypeParam array;
+                const std::string text(50, 'a');
+                array.add(text);
+                const AllocationFault fault(nth, AllocationFault::Kind::Lasting);
+                array.add(text); // the block, the text, and more where there is spare room
+                array.add(text);
+                array.add(text);
+            },
+            testing::KilledBySignal(SIGABRT), "");
+    }
+}
+
+TEST(ZArrayRemovalDeathTest, RemovingEndsTheProcessWithoutMemoryForTheSmallerBlock)
+{
+    EXPECT_EXIT(
+        {
+            ZArray<std::string> array(3);
+            const AllocationFault fault(1);
+            array.remove(0, 1);
+        },
+        testing::KilledBySignal(SIGABRT), "");
 }
 
 } // namespace

@@ -74,6 +74,8 @@ long blocksAlive() noexcept
     return t_ledger.made - t_ledger.failed - t_ledger.freed;
 }
 
+void keep(const void*) noexcept { }
+
 AllocationFault::AllocationFault(long nth, Kind kind) noexcept
 {
     t_ledger.untilFault = nth;

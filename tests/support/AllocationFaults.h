@@ -17,6 +17,10 @@ namespace ZSpaceTest {
 /// The blocks that this thread has had, less those that it has freed.
 [[nodiscard]] long blocksAlive() noexcept;
 
+/// Looks at an object, for all that a compiler knows: it may not leave out the allocations of something
+/// unused.
+void keep(const void* object) noexcept;
+
 /// While it lives, the `nth` allocation from then on (1: the next one) throws `std::bad_alloc`.
 class AllocationFault {
 public:
