@@ -24,7 +24,7 @@ void ZThreadObject_T<pthread_t*>::join() noexcept
     m_lock.unlock();
 
     const bool hasThread = thread != pthread_t{};
-    if (hasThread && pthread_join(thread, nullptr) != 0)
+    if (hasThread && (pthread_equal(thread, pthread_self()) || pthread_join(thread, nullptr) != 0))
         return;
 
     m_lock.lock();
