@@ -1,0 +1,356 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+// The ground floor beside its counterparts of the standard library, in the same run.
+
+#include "core/ZArray.h"
+#include "core/ZDelegate.h"
+#include "core/ZList.h"
+#include "core/ZMap.h"
+#include "core/ZRef.h"
+#include "core/ZThreadLock.h"
+
+#include <benchmark/benchmark.h>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace {
+
+using namespace ZSpace;
+
+const std::string s_text = "a text too long to be kept inside of a std::string";
+
+// Handles
+
+void handleMake(benchmark::State& state)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(ZRef<int>(new int(1)));
+}
+BENCHMARK(handleMake);
+
+void handleMakeStd(benchmark::State& state)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(std::shared_ptr<int>(new int(1)));
+}
+BENCHMARK(handleMakeStd);
+
+void handleCopy(benchmark::State& state)
+{
+    const ZRef<int> handle(new int(1));
+    for (auto _ : state) {
+        const ZRef<int> copy(handle); // NOLINT(performance-unnecessary-copy-initialization)
+        benchmark::DoNotOptimize(copy.get());
+    }
+}
+BENCHMARK(handleCopy)->Threads(1)->Threads(2);
+
+void handleCopyStd(benchmark::State& state)
+{
+    const auto handle = std::make_shared<int>(1);
+    for (auto _ : state) {
+        const std::shared_ptr<int> copy(handle); // NOLINT(performance-unnecessary-copy-initialization)
+        benchmark::DoNotOptimize(copy.get());
+    }
+}
+BENCHMARK(handleCopyStd)->Threads(1)->Threads(2);
+
+void handleMove(benchmark::State& state)
+{
+    ZRef<int> a(new int(1));
+    ZRef<int> b;
+    for (auto _ : state) {
+        b = std::move(a);
+        a = std::move(b);
+        benchmark::DoNotOptimize(a.get());
+    }
+}
+BENCHMARK(handleMove);
+
+void handleMoveStd(benchmark::State& state)
+{
+    auto a = std::make_shared<int>(1);
+    std::shared_ptr<int> b;
+    for (auto _ : state) {
+        b = std::move(a);
+        a = std::move(b);
+        benchmark::DoNotOptimize(a.get());
+    }
+}
+BENCHMARK(handleMoveStd);
+
+void handleDereference(benchmark::State& state)
+{
+    const ZRef<int> handle(new int(1));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(*handle);
+}
+BENCHMARK(handleDereference);
+
+void handleDereferenceStd(benchmark::State& state)
+{
+    const auto handle = std::make_shared<int>(1);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(*handle);
+}
+BENCHMARK(handleDereferenceStd);
+
+// Lists. Their counterparts are those with elements that stay in place.
+
+void listAdd(benchmark::State& state)
+{
+    for (auto _ : state) {
+        ZList<std::string> list;
+        for (long i = 0; i < state.range(0); ++i)
+            list.add(s_text);
+        benchmark::DoNotOptimize(list.Count());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(listAdd)->Arg(10)->Arg(1'000)->Arg(100'000);
+
+void listAddStd(benchmark::State& state)
+{
+    for (auto _ : state) {
+        std::vector<std::unique_ptr<std::string>> list;
+        for (long i = 0; i < state.range(0); ++i)
+            list.push_back(std::make_unique<std::string>(s_text));
+        benchmark::DoNotOptimize(list.size());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(listAddStd)->Arg(10)->Arg(1'000)->Arg(100'000);
+
+void listAddDeque(benchmark::State& state)
+{
+    for (auto _ : state) {
+        std::deque<std::string> list;
+        for (long i = 0; i < state.range(0); ++i)
+            list.push_back(s_text);
+        benchmark::DoNotOptimize(list.size());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(listAddDeque)->Arg(10)->Arg(1'000)->Arg(100'000);
+
+void listWalk(benchmark::State& state)
+{
+    ZList<int> list;
+    for (int i = 0; i < state.range(0); ++i)
+        list.add(i);
+    for (auto _ : state) {
+        long sum = 0;
+        for (int value : list)
+            sum += value;
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(listWalk)->Arg(1'000);
+
+void listWalkStd(benchmark::State& state)
+{
+    std::vector<std::unique_ptr<int>> list;
+    for (int i = 0; i < state.range(0); ++i)
+        list.push_back(std::make_unique<int>(i));
+    for (auto _ : state) {
+        long sum = 0;
+        for (const auto& value : list)
+            sum += *value;
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(listWalkStd)->Arg(1'000);
+
+void listCopyOfHandles(benchmark::State& state)
+{
+    ZList<ZRef<int>> list;
+    for (int i = 0; i < state.range(0); ++i)
+        list.add(ZRef<int>(new int(i)));
+    for (auto _ : state) {
+        const ZList<ZRef<int>> copy(list);
+        benchmark::DoNotOptimize(copy.Count());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(listCopyOfHandles)->Arg(10)->Arg(1'000);
+
+void listCopyOfHandlesStd(benchmark::State& state)
+{
+    std::vector<std::unique_ptr<std::shared_ptr<int>>> list;
+    for (int i = 0; i < state.range(0); ++i)
+        list.push_back(std::make_unique<std::shared_ptr<int>>(std::make_shared<int>(i)));
+    for (auto _ : state) {
+        std::vector<std::unique_ptr<std::shared_ptr<int>>> copy;
+        copy.reserve(list.size());
+        for (const auto& each : list)
+            copy.push_back(std::make_unique<std::shared_ptr<int>>(*each));
+        benchmark::DoNotOptimize(copy.size());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(listCopyOfHandlesStd)->Arg(10)->Arg(1'000);
+
+// Arrays
+
+void arrayFill(benchmark::State& state)
+{
+    for (auto _ : state) {
+        ZArray<std::string> array(state.range(0));
+        for (std::string& each : array)
+            each = s_text;
+        benchmark::DoNotOptimize(array.begin());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(arrayFill)->Arg(10)->Arg(1'000)->Arg(10'000);
+
+void arrayFillStd(benchmark::State& state)
+{
+    for (auto _ : state) {
+        std::vector<std::string> array(static_cast<std::size_t>(state.range(0)));
+        for (std::string& each : array)
+            each = s_text;
+        benchmark::DoNotOptimize(array.data());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(arrayFillStd)->Arg(10)->Arg(1'000)->Arg(10'000);
+
+void arrayOfPointersAdd(benchmark::State& state)
+{
+    int x = 0;
+    for (auto _ : state) {
+        ZArray<int*, ZAllocationBuf<int*>> array;
+        for (long i = 0; i < state.range(0); ++i)
+            array.add(&x);
+        benchmark::DoNotOptimize(array.begin());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(arrayOfPointersAdd)->Arg(10)->Arg(10'000);
+
+void arrayOfPointersAddStd(benchmark::State& state)
+{
+    int x = 0;
+    for (auto _ : state) {
+        std::vector<int*> array;
+        for (long i = 0; i < state.range(0); ++i)
+            array.push_back(&x);
+        benchmark::DoNotOptimize(array.data());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(arrayOfPointersAddStd)->Arg(10)->Arg(10'000);
+
+void arrayOfBytesCopy(benchmark::State& state)
+{
+    const ZArray<char> bytes(state.range(0));
+    for (auto _ : state) {
+        const ZArray<char> copy(bytes);
+        benchmark::DoNotOptimize(copy.begin());
+    }
+    state.SetBytesProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(arrayOfBytesCopy)->Arg(100)->Arg(1 << 20);
+
+void arrayOfBytesCopyStd(benchmark::State& state)
+{
+    const std::vector<char> bytes(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        const std::vector<char> copy(bytes); // NOLINT(performance-unnecessary-copy-initialization)
+        benchmark::DoNotOptimize(copy.data());
+    }
+    state.SetBytesProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(arrayOfBytesCopyStd)->Arg(100)->Arg(1 << 20);
+
+// Maps, at the sizes they are for and beyond
+
+void mapFind(benchmark::State& state)
+{
+    std::vector<wchar_t> keys(static_cast<std::size_t>(state.range(0)));
+    ZMap<const wchar_t*, const wchar_t*> map;
+    for (const wchar_t& key : keys)
+        map.add(&key, L"name");
+    std::size_t i = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(map.find(&keys[i]));
+        i = (i + 7) % keys.size();
+    }
+}
+BENCHMARK(mapFind)->Arg(5)->Arg(20)->Arg(200);
+
+void mapFindStd(benchmark::State& state)
+{
+    std::vector<wchar_t> keys(static_cast<std::size_t>(state.range(0)));
+    std::unordered_map<const wchar_t*, const wchar_t*> map;
+    for (const wchar_t& key : keys)
+        map.emplace(&key, L"name");
+    std::size_t i = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(map.find(&keys[i]));
+        i = (i + 7) % keys.size();
+    }
+}
+BENCHMARK(mapFindStd)->Arg(5)->Arg(20)->Arg(200);
+
+// Calls and locks
+
+struct Door {
+    void turn(int by, int times) { degrees += by * times; }
+    int degrees = 0;
+};
+
+void delegateCall(benchmark::State& state)
+{
+    Door door;
+    const ZDelegator2V<Door, int, int> binder(&door, &Door::turn);
+    const ZDelegate2<void, int, int>* delegate = &binder;
+    benchmark::DoNotOptimize(delegate);
+    for (auto _ : state)
+        (*delegate)(1, 2);
+    benchmark::DoNotOptimize(door.degrees);
+}
+BENCHMARK(delegateCall);
+
+void delegateCallStd(benchmark::State& state)
+{
+    Door door;
+    std::function<void(int, int)> delegate = [&](int by, int times) { door.turn(by, times); };
+    benchmark::DoNotOptimize(delegate);
+    for (auto _ : state)
+        delegate(1, 2);
+    benchmark::DoNotOptimize(door.degrees);
+}
+BENCHMARK(delegateCallStd);
+
+void lockAndUnlock(benchmark::State& state)
+{
+    ZThreadLock_T<pthread_mutex_t> lock;
+    for (auto _ : state) {
+        lock.lock();
+        lock.unlock();
+    }
+}
+BENCHMARK(lockAndUnlock);
+
+void lockAndUnlockStd(benchmark::State& state)
+{
+    std::recursive_mutex lock;
+    for (auto _ : state) {
+        lock.lock();
+        lock.unlock();
+    }
+}
+BENCHMARK(lockAndUnlockStd);
+
+} // namespace
