@@ -33,6 +33,8 @@ public:
     /// it was: it names the error this object was made for.
     ZException& operator=(const ZException& other) noexcept;
 
+    // The order of the virtual operations is part of the interface.
+
     /// The message; may be null.
     [[nodiscard]] const char* what() const noexcept override;
     /// The error number.

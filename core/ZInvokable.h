@@ -55,9 +55,7 @@ public:
 
     /// Takes `binder` over.
     ZExecutor2V(Binder* binder, D first, A second)
-        : m_binder(binder)
-        , m_first(std::forward<D>(first))
-        , m_second(std::forward<A>(second))
+        : ZExecutor2V(std::unique_ptr<Binder>(binder), std::forward<D>(first), std::forward<A>(second))
     {
     }
 
@@ -65,15 +63,14 @@ public:
     void execute() const override { (*m_binder)(m_first, m_second); }
     [[nodiscard]] ZExecutor2V* clone() const override
     {
-        std::unique_ptr<Binder> binder(m_binder->clone());
-        return new ZExecutor2V(std::move(binder), m_first, m_second);
+        return new ZExecutor2V(std::unique_ptr<Binder>(m_binder->clone()), m_first, m_second);
     }
 
 private:
-    ZExecutor2V(std::unique_ptr<Binder> binder, const D& first, const A& second)
+    ZExecutor2V(std::unique_ptr<Binder> binder, D first, A second)
         : m_binder(std::move(binder))
-        , m_first(first)
-        , m_second(second)
+        , m_first(std::forward<D>(first))
+        , m_second(std::forward<A>(second))
     {
     }
 

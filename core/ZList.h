@@ -87,7 +87,7 @@ public:
     [[nodiscard]] const_iterator end() const noexcept { return const_iterator(Slots::end()); }
 
     /// Adds a copy of `value`, which may be an element of this list, and gives the stored element.
-    T* add(const T& value) noexcept { return il_append(new T(value)); }
+    T* add(const T& value) noexcept;
 
     /// Destroys and frees the element at `i` and closes the gap. The capacity stays.
     /// @return false, with nothing changed, if there is no such element.
@@ -142,7 +142,8 @@ ZList<T>& ZList<T>::operator=(const ZList& other)
     copies.il_reserve(other.Count());
     for (const T& value : other)
         copies.il_append(new T(copied(value)));
-    return *this = std::move(copies);
+    *this = std::move(copies);
+    return *this;
 }
 
 template <typename T>
@@ -151,6 +152,13 @@ ZList<T>& ZList<T>::operator=(ZList&& other) noexcept
     ZList taken(std::move(other));
     Slots::swap(taken);
     return *this;
+}
+
+template <typename T>
+T* ZList<T>::add(const T& value) noexcept
+{
+    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): ends the process, as promised
+    return il_append(new T(value));
 }
 
 template <typename T>

@@ -27,7 +27,7 @@ public:
     }
     ~ZPair() = default;
 
-    ZPair& operator=(const ZPair& other)
+    ZPair& operator=(const ZPair& other) // NOLINT(bugprone-unhandled-self-assignment): members see to it
     {
         first = other.first;
         second = other.second;
@@ -96,7 +96,7 @@ ZPair<K, V>& ZMap<K, V>::add(const K& key, const V& value) noexcept
 {
     const long index = indexOf(key);
     if (index < 0)
-        return *this->il_append(new Pair(key, value));
+        return *this->il_append(new Pair(key, value)); // NOLINT(bugprone-unhandled-exception-at-new)
     Pair& pair = (*this)[index];
     pair.second = value;
     return pair;

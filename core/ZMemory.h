@@ -48,6 +48,9 @@ private:
 template <typename T>
 class ZAllocBase {
 public:
+    ZAllocBase(const ZAllocBase&) = delete; // two owners of one block
+    ZAllocBase& operator=(const ZAllocBase&) = delete;
+
     /// Gives the block back. An element that throws while it is destroyed ends the process.
     void release() noexcept;
 
@@ -57,8 +60,6 @@ protected:
         : m_block(block)
     {
     }
-    ZAllocBase(const ZAllocBase&) = delete; // two owners of one block
-    ZAllocBase& operator=(const ZAllocBase&) = delete;
     ~ZAllocBase() { release(); }
 
     T* m_block = nullptr;
@@ -149,7 +150,9 @@ void ZMemory<T>::copyTo(T* target, const T* source, long n)
     if (n <= 0 || !source || target == source)
         return;
     if constexpr (s_isPlain) {
-        std::memmove(target, source, static_cast<std::size_t>(n) * sizeof(T));
+        const std::size_t bytes =
+            static_cast<std::size_t>(n) * sizeof(T); // NOLINT(bugprone-sizeof-expression)
+        std::memmove(target, source, bytes);
     } else {
         for (long i = 0; i < n; ++i)
             target[i] = source[i];

@@ -87,7 +87,7 @@ public:
     /// Lets go and shares what `other` holds. Does nothing where both hold the same object.
     ///
     /// The old object goes last, so `other` may be a part of it (`node = node->next`).
-    ZRef& operator=(const ZRef& other) noexcept;
+    ZRef& operator=(const ZRef& other) noexcept; // NOLINT(bugprone-unhandled-self-assignment)
     ZRef& operator=(ZRef&& other) noexcept;
 
     /// Gives up this handle's share without clearing the handle: assignment and destruction are made of it,
@@ -161,6 +161,7 @@ ZRef<T, Counter>& ZRef<T, Counter>::operator=(ZRef&& other) noexcept
 template <typename T, typename Counter>
 void ZRef<T, Counter>::release() noexcept
 {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression)
     static_assert(sizeof(T) > 0, "the last handle deletes the object, so its class must be known");
     if (!m_ptCounter || m_ptCounter->decrement() != 0)
         return;
@@ -172,7 +173,7 @@ template <typename T, typename Counter>
 Counter* ZRef<T, Counter>::makeCounter(T* object)
 {
     std::unique_ptr<T> owned(object);
-    Counter* counter = new Counter(1);
+    auto* counter = new Counter(1);
     static_cast<void>(owned.release());
     return counter;
 }

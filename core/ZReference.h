@@ -73,7 +73,7 @@ public:
     /// Lets go and takes a count on `object` (null: becomes empty). Given what it already holds, it does
     /// nothing.
     ZReference& operator=(T* object) noexcept;
-    ZReference& operator=(const ZReference& other) noexcept;
+    ZReference& operator=(const ZReference& other) noexcept; // NOLINT(bugprone-unhandled-self-assignment)
     ZReference& operator=(ZReference&& other) noexcept;
 
     /// Empties the handle and counts one down. A count that is then 0 or less deletes the object.

@@ -17,7 +17,7 @@ public:
     T* il_add(T* item) noexcept;
 
     /// Adds a copy of `value` in the same way.
-    T* add(const T& value) noexcept { return il_add(new T(value)); }
+    T* add(const T& value) noexcept;
 };
 
 template <typename T>
@@ -29,6 +29,13 @@ T* ZSet<T>::il_add(T* item) noexcept
     else
         this->il_replaceAt(index, item);
     return item;
+}
+
+template <typename T>
+T* ZSet<T>::add(const T& value) noexcept
+{
+    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): ends the process, as promised
+    return il_add(new T(value));
 }
 
 } // namespace ZSpace

@@ -33,7 +33,8 @@ public:
     /// Once this is false because the work has ended, the caller sees all that the work has written.
     [[nodiscard]] bool isRunning() noexcept;
 
-    /// Waits for the thread to end and forgets it. Returns at once where there is none, and on the thread itself.
+    /// Waits for the thread to end and forgets it. Returns at once where there is none, and on the thread
+    /// itself.
     void join() noexcept;
 
     /// Forgets the thread, which goes on by itself and no longer needs this object.
@@ -85,7 +86,7 @@ public:
     bool execute(ZInvokable<void>* invokable);
 
 private:
-    static void* thread_redir_point(void* start);
+    static void* thread_redir_point(void* argument);
 };
 
 } // namespace ZSpace

@@ -50,14 +50,14 @@ TEST(ZArrayTest, FieldsStandInOrder)
     ZArray<std::string> values;
     values.add("a");
     values.add("b");
-    EXPECT_EQ(wordAt(&values, 0), asWord(&values[0]));
+    EXPECT_EQ(wordAt(&values, 0), asWord(values.begin()));
     EXPECT_EQ(wordAt(&values, 1), 2u);
 
     int x = 0;
     PointerArray pointers;
     pointers.add(&x);
     pointers.add(&x);
-    EXPECT_EQ(wordAt(&pointers, 0), asWord(&pointers[0]));
+    EXPECT_EQ(wordAt(&pointers, 0), asWord(pointers.begin()));
     EXPECT_EQ(wordAt(&pointers, 1), 2u);
     EXPECT_EQ(wordAt(&pointers, 2), 3u);
 }

@@ -123,7 +123,7 @@ TEST(ZExecutor2VTest, CloneThatFailsLeavesNothingBehind)
 {
     Door door;
     const Executor executor(new Turn(&door, &Door::turn), 90, std::string(50, 'a'));
-    // The binder, the executor and its text.
+    // The executor, its binder and its text.
     EXPECT_EQ(failEachAllocation([&] { const std::unique_ptr<ZExecutor<void>> clone(executor.clone()); }), 3);
 }
 

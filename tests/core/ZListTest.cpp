@@ -22,10 +22,8 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using ZSpaceTest::AllocationFault;
 using ZSpaceTest::allocationsMade;
-using ZSpaceTest::asWord;
 using ZSpaceTest::blocksAlive;
 using ZSpaceTest::Counted;
 using ZSpaceTest::failEachAllocation;

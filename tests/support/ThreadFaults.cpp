@@ -9,36 +9,40 @@ namespace ZSpaceTest {
 
 namespace {
 
-void setStackSize(std::size_t size)
+/// Sets the stack size of threads that are made without attributes.
+/// @return what it was before, 0 on hosts where it cannot be set.
+template <typename Attributes>
+std::size_t exchangeUsualStackSize(std::size_t size)
 {
-    pthread_attr_t attributes;
-    pthread_getattr_default_np(&attributes);
-    pthread_attr_setstacksize(&attributes, size);
-    pthread_setattr_default_np(&attributes);
-    pthread_attr_destroy(&attributes);
+    std::size_t before = 0;
+    if constexpr (requires(Attributes * attributes) { pthread_setattr_default_np(attributes); }) {
+        Attributes attributes;
+        pthread_getattr_default_np(&attributes);
+        pthread_attr_getstacksize(&attributes, &before);
+        pthread_attr_setstacksize(&attributes, size);
+        pthread_setattr_default_np(&attributes);
+        pthread_attr_destroy(&attributes);
+    }
+    return before;
 }
 
-std::size_t stackSize()
-{
-    pthread_attr_t attributes;
-    pthread_getattr_default_np(&attributes);
-    std::size_t size = 0;
-    pthread_attr_getstacksize(&attributes, &size);
-    pthread_attr_destroy(&attributes);
-    return size;
-}
+constexpr std::size_t s_beyondAllRoom = std::size_t(1) << 47;
 
 } // namespace
 
-ThreadFault::ThreadFault()
-    : m_usualStackSize(stackSize())
+bool ThreadFault::isPossible()
 {
-    setStackSize(std::size_t(1) << 47);
+    return ThreadFault().m_usualStackSize != 0;
+}
+
+ThreadFault::ThreadFault()
+    : m_usualStackSize(exchangeUsualStackSize<pthread_attr_t>(s_beyondAllRoom))
+{
 }
 
 ThreadFault::~ThreadFault()
 {
-    setStackSize(m_usualStackSize);
+    exchangeUsualStackSize<pthread_attr_t>(m_usualStackSize);
 }
 
 } // namespace ZSpaceTest

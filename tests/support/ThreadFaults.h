@@ -10,6 +10,9 @@ namespace ZSpaceTest {
 /// While it lives, no thread can be made: each would need a stack that no address space has room for.
 class ThreadFault {
 public:
+    /// Whether the host lets the usual stack size be set; tests skip themselves where it does not.
+    [[nodiscard]] static bool isPossible();
+
     ThreadFault();
     ThreadFault(const ThreadFault&) = delete; // one at a time
     ThreadFault& operator=(const ThreadFault&) = delete;
