@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "string/detail/StrWriter.h"
+
+#include "string/ZGStr.h"
+#include "string/ZMStr.h"
+
+#include <cstdint>
+
+namespace ZSpace::detail {
+
+template <typename Derived, StrChar T>
+Derived& StrWriter<Derived, T>::appendDecimal(Decimal number, bool emptyIfZero) noexcept
+{
+    if (number.magnitude != 0 || !emptyIfZero)
+        writeDecimal(self().grownByDigits(number.length()), number);
+    return self();
+}
+
+template <typename Derived, StrChar T>
+Derived& StrWriter<Derived, T>::appendValueOf(double number, bool emptyIfZero) noexcept
+{
+    T text[s_realRoom];
+    const long n = writeReal(text, number, emptyIfZero);
+    if (n > 0)
+        copyChars(self().grownByDigits(n), text, n);
+    return self();
+}
+
+template <typename Derived, StrChar T>
+Derived& StrWriter<Derived, T>::appendValueOf(const unsigned char* address) noexcept
+{
+    return appendHexDigits(reinterpret_cast<std::uintptr_t>(address), 16);
+}
+
+template <typename Derived, StrChar T>
+Derived& StrWriter<Derived, T>::appendHexDigits(unsigned long long bits, long digits) noexcept
+{
+    writeHex(self().grownByHexDigits(digits), bits, digits);
+    return self();
+}
+
+template <typename Derived, StrChar T>
+Derived& StrWriter<Derived, T>::appendHexOf(const void* bytes, long n) noexcept
+{
+    if (bytes && n > 0)
+        writeHexBytes(self().grownBy(2 * n), bytes, n);
+    return self();
+}
+
+template <typename Derived, StrChar T>
+Derived& StrWriter<Derived, T>::appendConverted(const OtherChar* text, long length) noexcept
+{
+    if (text && length > 0)
+        convertChars(self().grownBy(length), text, length);
+    return self();
+}
+
+template class StrWriter<ZGStr<char>, char>;
+template class StrWriter<ZGStr<wchar_t>, wchar_t>;
+template class StrWriter<ZMStr<char>, char>;
+template class StrWriter<ZMStr<wchar_t>, wchar_t>;
+
+} // namespace ZSpace::detail
