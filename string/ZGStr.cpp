@@ -459,6 +459,12 @@ bool ZGStr<T>::isLike(const T* a, long lengthOfA, const T* b, long lengthOfB) no
     return n == std::max(lengthOfB, 0L) && equalChars(a, b, n);
 }
 
+template <typename T>
+bool ZGStr<T>::isLike(const T* text, long length, Token other) noexcept
+{
+    return isLike(text, length, other, other.Length());
+}
+
 /// Equality needs neither length.
 template <typename T>
 bool ZGStr<T>::isSame(const T* a, const T* b) noexcept
@@ -531,6 +537,12 @@ long ZGStr<T>::s_verify(const T* text, long length, Token set, long from) noexce
         return start < length ? 0 : -1;
     const long other = start + leadingRun<T>(text + start, length - start, set, set.Length());
     return other < length ? other : -1;
+}
+
+template <typename T>
+long ZGStr<T>::s_verify(const T* text, long length, const T* set, long setLength, long from) noexcept
+{
+    return s_verify(text, length, Token(set, setLength), from);
 }
 
 template <typename T>
@@ -735,6 +747,12 @@ template <typename T>
 typename ZGStr<T>::Pieces ZGStr<T>::split(const T* text, const T* separator, long max)
 {
     return splitText<ZGStr>(Token(text), Token(separator), max);
+}
+
+template <typename T>
+typename ZGStr<T>::Pieces ZGStr<T>::split(const T* text, long length, T separator, long max)
+{
+    return splitText<ZGStr>(Token(text, length), Token(&separator, 1), max);
 }
 
 template <typename T>

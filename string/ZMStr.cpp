@@ -9,6 +9,7 @@
 #include "string/detail/StrSplit.h"
 
 #include <algorithm>
+#include <climits>
 #include <functional>
 
 namespace ZSpace {
@@ -72,6 +73,13 @@ std::unique_ptr<T[]> ZMStr<T>::exchangeBuffer(long n)
     std::unique_ptr<T[]> old(std::exchange(m_buffer, ZGStr<T>::create(n)));
     m_capacity = std::max(n, 0L) + 1;
     return old;
+}
+
+template <typename T>
+long ZMStr<T>::grownCapacity(long n) const noexcept
+{
+    // No block is so large: let the allocation fail, and not the sum.
+    return n > LONG_MAX / 2 ? LONG_MAX / 2 : m_capacity + n + m_capacity / 2;
 }
 
 template <typename T>
@@ -197,7 +205,7 @@ ZMStr<T>& ZMStr<T>::insert(const T* text, long length, long at) noexcept
     if (!text || length < 1)
         return *this;
 
-    if (!m_buffer || m_length + length > m_capacity) {
+    if (!m_buffer || length > m_capacity - m_length) {
         const auto old = openGap(position, length, grownCapacity(length)); // `text` may lie in it
         detail::copyChars(m_buffer + position, text, length);
         return *this;
@@ -221,9 +229,9 @@ ZMStr<T>& ZMStr<T>::insert(const T* text, long length, long at) noexcept
 template <typename T>
 long ZMStr<T>::fill(T c, long newLength, long at) noexcept
 {
-    const long n = newLength - m_length;
-    if (n < 1)
+    if (newLength <= m_length)
         return 0;
+    const long n = newLength - m_length;
     const long position = detail::clampedPosition(at < 0 ? at + m_length + 1 : at, m_length);
     std::optional<long> room;
     if (m_capacity <= newLength)

@@ -253,6 +253,7 @@ public:
     [[nodiscard]] static long compareRange(const T* a, const T* b, long n) noexcept;
     [[nodiscard]] static long compareRangeIgnoreCase(const T* a, const T* b, long n) noexcept;
     [[nodiscard]] static bool isLike(const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept;
+    [[nodiscard]] static bool isLike(const T* text, long length, Token other) noexcept;
 
     bool operator==(Token other) const noexcept { return this->isLike(other); }
     bool operator==(const T* other) const noexcept { return isSame(m_text, other); }
@@ -277,6 +278,8 @@ public:
     [[nodiscard]] static long count(const T* text, long length, Token what) noexcept;
     [[nodiscard]] static long s_verify(const T* text, long length, const T& c, long from) noexcept;
     [[nodiscard]] static long s_verify(const T* text, long length, Token set, long from) noexcept;
+    [[nodiscard]] static long s_verify(
+        const T* text, long length, const T* set, long setLength, long from) noexcept;
     /// The length of the leading run of characters that belong to `set`.
     [[nodiscard]] static long stripIndexOf(const T* text, long length, const T* set) noexcept;
 
@@ -332,6 +335,7 @@ public:
     Pieces split(T separator, long max = -1) const;
     Pieces split(Token separator, long max = -1) const;
     static Pieces split(const T* text, const T* separator, long max);
+    static Pieces split(const T* text, long length, T separator, long max);
     static Pieces split(const T* text, long length, Token separator, long max);
     /// The same in place: writes zeros over the separators and stores at most `capacity` pointers to pieces.
     /// @return the number of pieces.

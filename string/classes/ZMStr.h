@@ -218,7 +218,7 @@ public:
 private:
     /// Whether `n` more characters fit without moving.
     [[nodiscard]] bool hasRoomFor(long n) const noexcept { return n < m_capacity - m_length - 1; }
-    [[nodiscard]] long grownCapacity(long n) const noexcept { return m_capacity + n + m_capacity / 2; }
+    [[nodiscard]] long grownCapacity(long n) const noexcept;
     [[nodiscard]] long positionOf(long index) const;
     void setLength(long length) noexcept;
     /// Puts an empty buffer of capacity `n` + 1 in place of the present one, which goes to the caller: what

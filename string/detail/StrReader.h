@@ -111,7 +111,7 @@ template <typename Derived, StrChar T>
 inline bool StrReader<Derived, T>::isLike(ZStrToken<T> other) const noexcept
 {
     const ZStrToken<T> text = view();
-    return ZGStr<T>::isLike(text, text.Length(), other, other.Length());
+    return ZGStr<T>::isLike(text, text.Length(), other);
 }
 
 template <typename Derived, StrChar T>
@@ -174,7 +174,7 @@ template <typename Derived, StrChar T>
 inline long StrReader<Derived, T>::s_verify(const T* set, long setLength, long from) const noexcept
 {
     const ZStrToken<T> text = view();
-    return ZGStr<T>::s_verify(text, text.Length(), ZStrToken<T>(set, setLength), from);
+    return ZGStr<T>::s_verify(text, text.Length(), set, setLength, from);
 }
 
 template <typename Derived, StrChar T>
@@ -307,7 +307,7 @@ template <typename Derived, StrChar T>
 inline long StrReader<Derived, T>::hexTo(void* bytes, long size) const noexcept
 {
     const ZStrToken<T> text = view();
-    return ZGStr<T>::hexTo(bytes, size, text, text.Length());
+    return ZGStr<T>::hexTo(bytes, size, text, text.isEmpty() ? 0 : text.Length());
 }
 
 template <typename Derived, StrChar T>

@@ -4,12 +4,12 @@
 #include "string/detail/StrSearch.h"
 
 #include <algorithm>
-#include <bit>
-#include <iterator>
 
 namespace ZSpace::detail {
 
 namespace {
+
+constexpr long s_block = 32;
 
 /// One bit per character below 256, which is every narrow one. What lies above is looked up in the set
 /// itself.
@@ -41,25 +41,37 @@ private:
     long m_length;
 };
 
-/// Characters that fit into one machine word.
-template <StrChar T>
-constexpr long s_perWord = static_cast<long>(sizeof(std::uint64_t) / sizeof(T));
-
-template <StrChar T>
-std::uint64_t wordAt(const T* text) noexcept
+/// The first index of a range that passes the test, the end of the range when none does. Whole blocks are
+/// tested without a branch, which compilers turn into vector instructions.
+template <StrChar T, typename Test>
+long firstWhere(long from, long end, Test test) noexcept
 {
-    std::uint64_t word;
-    std::memcpy(&word, text, sizeof word);
-    return word;
+    for (; from + s_block <= end; from += s_block) {
+        std::make_unsigned_t<T> any = 0;
+        for (long k = 0; k < s_block; ++k)
+            any |= static_cast<unsigned char>(test(from + k));
+        if (any)
+            break;
+    }
+    while (from < end && !test(from))
+        ++from;
+    return from;
 }
 
-/// The number of characters ahead of the first that has a bit set.
-template <StrChar T>
-long firstSet(std::uint64_t word) noexcept
+/// The last index from 0 to `from` that passes the test, -1 when none does.
+template <StrChar T, typename Test>
+long lastWhere(long from, Test test) noexcept
 {
-    const int zeroBits =
-        std::endian::native == std::endian::little ? std::countr_zero(word) : std::countl_zero(word);
-    return zeroBits / static_cast<int>(8 * sizeof(T));
+    for (; from + 1 >= s_block; from -= s_block) {
+        std::make_unsigned_t<T> any = 0;
+        for (long k = 0; k < s_block; ++k)
+            any |= static_cast<unsigned char>(test(from - s_block + 1 + k));
+        if (any)
+            break;
+    }
+    while (from >= 0 && !test(from))
+        --from;
+    return from < 0 ? -1 : from;
 }
 
 } // namespace
@@ -67,24 +79,13 @@ long firstSet(std::uint64_t word) noexcept
 template <StrChar T>
 long mismatch(const T* a, const T* b, long n) noexcept
 {
-    long i = 0;
-    for (; i + s_perWord<T> <= n; i += s_perWord<T>) {
-        const std::uint64_t difference = wordAt(a + i) ^ wordAt(b + i);
-        if (difference)
-            return i + firstSet<T>(difference);
-    }
-    while (i < n && a[i] == b[i])
-        ++i;
-    return i;
+    return firstWhere<T>(0, n, [=](long i) { return a[i] != b[i]; });
 }
 
 template <StrChar T>
 long mismatchIgnoreCase(const T* a, const T* b, long n) noexcept
 {
-    long i = 0;
-    while (i < n && lowerOf(a[i]) == lowerOf(b[i]))
-        ++i;
-    return i;
+    return firstWhere<T>(0, n, [=](long i) { return lowerOf(a[i]) != lowerOf(b[i]); });
 }
 
 template <StrChar T>
@@ -92,31 +93,14 @@ long find(const T* text, long n, const T* what, long m, long from) noexcept
 {
     if (m == 1)
         return find(text, n, *what, from);
-
-    // A place must fit at both ends before the middle is looked at. Whole blocks of places are tested without
-    // a branch, which compilers turn into vector instructions.
-    constexpr long block = 32;
+    // A place must fit at both ends before the middle is looked at.
     const T first = what[0];
     const T last = what[m - 1];
-    const T* const firsts = text;
     const T* const lasts = text + (m - 1);
     const long places = n - m + 1;
-
-    long i = from;
-    while (i + block <= places) {
-        unsigned char hits = 0;
-        for (long k = 0; k < block; ++k)
-            hits = static_cast<unsigned char>(hits | ((firsts[i + k] == first) & (lasts[i + k] == last)));
-        if (hits) {
-            for (long k = 0; k < block; ++k) {
-                if (firsts[i + k] == first && lasts[i + k] == last && equalChars(text + i + k, what, m))
-                    return i + k;
-            }
-        }
-        i += block;
-    }
-    for (; i < places; ++i) {
-        if (firsts[i] == first && lasts[i] == last && equalChars(text + i, what, m))
+    const auto fitsAtEnds = [=](long i) { return (text[i] == first) & (lasts[i] == last); };
+    for (long i = from; (i = firstWhere<T>(i, places, fitsAtEnds)) < places; ++i) {
+        if (equalChars(text + i, what, m))
             return i;
     }
     return -1;
@@ -125,19 +109,21 @@ long find(const T* text, long n, const T* what, long m, long from) noexcept
 template <StrChar T>
 long findLast(const T* text, T c, long from) noexcept
 {
-    while (from >= 0 && text[from] != c)
-        --from;
-    return from;
+    return lastWhere<T>(from, [=](long i) { return text[i] == c; });
 }
 
 template <StrChar T>
 long findLast(const T* text, const T* what, long m, long from) noexcept
 {
-    for (from = findLast(text, *what, from); from >= 0; from = findLast(text, *what, from - 1)) {
-        if (equalChars(text + from, what, m))
-            break;
+    const T first = what[0];
+    const T last = what[m - 1];
+    const T* const lasts = text + (m - 1);
+    const auto fitsAtEnds = [=](long i) { return (text[i] == first) & (lasts[i] == last); };
+    for (long i = from; (i = lastWhere<T>(i, fitsAtEnds)) >= 0; --i) {
+        if (equalChars(text + i, what, m))
+            return i;
     }
-    return from;
+    return -1;
 }
 
 template <StrChar T>
@@ -162,10 +148,7 @@ long countOf(const T* text, long n, const T* what, long m, long limit) noexcept
 template <StrChar T>
 long leadingRun(const T* text, long n, T c) noexcept
 {
-    long i = 0;
-    while (i < n && text[i] == c)
-        ++i;
-    return i;
+    return n < 1 ? 0 : firstWhere<T>(0, n, [=](long i) { return text[i] != c; });
 }
 
 template <StrChar T>
