@@ -525,6 +525,8 @@ template <typename T>
 long ZGStr<T>::s_verify(const T* text, long length, const T& c, long from) noexcept
 {
     const long start = clampedPosition(from, length);
+    if (start >= length)
+        return -1;
     const long other = start + leadingRun(text + start, length - start, c);
     return other < length ? other : -1;
 }
@@ -533,8 +535,10 @@ template <typename T>
 long ZGStr<T>::s_verify(const T* text, long length, Token set, long from) noexcept
 {
     const long start = clampedPosition(from, length);
+    if (start >= length)
+        return -1;
     if (set.isEmpty())
-        return start < length ? 0 : -1;
+        return 0;
     const long other = start + leadingRun<T>(text + start, length - start, set, set.Length());
     return other < length ? other : -1;
 }

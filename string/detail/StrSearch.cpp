@@ -95,10 +95,10 @@ long find(const T* text, long n, const T* what, long m, long from) noexcept
         return find(text, n, *what, from);
     // A place must fit at both ends before the middle is looked at.
     const T first = what[0];
-    const T last = what[m - 1];
-    const T* const lasts = text + (m - 1);
+    const long toLast = m - 1;
+    const T last = what[toLast];
     const long places = n - m + 1;
-    const auto fitsAtEnds = [=](long i) { return (text[i] == first) & (lasts[i] == last); };
+    const auto fitsAtEnds = [=](long i) { return (text[i] == first) & (text[i + toLast] == last); };
     for (long i = from; (i = firstWhere<T>(i, places, fitsAtEnds)) < places; ++i) {
         if (equalChars(text + i, what, m))
             return i;
@@ -116,9 +116,9 @@ template <StrChar T>
 long findLast(const T* text, const T* what, long m, long from) noexcept
 {
     const T first = what[0];
-    const T last = what[m - 1];
-    const T* const lasts = text + (m - 1);
-    const auto fitsAtEnds = [=](long i) { return (text[i] == first) & (lasts[i] == last); };
+    const long toLast = m - 1;
+    const T last = what[toLast];
+    const auto fitsAtEnds = [=](long i) { return (text[i] == first) & (text[i + toLast] == last); };
     for (long i = from; (i = lastWhere<T>(i, fitsAtEnds)) >= 0; --i) {
         if (equalChars(text + i, what, m))
             return i;
@@ -148,7 +148,7 @@ long countOf(const T* text, long n, const T* what, long m, long limit) noexcept
 template <StrChar T>
 long leadingRun(const T* text, long n, T c) noexcept
 {
-    return n < 1 ? 0 : firstWhere<T>(0, n, [=](long i) { return text[i] != c; });
+    return firstWhere<T>(0, n, [=](long i) { return text[i] != c; });
 }
 
 template <StrChar T>
