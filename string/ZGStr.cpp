@@ -67,7 +67,30 @@ T* ZGStr<T>::copy(const T* text, long length)
 template <typename T>
 ZGStr<T>& ZGStr<T>::operator=(const ZGStr& other)
 {
-    return this == &other ? *this : adopt(copy(other.m_text));
+    if (this != &other)
+        adopt(copy(other.m_text));
+    return *this;
+}
+
+template <typename T>
+ZGStr<T>& ZGStr<T>::operator=(Token text)
+{
+    assign(text);
+    return *this;
+}
+
+template <typename T>
+ZGStr<T>& ZGStr<T>::operator=(const T* text)
+{
+    adopt(copy(text));
+    return *this;
+}
+
+template <typename T>
+ZGStr<T>& ZGStr<T>::operator=(const ZMStr<T>& text)
+{
+    assign(text);
+    return *this;
 }
 
 template <typename T>

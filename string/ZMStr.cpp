@@ -57,7 +57,30 @@ ZMStr<T>& ZMStr<T>::assign(const T* text, long length)
 template <typename T>
 ZMStr<T>& ZMStr<T>::operator=(const ZMStr& other)
 {
-    return this == &other ? *this : assign(Token(other));
+    if (this != &other)
+        assign(other);
+    return *this;
+}
+
+template <typename T>
+ZMStr<T>& ZMStr<T>::operator=(Token text)
+{
+    assign(text);
+    return *this;
+}
+
+template <typename T>
+ZMStr<T>& ZMStr<T>::operator=(const T* text)
+{
+    assign(text);
+    return *this;
+}
+
+template <typename T>
+ZMStr<T>& ZMStr<T>::operator=(const ZGStr<T>& text)
+{
+    assign(text);
+    return *this;
 }
 
 template <typename T>

@@ -62,13 +62,13 @@ ZMStr<T> ZStrToken<T>::toUpper() const
 }
 
 template <typename T>
-ZArray<ZStrToken<T>, ZAllocation<ZStrToken<T>>> ZStrToken<T>::split(T, long) const noexcept
+typename ZStrToken<T>::Pieces ZStrToken<T>::split(T, long) const noexcept
 {
     return {};
 }
 
 template <typename T>
-ZArray<ZStrToken<T>, ZAllocation<ZStrToken<T>>> ZStrToken<T>::split(const ZStrToken&, long) const noexcept
+typename ZStrToken<T>::Pieces ZStrToken<T>::split(const ZStrToken&, long) const noexcept
 {
     return {};
 }

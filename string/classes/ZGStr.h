@@ -31,6 +31,8 @@ namespace ZSpace {
 ///
 /// Most members have a static twin that takes the characters and their number first. Static routines take
 /// null for the empty text. Arrays that they make are the caller's, to be freed with `release`.
+///
+/// Results that a call may be made without, to see whether it fails, are not marked as needed.
 template <typename T>
 class ZGStr : public detail::StrReader<ZGStr<T>, T>, public detail::StrWriter<ZGStr<T>, T> {
     using Reader = detail::StrReader<ZGStr<T>, T>;
@@ -102,9 +104,9 @@ public:
 
     ZGStr& operator=(const ZGStr& other);
     ZGStr& operator=(ZGStr&& other) noexcept;
-    ZGStr& operator=(Token text) { return assign(text, text.Length()); }
-    ZGStr& operator=(const T* text) { return adopt(copy(text)); }
-    ZGStr& operator=(const ZMStr<T>& text) { return *this = Token(text); }
+    ZGStr& operator=(Token text);
+    ZGStr& operator=(const T* text);
+    ZGStr& operator=(const ZMStr<T>& text);
     ZGStr& assign(Token text) { return assign(text, text.Length()); }
     ZGStr& assign(const T* text, long length) { return adopt(copy(text, length)); }
 
@@ -122,7 +124,7 @@ public:
     static T* create(long n);
     /// A new array with `n` times the same character.
     static T* create(long n, T c);
-    T* clone() const { return copy(m_text); }
+    T* clone() const { return copy(m_text); } // NOLINT(modernize-use-nodiscard)
     static T* clone(const T* text) { return copy(text); }
     static T* clone(const T* text, long length) { return copy(text, length); }
     static void release(T* text) noexcept { delete[] text; }
@@ -138,7 +140,7 @@ public:
     ZGStr operator+(Token text) const noexcept { return concat(text); }
     ZGStr operator+(const T& c) const noexcept { return concat(Token(&c, 1)); }
     /// A new string: this text and the given one.
-    ZGStr concat(Token text) const noexcept;
+    ZGStr concat(Token text) const noexcept; // NOLINT(modernize-use-nodiscard)
     static T* concat(const T* first, long firstLength, const T* second, long secondLength) noexcept;
     static T* concat(const T* first, const T* second) noexcept;
 
@@ -332,8 +334,8 @@ public:
 
     /// The pieces between the separators, empty ones included; an empty separator gives none. With a `max` of
     /// at least 1 the last of at most `max` pieces is the rest. Takes one pass to count and one to copy.
-    Pieces split(T separator, long max = -1) const;
-    Pieces split(Token separator, long max = -1) const;
+    Pieces split(T separator, long max = -1) const; // NOLINT(modernize-use-nodiscard)
+    Pieces split(Token separator, long max = -1) const; // NOLINT(modernize-use-nodiscard)
     static Pieces split(const T* text, const T* separator, long max);
     static Pieces split(const T* text, long length, T separator, long max);
     static Pieces split(const T* text, long length, Token separator, long max);
@@ -363,7 +365,7 @@ public:
     /// A negative index counts from the end. Throws `ZException` "Index out of range" for an index still
     /// negative then, and for one not below the length.
     T& at(long index) { return charAt(m_text, index); }
-    const T& at(long index) const { return charAt(m_text, index); }
+    const T& at(long index) const { return charAt(m_text, index); } // NOLINT(modernize-use-nodiscard)
     static T& charAt(T* text, long index);
     static const T& charAt(const T* text, long index);
     template <std::integral I>

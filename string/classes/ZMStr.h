@@ -97,11 +97,11 @@ public:
     ZMStr& assign(Token text) { return assign(text, text.Length()); }
     ZMStr& operator=(const ZMStr& other);
     ZMStr& operator=(ZMStr&& other) noexcept;
-    ZMStr& operator=(Token text) { return assign(text); }
-    ZMStr& operator=(const T* text) { return assign(Token(text)); }
-    ZMStr& operator=(const ZGStr<T>& text) { return assign(Token(text)); }
+    ZMStr& operator=(Token text);
+    ZMStr& operator=(const T* text);
+    ZMStr& operator=(const ZGStr<T>& text);
     /// A new array with the characters, the caller's to be freed with `ZGStr<T>::release`.
-    T* clone() const { return ZGStr<T>::copy(m_buffer, m_length); }
+    T* clone() const { return ZGStr<T>::copy(m_buffer, m_length); } // NOLINT(modernize-use-nodiscard)
 
     // Storage
 
@@ -135,7 +135,7 @@ public:
     ZMStr operator+(Token text) const noexcept { return concat(text); }
     ZMStr operator+(const T& c) const noexcept { return concat(Token(&c, 1)); }
     /// A new builder: this text and the given one.
-    ZMStr concat(Token text) const noexcept;
+    ZMStr concat(Token text) const noexcept; // NOLINT(modernize-use-nodiscard)
     /// Replaces the text by those of the given builders run together. Without a count they end with one that
     /// has no buffer.
     ZMStr& join(const ZMStr* texts, long count) noexcept;
@@ -195,14 +195,15 @@ public:
     long replaceEx(Token what, Token with, long max = -1);
 
     /// The pieces between the separators, as `ZGStr<T>::split` gives them.
-    Pieces split(T separator, long max = -1) const;
-    Pieces split(Token separator, long max = -1) const;
+    Pieces split(T separator, long max = -1) const; // NOLINT(modernize-use-nodiscard)
+    Pieces split(Token separator, long max = -1) const; // NOLINT(modernize-use-nodiscard)
 
     // Access
 
     /// A negative index counts from the end. Throws `ZException` "Index out of range" for an index still
     /// negative then, and for one at or past the first zero.
     T& at(long index) { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
+    // NOLINTNEXTLINE(modernize-use-nodiscard)
     const T& at(long index) const { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
     template <std::integral I>
     T& operator[](I index)

@@ -21,6 +21,8 @@ class ZStrToken : public detail::StrReader<ZStrToken<T>, T> {
     using Reader = detail::StrReader<ZStrToken<T>, T>;
 
 public:
+    using Pieces = ZArray<ZStrToken, ZAllocation<ZStrToken>>;
+
     constexpr ZStrToken() noexcept = default;
     /// The characters up to the terminator.
     ZStrToken(const T* text) noexcept
@@ -41,12 +43,12 @@ public:
     [[nodiscard]] constexpr long Length() const noexcept { return m_length; }
     [[nodiscard]] constexpr bool isEmpty() const noexcept { return m_length < 1; }
     [[nodiscard]] constexpr bool operator!() const noexcept { return isEmpty(); }
-    /// The first character; no terminator need follow the last one.
+    /// Where the first character stands; no terminator need follow the last one.
     constexpr operator const T*() const noexcept { return m_text; }
     /// The first character, 0 when there is none.
     constexpr T operator*() const noexcept { return isEmpty() ? T() : *m_text; }
     /// Throws `ZException` "Index out of Array" for a negative index and for one not below the length.
-    const T& at(long index) const;
+    const T& at(long index) const; // NOLINT(modernize-use-nodiscard)
     template <std::integral I>
     const T& operator[](I index) const
     {
@@ -63,13 +65,13 @@ public:
     [[nodiscard]] long count(const T* what, long length) const noexcept;
 
     /// A copy with "A" to "Z" in lower case; this view and its characters stay as they are.
-    ZMStr<T> toLower() const;
+    ZMStr<T> toLower() const; // NOLINT(modernize-use-nodiscard)
     /// A copy with "a" to "z" in upper case.
-    ZMStr<T> toUpper() const;
+    ZMStr<T> toUpper() const; // NOLINT(modernize-use-nodiscard)
 
     /// No pieces, whatever the text: a view owns nothing it could hand out. Split a `ZGStr` or a `ZMStr`.
-    ZArray<ZStrToken, ZAllocation<ZStrToken>> split(T separator, long max = -1) const noexcept;
-    ZArray<ZStrToken, ZAllocation<ZStrToken>> split(const ZStrToken& separator, long max = -1) const noexcept;
+    Pieces split(T separator, long max = -1) const noexcept; // NOLINT(modernize-use-nodiscard)
+    Pieces split(const ZStrToken& separator, long max = -1) const noexcept; // NOLINT(modernize-use-nodiscard)
 
     /// Views of the same place are equal without a look at their lengths; others when length and characters
     /// are. The order is that of `compare`.

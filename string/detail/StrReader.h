@@ -41,6 +41,8 @@ public:
     [[nodiscard]] long s_verify(ZStrToken<T> set, long from = 0) const noexcept;
     [[nodiscard]] long s_verify(const T* set, long setLength, long from) const noexcept;
 
+    // NOLINTBEGIN(modernize-use-nodiscard): nothing is lost with a part or a number that nobody looks at
+
     /// The first or last `n` characters, or as many as there are. Like every part they are a view of this
     /// text and end with it.
     ZStrToken<T> left(long n) const noexcept;
@@ -71,6 +73,8 @@ public:
     /// Fills at most `size` bytes from pairs of hexadecimal digits.
     /// @return the number of bytes written.
     long hexTo(void* bytes, long size) const noexcept;
+
+    // NOLINTEND(modernize-use-nodiscard)
 
     /// The first character is one of "A" to "Z" or "a" to "z".
     [[nodiscard]] bool isAlpha() const noexcept;
