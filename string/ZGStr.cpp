@@ -58,7 +58,7 @@ T* ZGStr<T>::create(long n, T c)
 template <typename T>
 T* ZGStr<T>::copy(const T* text, long length)
 {
-    const long copied = isEmpty(text) ? 0 : length;
+    const long copied = length < 1 || isEmpty(text) ? 0 : length; // a run of no characters is not looked at
     T* made = create(copied);
     copyChars(made, text, copied);
     return made;

@@ -20,7 +20,7 @@ namespace {
 template <typename T>
 long copiedLength(const T* text, long length) noexcept
 {
-    return ZGStr<T>::isEmpty(text) || length < 1 ? 0 : length;
+    return length < 1 || ZGStr<T>::isEmpty(text) ? 0 : length;
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 
 #include <climits>
 #include <cstring>
+#include <memory>
 #include <type_traits>
 
 using namespace ZSpace;
@@ -159,6 +160,26 @@ TYPED_TEST(ZStrTokenTest, AViewNeverAllocates)
     view = part;
     EXPECT_EQ(allocationsMade(), before);
     EXPECT_EQ(sum, -123 + 2);
+}
+
+TYPED_TEST(ZStrTokenTest, AnEmptyViewIsNotLookedAt)
+{
+    using T = TypeParam;
+    const std::unique_ptr<T[]> nothing(new T[0]); // a sanitizer sees whoever reads it
+    const ZStrToken<T> view(nothing.get(), 0);
+    ZGStr<T> string(view);
+    ZMStr<T> builder(view);
+    string = view;
+    builder = view;
+    string << view;
+    builder << view;
+    string.replace(view, view);
+    builder.insert(view, 0);
+    EXPECT_TRUE(string.isEmpty() && builder.isEmpty() && view.toLower().isEmpty());
+    EXPECT_TRUE(view == lit<T>("") && string == view && builder == view);
+    EXPECT_EQ(view.toInt32() + view.compareIgnoreCase(view) + string.split(view).Count(), 0);
+    EXPECT_EQ(*view, T(0));
+    EXPECT_FALSE(view.isAlpha());
 }
 
 TYPED_TEST(ZStrTokenTest, ANegativeLengthIsAnEmptyView)
