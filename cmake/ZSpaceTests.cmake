@@ -2,7 +2,14 @@
 # SPDX-License-Identifier: MIT
 
 include(GoogleTest)
-find_package(GTest REQUIRED)
+set(ZSPACE_GTEST_SOURCE "" CACHE PATH
+    "GoogleTest's sources, to be built with this build's own compiler and library; empty takes the installed one")
+if(ZSPACE_GTEST_SOURCE)
+    set(INSTALL_GTEST OFF)
+    add_subdirectory("${ZSPACE_GTEST_SOURCE}" "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+else()
+    find_package(GTest REQUIRED)
+endif()
 
 # zspace_add_tests(<target> <source>...): one test program over GoogleMock; each TEST becomes a test of ctest.
 function(zspace_add_tests target)

@@ -317,7 +317,8 @@ TEST_F(ZRefTest, CountsAgreeWithAReferenceOverRandomOperations)
             handles[i] = handles[j];
             objects[i] = objects[j];
         }
-        ASSERT_EQ(handles[i].RefCount(), objects[i] ? std::ranges::count(objects, objects[i]) : 0);
+        ASSERT_EQ(
+            handles[i].RefCount(), objects[i] ? std::count(objects.begin(), objects.end(), objects[i]) : 0);
         ASSERT_EQ(handles[i] ? handles[i]->number() : 0, objects[i]);
     }
 }

@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 #
 # consume.sh CMAKE BUILD CONSUMER COMPILER: installs the built library into a folder of its own, and builds the same
-# small program against it in two ways.
+# small program against it in two ways, with the flags in CXXFLAGS.
 set -eu
 cmake=$1 build=$2 consumer=$3 compiler=$4
 folder=$(mktemp -d)
@@ -19,5 +19,5 @@ trap 'rm -rf "$folder"' EXIT
 pc=$(find "$folder/installed" -name zspace.pc)
 flags=$(PKG_CONFIG_PATH=${pc%/*} pkg-config --cflags --libs zspace)
 # shellcheck disable=SC2086 # flags are words
-"$compiler" -std=c++20 "$consumer/consumer.cpp" -o "$folder/by-flags" $flags
+"$compiler" $CXXFLAGS -std=c++20 "$consumer/consumer.cpp" -o "$folder/by-flags" $flags
 [ "$("$folder/by-flags" 2>/dev/null)" = "consumer 42" ]
