@@ -13,11 +13,9 @@ namespace ZSpace::Host {
 /// Makes sure that nothing which happens to this process's output can end it or spoil it. To be called once,
 /// first thing in `main`, by a program whose exit status must not depend on its terminal:
 ///  - descriptors 0, 1 and 2 are occupied from now on (by the null device, where one was closed), so that no
-///  file or
-///    pipe opened later can land there and take what is written to a standard stream;
-///  - a closed pipe or a file-size limit makes writing fail instead of ending the process. Children started
-///  through
-///    `NS::Task` still get the dispositions that this process was started with.
+///    file or pipe opened later can land there and take what is written to a standard stream;
+///  - a closed pipe or a file-size limit makes writing fail instead of ending the process. Programs that it
+///    starts still get the dispositions that it was started with itself.
 void shieldStandardStreams() noexcept;
 
 } // namespace ZSpace::Host

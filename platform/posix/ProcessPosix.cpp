@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/posix/ProcessPosix.h"
-
 #include "platform/Process.h"
 
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -13,18 +12,22 @@ namespace ZSpace::Host {
 
 namespace {
 
-sigset_t g_shieldedSignals{}; // empty on every host as zeros, like all sets before `sigemptyset`
+void doNothing(int) { }
 
-/// Writing to a terminal that is gone or to a file at its size limit must fail, not kill.
-void ignoreOutputSignals() noexcept
+/// Writing to a terminal that is gone or to a file at its size limit must fail, not kill. A handler does that
+/// as well as ignoring does, and unlike an ignored signal a handled one is back at its default in the
+/// programs that this process starts.
+void outliveOutputSignals() noexcept
 {
-    sigemptyset(&g_shieldedSignals);
     for (const int signal : {SIGPIPE, SIGXFSZ}) {
-        struct sigaction ignore { };
-        struct sigaction before { };
-        ignore.sa_handler = SIG_IGN;
-        if (sigaction(signal, &ignore, &before) == 0 && before.sa_handler == SIG_DFL)
-            sigaddset(&g_shieldedSignals, signal);
+        struct sigaction now { };
+        if (sigaction(signal, nullptr, &now) != 0 || now.sa_handler != SIG_DFL)
+            continue;
+        struct sigaction handled { };
+        handled.sa_handler = doNothing;
+        handled.sa_flags = SA_RESTART;
+        sigemptyset(&handled.sa_mask);
+        sigaction(signal, &handled, nullptr);
     }
 }
 
@@ -41,18 +44,13 @@ void occupy(int descriptor) noexcept
 
 } // namespace
 
-const sigset_t& shieldedSignals() noexcept
-{
-    return g_shieldedSignals;
-}
-
 void shieldStandardStreams() noexcept
 {
     for (int descriptor = 0; descriptor <= STDERR_FILENO; ++descriptor) {
         if (fcntl(descriptor, F_GETFD) < 0 && errno == EBADF)
             occupy(descriptor);
     }
-    ignoreOutputSignals();
+    outliveOutputSignals();
 }
 
 } // namespace ZSpace::Host

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/posix/ObjectsPosix.h"
-#include "platform/posix/ProcessPosix.h"
 
 #include <cerrno>
 #include <cstring>
@@ -17,24 +16,10 @@ namespace NS {
 
 namespace {
 
-/// Collects the first error of a run of calls that return an error number.
-class FirstError {
-public:
-    void note(int error) noexcept
-    {
-        if (m_error == 0)
-            m_error = error;
-    }
-    [[nodiscard]] int value() const noexcept { return m_error; }
-
-private:
-    int m_error = 0;
-};
-
 /// What is to happen to descriptors in the child, between its birth and its program.
 class FileActions {
 public:
-    FileActions() { m_errors.note(posix_spawn_file_actions_init(&m_actions)); }
+    FileActions() { note(posix_spawn_file_actions_init(&m_actions)); }
     FileActions(const FileActions&) = delete;
     FileActions& operator=(const FileActions&) = delete;
     ~FileActions() { posix_spawn_file_actions_destroy(&m_actions); }
@@ -42,45 +27,29 @@ public:
     void redirect(int descriptor, const FileHandle& file)
     {
         if (file)
-            m_errors.note(
-                posix_spawn_file_actions_addopen(&m_actions, descriptor, file.native()->m_path, O_RDWR, 0));
+            note(posix_spawn_file_actions_addopen(&m_actions, descriptor, file.native()->m_path, O_RDWR, 0));
     }
     void duplicate(int descriptor, int copy)
     {
-        m_errors.note(posix_spawn_file_actions_adddup2(&m_actions, descriptor, copy));
+        note(posix_spawn_file_actions_adddup2(&m_actions, descriptor, copy));
     }
     void closeAllFrom(int descriptor)
     {
-        m_errors.note(posix_spawn_file_actions_addclosefrom_np(&m_actions, descriptor));
+        note(posix_spawn_file_actions_addclosefrom_np(&m_actions, descriptor));
     }
-    [[nodiscard]] int error() const noexcept { return m_errors.value(); }
+    /// What the first call that failed said; 0 when none did.
+    [[nodiscard]] int error() const noexcept { return m_error; }
     [[nodiscard]] const posix_spawn_file_actions_t* get() const noexcept { return &m_actions; }
 
 private:
-    posix_spawn_file_actions_t m_actions{};
-    FirstError m_errors;
-};
-
-/// Gives the child the signal dispositions that this process was started with. The mask is inherited as it
-/// is.
-class SpawnAttributes {
-public:
-    SpawnAttributes()
+    void note(int error) noexcept
     {
-        m_errors.note(posix_spawnattr_init(&m_attributes));
-        m_errors.note(posix_spawnattr_setsigdefault(&m_attributes, &ZSpace::Host::shieldedSignals()));
-        m_errors.note(posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGDEF));
+        if (m_error == 0)
+            m_error = error;
     }
-    SpawnAttributes(const SpawnAttributes&) = delete;
-    SpawnAttributes& operator=(const SpawnAttributes&) = delete;
-    ~SpawnAttributes() { posix_spawnattr_destroy(&m_attributes); }
 
-    [[nodiscard]] int error() const noexcept { return m_errors.value(); }
-    [[nodiscard]] const posix_spawnattr_t* get() const noexcept { return &m_attributes; }
-
-private:
-    posix_spawnattr_t m_attributes{};
-    FirstError m_errors;
+    posix_spawn_file_actions_t m_actions{};
+    int m_error = 0;
 };
 
 /// The argument vector of the child, with the launch path in front. Points into the task's strings.
@@ -104,15 +73,11 @@ int spawn(const NSTask& task)
     else
         actions.redirect(STDERR_FILENO, task.m_standardError);
     actions.closeAllFrom(STDERR_FILENO + 1);
-    const SpawnAttributes attributes;
-    FirstError errors;
-    errors.note(actions.error());
-    errors.note(attributes.error());
-    if (errors.value() != 0)
-        return errors.value();
+    if (actions.error() != 0)
+        return actions.error();
     const std::vector<char*> arguments = argumentVector(task);
     pid_t child = 0;
-    return posix_spawn(&child, arguments.front(), actions.get(), attributes.get(), arguments.data(), environ);
+    return posix_spawn(&child, arguments.front(), actions.get(), nullptr, arguments.data(), environ);
 }
 
 std::string inQuotes(const std::string& text)
