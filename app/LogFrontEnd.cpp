@@ -65,10 +65,12 @@ private:
 /// Where a line goes that no log book takes: the system log when it is open, else the console.
 void writeToSystem(int level, const char* text)
 {
-    if (asl)
+    if (asl) {
         Host::writeSystemLog(asl, aslMsg, level, text);
-    else
-        NSLog(NS::String("%s").native(), text);
+        return;
+    }
+    const NS::AutoreleasePool pool;
+    NSLog(NS::String("%s").native(), text);
 }
 
 /// The one road of every line. The text is never used as a format.
@@ -127,6 +129,7 @@ void CLogV(const char* format, va_list arguments)
 
 void OCLogV(NSString* format, va_list arguments)
 {
+    const NS::AutoreleasePool pool;
     writeLine(NS::String::stringWithFormat(format, arguments));
 }
 
@@ -181,11 +184,13 @@ void CNSLogWithStackTrace(const char* format, ...)
     va_start(arguments, format);
     const BoundedText<s_tracedLineSize> text(format, arguments);
     va_end(arguments);
+    const NS::AutoreleasePool pool;
     writeWithStackTrace(NS::MutableString(text.get()));
 }
 
 void OCNSLogWithStackTrace(NSString* format, ...)
 {
+    const NS::AutoreleasePool pool;
     va_list arguments;
     va_start(arguments, format);
     const NS::MutableString text = NS::MutableString::stringWithFormat(format, arguments);
@@ -195,6 +200,7 @@ void OCNSLogWithStackTrace(NSString* format, ...)
 
 void OCAppendStackTrace(NSMutableString* text)
 {
+    const NS::AutoreleasePool pool;
     NS::MutableString trace = NS::MutableString::retain(text);
     const NS::Array frames = NS::Thread::callStackSymbols();
     trace.appendString("\n------- stack trace -------\n");

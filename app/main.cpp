@@ -30,6 +30,7 @@ void logFailure(const NS::String& executable, const NS::Exception& exception)
 int main()
 {
     ZSpace::Host::shieldStandardStreams();
+    const NS::AutoreleasePool pool;
     CNSInitLog(CNSLogFlagFile | CNSLogFlagDebug, 0, "CdkRSUninstaller", "/var/log/com.coraldesk.remote");
 
     const NS::String base = NS::searchPathForDirectoriesInDomains(NS::SearchPathDirectory::ApplicationSupport,

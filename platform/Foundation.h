@@ -17,6 +17,9 @@
 ///     const NS::String file = folder.stringByAppendingPathComponent("a.txt");   // "/Library/a.txt"
 ///     NSLog(NS::String("made %@").native(), file.native());
 ///
+/// Each way into code that uses handles (`main`, a thread's function, an entry point of a library) opens an
+/// `AutoreleasePool` first.
+///
 /// A handle holds one retained object, or nothing ("nil"). As with the objects themselves, an operation on
 /// nil does nothing and answers nil, zero or null. Handles may be copied and dropped on any thread; one
 /// handle is not to be changed by two threads at once. Operations that fail raise `NS::Exception` and nothing
@@ -65,7 +68,21 @@ protected:
     }
 
 private:
-    Native* m_native = nullptr;
+    Native* ZSPACE_COUNTED_BY_HAND m_native = nullptr;
+};
+
+/// Bounds the life of what the host's operations hand out without a count: the texts of `UTF8String`
+/// foremost. They are valid until the calling thread's innermost pool ends. Pools nest, and live on the stack
+/// of one thread.
+class AutoreleasePool {
+public:
+    AutoreleasePool() noexcept;
+    AutoreleasePool(const AutoreleasePool&) = delete; // a pool is a scope
+    AutoreleasePool& operator=(const AutoreleasePool&) = delete;
+    ~AutoreleasePool();
+
+private:
+    [[maybe_unused]] void* m_pool = nullptr; // the host's own; hosts without pools have none
 };
 
 /// Any object, where only its printed form matters.
@@ -80,8 +97,8 @@ class String : public Handle<NSString> {
 public:
     /// nil.
     String() noexcept = default;
-    /// A copy of the UTF-8 text; null gives nil. Not explicit: a literal may stand wherever a string is
-    /// taken.
+    /// A copy of the UTF-8 text; null gives nil. Text that is no UTF-8 is kept as far as the host can: it
+    /// never gives nil. Not explicit: a literal may stand wherever a string is taken.
     String(const char* utf8);
     String(const std::string& utf8);
 
@@ -93,7 +110,7 @@ public:
     /// (`%1$@`) included. A null format gives the empty text. The result has no length limit.
     static String stringWithFormat(NSString* format, std::va_list arguments);
 
-    /// The text as UTF-8, owned by the object; null for nil.
+    /// The text as UTF-8, valid as long as both the object and the pool around the call; null for nil.
     [[nodiscard]] const char* UTF8String() const noexcept;
     /// This path and `component` with exactly one separator between them; nil when this or `component` is
     /// nil.
@@ -113,7 +130,7 @@ class MutableString : public Handle<NSMutableString> {
 public:
     /// nil.
     MutableString() noexcept = default;
-    /// A copy of the UTF-8 text; null gives nil.
+    /// As the constructor of `String`.
     explicit MutableString(const char* utf8);
 
     /// Takes over a count of `text`.
@@ -123,7 +140,8 @@ public:
     /// As `String::stringWithFormat`.
     static MutableString stringWithFormat(NSString* format, std::va_list arguments);
 
-    /// The text as UTF-8; null for nil. Valid until the text is changed or freed.
+    /// The text as UTF-8; null for nil. Valid until the text is changed or freed, or the pool around the call
+    /// ends.
     [[nodiscard]] const char* UTF8String() const noexcept;
     /// Adds `text` at the end; nil adds nothing.
     void appendString(const String& text);
@@ -177,7 +195,7 @@ public:
     [[nodiscard]] String reason() const;
     /// Further details; nil when there are none.
     [[nodiscard]] Object userInfo() const;
-    /// Where it was raised, innermost frame first; never empty.
+    /// Where it was raised, innermost frame first; nil where the host did not note it.
     [[nodiscard]] Array callStackSymbols() const;
 
 private:
@@ -204,10 +222,10 @@ private:
 
 /// A child process: described first, then started once.
 ///
-/// The child gets the launch path as its argument 0, the arguments behind it, this process's environment,
-/// folder and process group, the signal mask and dispositions that this process was itself started with, and
-/// the descriptors 0, 1 and 2 only. No shell takes part. The child is never waited for and outlives this
-/// process.
+/// The child gets the launch path as its argument 0, the arguments behind it, this process's environment and
+/// folder, and the descriptors 0, 1 and 2 only. No shell takes part. The child is never waited for and
+/// outlives this process. Process group, signal mask and dispositions are as this process was itself started
+/// with, unless Foundation decides otherwise.
 class Task : public Handle<NSTask> {
 public:
     Task();
@@ -222,17 +240,17 @@ public:
     [[nodiscard]] Array arguments() const;
 
     /// Starts the child and returns at once. Raises "NSInvalidArgumentException", before it returns, when the
-    /// child cannot be started; the reason names the launch path and what the system said.
+    /// child cannot be started; the reason names the launch path and says what is wrong, in the host's words.
     void launch();
 };
 
 /// The calling thread.
 class Thread {
 public:
-    /// One line for each frame of the calling thread, the caller of this function first: its number, the
-    /// module, the address and, where the module's symbols tell, the demangled name with the offset into it.
-    /// Never empty. Reads the symbols from the modules' files, so it is meant for the rare line, not for
-    /// every line.
+    /// One line for each frame of the calling thread, innermost first, in the host's own form. Without
+    /// Foundation: the caller of this function first, and for each frame its number, the module, the address
+    /// and, where the module's symbols tell, the demangled name with the offset into it; never empty. Reads
+    /// the symbols from the modules' files, so it is meant for the rare line, not for every line.
     static Array callStackSymbols();
 };
 
@@ -249,6 +267,6 @@ Array searchPathForDirectoriesInDomains(
 } // namespace NS
 
 /// Writes one line to standard error: local date and time with milliseconds, program, process and thread
-/// numbers, and the formatted text (`%@` and printf conversions). One system call for the whole line;
-/// failures are ignored.
+/// numbers, and the formatted text (`%@` and printf conversions). Failures are ignored. With Foundation it is
+/// Foundation's own; elsewhere one system call writes the whole line.
 extern "C" void NSLog(NSString* format, ...);

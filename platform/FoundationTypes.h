@@ -17,6 +17,10 @@
 @class NSObject;
 @class NSString;
 @class NSTask;
+
+/// Marks a pointer to a counted object whose count is kept by hand, so that a compiler that counts by itself
+/// (ARC) leaves it alone.
+#define ZSPACE_COUNTED_BY_HAND __unsafe_unretained
 #else
 struct NSArray;
 struct NSException;
@@ -25,4 +29,6 @@ struct NSMutableString;
 struct NSObject;
 struct NSString;
 struct NSTask;
+
+#define ZSPACE_COUNTED_BY_HAND
 #endif

@@ -132,6 +132,10 @@ std::string formatted(NSString* format, std::va_list arguments)
 
 } // namespace
 
+// Objects here own their texts, so there is nothing to bound.
+AutoreleasePool::AutoreleasePool() noexcept = default;
+AutoreleasePool::~AutoreleasePool() = default;
+
 String::String(const char* utf8)
     : Handle(utf8 ? new NSString(utf8) : nullptr)
 {
