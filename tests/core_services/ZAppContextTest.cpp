@@ -3,13 +3,13 @@
 
 #include "core/ZAppContext.h"
 
+#include "tests/support/Kernel.h"
 #include "tests/support/Probes.h"
 #include "tests/support/VirtualSlots.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -51,13 +51,6 @@ pid_t processIdOf(const ZAppContext& context)
     return static_cast<pid_t>(wordAt(&context, 3) & 0xFFFFFFFF);
 }
 
-std::string programPath()
-{
-    std::string path(PATH_MAX, '\0');
-    path.resize(static_cast<std::size_t>(readlink("/proc/self/exe", path.data(), path.size())));
-    return path;
-}
-
 std::string narrow(const ZMStr<wchar_t>& text)
 {
     const ZGStr<char> narrowed(text);
@@ -80,7 +73,7 @@ TEST(ZAppContextTest, KnowsTheProcess)
 {
     const ZAppContext context;
     EXPECT_EQ(static_cast<int>(context), 0);
-    EXPECT_EQ(narrow(context.Path()), programPath());
+    EXPECT_EQ(narrow(context.Path()), Testing::programFile());
     EXPECT_EQ(context.ArgCount(), 0);
     EXPECT_TRUE(context.isMainThread());
 }
@@ -107,7 +100,7 @@ TEST(ZAppContextTest, LoadingAgainAppendsThePathAndTakesTheThreadAnew)
     ZAppContext context;
     std::thread([&] { context.loadProcessData(); }).join();
     EXPECT_FALSE(context.isMainThread());
-    EXPECT_EQ(narrow(context.Path()), programPath() + programPath());
+    EXPECT_EQ(narrow(context.Path()), Testing::programFile() + Testing::programFile());
 }
 
 TEST(ZAppContextDeathTest, ProcessNumberCanBeRenewedInAChild)

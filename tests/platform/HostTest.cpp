@@ -7,6 +7,7 @@
 #include "platform/Process.h"
 #include "platform/ThreadNumber.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/Kernel.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -16,18 +17,12 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
 namespace ZSpace::Testing {
 namespace {
-
-unsigned int kernelThreadNumber()
-{
-    return static_cast<unsigned int>(syscall(SYS_gettid));
-}
 
 TEST(ThreadNumber, IsTheKernels)
 {
@@ -54,12 +49,17 @@ TEST(ThreadNumber, AForkedChildHasItsOwn)
 TEST(Process, KnowsItsProgramFile)
 {
     EXPECT_EQ(std::filesystem::path(Host::executablePath()).filename(), "platform_tests");
-    EXPECT_TRUE(std::filesystem::equivalent(Host::executablePath(), "/proc/self/exe"));
+    EXPECT_TRUE(std::filesystem::equivalent(Host::executablePath(), programFile()));
 }
 
 TEST(Debugger, IsNotAttachedHere)
 {
     EXPECT_EQ(runInChild([] { return Host::isDebuggerAttached() ? 1 : 0; }).status, 0);
+}
+
+TEST(Debugger, IsSeenByTheProcessThatItTraces)
+{
+    EXPECT_EQ(runTraced([] { return Host::isDebuggerAttached() ? 1 : 0; }).status, 1);
 }
 
 bool isNullDevice(int descriptor)

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // Stands in for the service's installer in tests: writes how it was started into the file "report" of the
-// service's folder, makes some noise, and lives on for as long as the folder holds a file "linger". Then it
-// writes "ended".
+// service's folder (found by its own path, its argument 0), makes some noise, and lives on for as long as the
+// folder holds a file "linger". Then it writes "ended".
 
 #include <chrono>
 #include <cstdio>
@@ -43,6 +43,12 @@ std::string signalLines()
     return lines;
 }
 
+/// The folder that holds "bin/CdkRemotedInstaller.app/Contents/MacOS/CdkRemotedInstaller".
+fs::path serviceFolder(const fs::path& installer)
+{
+    return (installer / "../../../../..").lexically_normal();
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -60,7 +66,7 @@ int main(int argc, char** argv)
     std::fprintf(stderr, "noise on standard error\n");
     std::fflush(stdout);
 
-    const fs::path service = "/Library/Application Support/com.coraldesk.remote";
+    const fs::path service = serviceFolder(argv[0]);
     std::ofstream(service / "report.unfinished") << report;
     fs::rename(service / "report.unfinished", service / "report");
     for (int i = 0; i < 1000 && fs::exists(service / "linger"); ++i)

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/Host.h"
 #include "tests/support/PrivateRoot.h"
 
 #include <cerrno>
@@ -93,6 +94,7 @@ void PrivateRoot::enter(Omit omit) const
     require(chroot(root.c_str()) == 0 && chdir("/") == 0, "chroot");
     setenv("HOME", "/home", 1);
     setenv("TMPDIR", "/tmp", 1);
+    settleIn("/");
 }
 
 Outcome PrivateRoot::run(const std::function<int()>& work, Omit omit) const
