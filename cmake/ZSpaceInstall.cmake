@@ -19,5 +19,13 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/ZSpaceConfigVersion.cmak
 install(FILES "${PROJECT_BINARY_DIR}/ZSpaceConfig.cmake" "${PROJECT_BINARY_DIR}/ZSpaceConfigVersion.cmake"
     DESTINATION "${ZSPACE_CMAKE_FOLDER}")
 
+# The library is static, so whoever links to it links to what it stands on.
+set(ZSPACE_PC_LIBRARIES "-pthread")
+foreach(library IN LISTS ZSPACE_FOUNDATION_LIBRARIES)
+    if(NOT library MATCHES "^-")
+        string(PREPEND library "-l")
+    endif()
+    string(PREPEND ZSPACE_PC_LIBRARIES "${library} ")
+endforeach()
 configure_file(cmake/zspace.pc.in "${PROJECT_BINARY_DIR}/zspace.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/zspace.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

@@ -10,7 +10,7 @@ cd "$(dirname "$0")/.."
 # shellcheck disable=SC2154,SC2086 # set in setup.sh; the list is to be split
 require_packages $build_packages libgtest-dev libgmock-dev clang clang-format clang-tidy
 
-git ls-files '*.h' '*.cpp' | xargs clang-format --dry-run -Werror
+git ls-files '*.h' '*.cpp' '*.mm' | xargs clang-format --dry-run -Werror
 cmake --preset clang >/dev/null
 if [ $# -eq 0 ]; then
     # shellcheck disable=SC2046 # one word per file

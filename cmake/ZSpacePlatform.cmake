@@ -1,0 +1,32 @@
+# SPDX-FileCopyrightText: 2026 The ZSpace authors
+# SPDX-License-Identifier: MIT
+
+# Which side of `platform/` is built: "posix" brings its own strings, lists and tasks; "foundation" stands on
+# Foundation, which is Apple's on macOS and GNUstep's elsewhere.
+if(APPLE)
+    set(default_platform foundation)
+else()
+    set(default_platform posix)
+endif()
+set(ZSPACE_PLATFORM ${default_platform} CACHE STRING "Side of platform/ to build: posix or foundation")
+set_property(CACHE ZSPACE_PLATFORM PROPERTY STRINGS posix foundation)
+if(NOT ZSPACE_PLATFORM MATCHES "^(posix|foundation)$")
+    message(FATAL_ERROR "ZSPACE_PLATFORM is \"${ZSPACE_PLATFORM}\"; expected posix or foundation")
+endif()
+if(APPLE AND ZSPACE_PLATFORM STREQUAL posix)
+    message(FATAL_ERROR "ZSPACE_PLATFORM=posix is for hosts without Foundation; macOS has its own")
+endif()
+
+# zspace_foundation: what the files on Foundation are compiled with, and what they are linked to.
+if(ZSPACE_PLATFORM STREQUAL foundation)
+    set(CMAKE_OBJCXX_COMPILER "${CMAKE_CXX_COMPILER}") # one compiler for both languages
+    enable_language(OBJCXX)
+    add_library(zspace_foundation INTERFACE)
+    if(APPLE)
+        set(ZSPACE_FOUNDATION_LIBRARIES "-framework Foundation" objc)
+    else()
+        include(ZSpaceGNUstep)
+    endif()
+    # Counts are kept by hand: see platform/foundation/OwnershipFoundation.h.
+    target_compile_options(zspace_foundation INTERFACE $<$<COMPILE_LANGUAGE:OBJCXX>:-fno-objc-arc>)
+endif()

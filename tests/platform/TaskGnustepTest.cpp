@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+// How GNUstep's tasks fail.
+
+#include "tests/platform/Launching.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace ZSpace::Testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(TaskGnustep, AMissingPathRaises)
+{
+    EXPECT_EQ(launchFailure(NS::String()), "NSTask - no launch path set");
+}
+
+TEST(TaskGnustep, AFileThatMayNotBeExecutedIsNoValidPath)
+{
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "file";
+    writeFile(file, "#!/bin/sh\n");
+    EXPECT_EQ(launchFailure(file.string()), "NSTask - launch path (" + file.string() + ") not valid");
+}
+
+/// The start is over once there is a process; what that process then fails to do, nobody hears.
+TEST(TaskGnustep, WhatTheKernelRefusesToRunIsNotNoticed)
+{
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "file";
+    EXPECT_EQ(launchFailure(folder.path().string()), "it started");
+    writeFile(file, "#!/no/such/interpreter\n");
+    fs::permissions(file, fs::perms::all);
+    EXPECT_EQ(launchFailure(file.string()), "it started");
+    writeFile(file, "echo ran > " + (folder.path() / "ran").string());
+    EXPECT_EQ(launchFailure(file.string()), "it started");
+    EXPECT_FALSE(fs::exists(folder.path() / "ran")); // no shell took part
+}
+
+TEST(TaskGnustep, AChildThatCannotBecomeItsProgramRunsNoExitHandlers)
+{
+    const TemporaryFolder folder;
+    static const fs::path s_handled = folder.path() / "handled";
+    const Outcome outcome = runInChild([&] {
+        std::atexit([] { writeFile(s_handled, "once"); });
+        EXPECT_EQ(launchFailure(folder.path().string()), "it started");
+        const bool isHandled = fs::exists(s_handled);
+        fs::remove(s_handled);
+        return isHandled ? 1 : 0;
+    });
+    EXPECT_TRUE(outcome.hasExited);
+    EXPECT_EQ(outcome.status, 0);
+}
+
+} // namespace
+} // namespace ZSpace::Testing
