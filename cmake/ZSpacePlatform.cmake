@@ -19,11 +19,13 @@ endif()
 
 # zspace_foundation: what the files on Foundation are compiled with, and what they are linked to.
 if(ZSPACE_PLATFORM STREQUAL foundation)
-    set(CMAKE_OBJCXX_COMPILER "${CMAKE_CXX_COMPILER}") # one compiler for both languages
+    if(NOT CMAKE_OBJCXX_COMPILER)
+        set(CMAKE_OBJCXX_COMPILER "${CMAKE_CXX_COMPILER}") # one compiler for both languages
+    endif()
     enable_language(OBJCXX)
     add_library(zspace_foundation INTERFACE)
     if(APPLE)
-        set(ZSPACE_FOUNDATION_LIBRARIES "-framework Foundation" objc)
+        set(ZSPACE_FOUNDATION_LIBRARIES "-framework Foundation" "-framework CoreFoundation" objc)
     else()
         include(ZSpaceGNUstep)
     endif()

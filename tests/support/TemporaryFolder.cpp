@@ -8,6 +8,7 @@
 #include <iterator>
 #include <stdlib.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace ZSpace::Testing {
 

@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/Process.h"
+
+#include <array>
+#include <libproc.h>
+#include <unistd.h>
+
+namespace ZSpace::Host {
+
+std::string executablePath()
+{
+    std::array<char, PROC_PIDPATHINFO_MAXSIZE> path{};
+    const int length = proc_pidpath(getpid(), path.data(), path.size());
+    return length > 0 ? std::string(path.data(), static_cast<std::size_t>(length)) : std::string();
+}
+
+} // namespace ZSpace::Host
