@@ -400,7 +400,7 @@ private:
 static_assert(sizeof(ZGStr<char>) == sizeof(void*) && sizeof(ZGStr<wchar_t>) == sizeof(void*));
 
 template <typename T>
-inline ZStrToken<T>::ZStrToken(const ZGStr<T>& text) noexcept
+ZStrToken<T>::ZStrToken(const ZGStr<T>& text) noexcept
     : ZStrToken(static_cast<const T*>(text))
 {
 }

@@ -125,11 +125,11 @@ public:
 
     // Appending; `operator<<` comes from the base
 
-    ZMStr& append(const T* text, long length) noexcept;
+    inline ZMStr& append(const T* text, long length) noexcept;
     ZMStr& append(Token text) noexcept { return append(text, text.Length()); }
     /// `count` copies of `c`.
     ZMStr& append(const T& c, long count) noexcept;
-    ZMStr& append(const T& c) noexcept;
+    inline ZMStr& append(const T& c) noexcept;
     ZMStr& operator+=(Token text) noexcept { return append(text); }
     ZMStr& operator+=(const T& c) noexcept { return append(c); }
     ZMStr operator+(Token text) const noexcept { return concat(text); }
@@ -221,7 +221,7 @@ private:
     [[nodiscard]] bool hasRoomFor(long n) const noexcept { return n < m_capacity - m_length - 1; }
     [[nodiscard]] long grownCapacity(long n) const noexcept;
     [[nodiscard]] long positionOf(long index) const;
-    void setLength(long length) noexcept;
+    inline void setLength(long length) noexcept;
     /// Puts an empty buffer of capacity `n` + 1 in place of the present one, which goes to the caller: what
     /// is to be copied may still lie in it.
     std::unique_ptr<T[]> exchangeBuffer(long n);
@@ -229,8 +229,8 @@ private:
     std::unique_ptr<T[]> openGap(long at, long n, std::optional<long> room);
     ZMStr& appendMoving(const T* text, long length) noexcept;
     ZMStr& appendPadded(detail::Decimal number, long width, bool emptyIfZero) noexcept;
-    T* extendedBy(long n) noexcept;
-    T* grownBy(long n) noexcept;
+    inline T* extendedBy(long n) noexcept;
+    inline T* grownBy(long n) noexcept;
     T* grownByDigits(long n) noexcept { return grownBy(n); }
     T* grownByHexDigits(long n) noexcept;
 
@@ -242,51 +242,57 @@ private:
 static_assert(sizeof(ZMStr<char>) == 24 && sizeof(ZMStr<wchar_t>) == 24);
 
 template <typename T>
-inline ZStrToken<T>::ZStrToken(const ZMStr<T>& text) noexcept
+ZStrToken<T>::ZStrToken(const ZMStr<T>& text) noexcept
     : ZStrToken(text, text.Length())
 {
 }
 
+// Declared inline in the class: what an explicit instantiation is promised for is not inlined otherwise.
+
 template <typename T>
-inline void ZMStr<T>::setLength(long length) noexcept
+void ZMStr<T>::setLength(long length) noexcept
 {
     m_length = length;
     m_buffer[length] = 0;
 }
 
 template <typename T>
-inline T* ZMStr<T>::extendedBy(long n) noexcept
+T* ZMStr<T>::extendedBy(long n) noexcept
 {
-    T* end = m_buffer + m_length;
-    setLength(m_length + n);
+    // Read once: for all that a compiler knows, a written character may be part of a member.
+    T* const end = m_buffer + m_length;
+    m_length += n;
+    end[n] = 0;
     return end;
 }
 
 template <typename T>
-inline ZMStr<T>& ZMStr<T>::append(const T* text, long length) noexcept
+T* ZMStr<T>::grownBy(long n) noexcept
+{
+    if (!hasRoomFor(n)) [[unlikely]]
+        alloc(grownCapacity(n));
+    return extendedBy(n);
+}
+
+template <typename T>
+ZMStr<T>& ZMStr<T>::append(const T* text, long length) noexcept
 {
     if (!text || length < 1)
         return *this;
-    if (!hasRoomFor(length))
+    if (!hasRoomFor(length)) [[unlikely]]
         return appendMoving(text, length);
     detail::copyChars(extendedBy(length), text, length);
     return *this;
 }
 
 template <typename T>
-inline ZMStr<T>& ZMStr<T>::append(const T& c) noexcept
+ZMStr<T>& ZMStr<T>::append(const T& c) noexcept
 {
+    if (!hasRoomFor(1)) [[unlikely]]
+        return append(c, 1);
     const T copied = c; // may lie in the buffer
-    *grownBy(1) = copied;
+    *extendedBy(1) = copied;
     return *this;
-}
-
-template <typename T>
-inline T* ZMStr<T>::grownBy(long n) noexcept
-{
-    if (!hasRoomFor(n))
-        alloc(grownCapacity(n));
-    return extendedBy(n);
 }
 
 extern template class detail::StrWriter<ZMStr<char>, char>;

@@ -34,8 +34,8 @@ public:
         , m_length(length)
     {
     }
-    ZStrToken(const ZGStr<T>& text) noexcept;
-    ZStrToken(const ZMStr<T>& text) noexcept;
+    inline ZStrToken(const ZGStr<T>& text) noexcept;
+    inline ZStrToken(const ZMStr<T>& text) noexcept;
 
     ZStrToken& assign(ZStrToken other) noexcept { return *this = other; }
     ZStrToken& assign(const T* text, long length) noexcept { return *this = ZStrToken(text, length); }

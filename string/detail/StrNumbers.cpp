@@ -3,6 +3,8 @@
 
 #include "string/detail/StrNumbers.h"
 
+#include "string/detail/StrDigits.h"
+
 #include <array>
 #include <climits>
 #include <cmath>
@@ -11,57 +13,22 @@ namespace ZSpace::detail {
 
 namespace {
 
-using Pair = std::array<char, 2>;
-
-constexpr std::array<Pair, 100> s_decimalPairs = [] {
-    std::array<Pair, 100> pairs{};
-    for (unsigned i = 0; i < pairs.size(); ++i)
-        pairs[i] = {static_cast<char>('0' + i / 10), static_cast<char>('0' + i % 10)};
-    return pairs;
-}();
-
-constexpr std::array<Pair, 256> s_hexPairs = [] {
+constexpr std::array<DigitPair, 256> s_hexPairs = [] {
     constexpr char digits[] = "0123456789abcdef";
-    std::array<Pair, 256> pairs{};
+    std::array<DigitPair, 256> pairs{};
     for (unsigned i = 0; i < pairs.size(); ++i)
         pairs[i] = {digits[i / 16], digits[i % 16]};
     return pairs;
 }();
 
-constexpr std::array<unsigned char, 256> s_nibbles = [] {
-    std::array<unsigned char, 256> values{};
-    for (unsigned i = 0; i < 10; ++i)
-        values['0' + i] = static_cast<unsigned char>(i);
-    for (unsigned i = 0; i < 6; ++i) {
-        values['a' + i] = static_cast<unsigned char>(10 + i);
-        values['A' + i] = static_cast<unsigned char>(10 + i);
-    }
-    return values;
-}();
-
+/// Without a branch or a table, and no wider than the character: so compilers read many digits at once.
 template <StrChar T>
-void writePair(T* to, const Pair& pair) noexcept
+constexpr std::make_unsigned_t<T> nibbleOf(T c) noexcept
 {
-    to[0] = static_cast<T>(pair[0]);
-    to[1] = static_cast<T>(pair[1]);
-}
-
-template <StrChar T>
-T digitChar(unsigned digit) noexcept
-{
-    return static_cast<T>('0' + digit);
-}
-
-/// Writes digits backwards, two for each division.
-template <StrChar T>
-void writeDigitsBefore(T* end, unsigned long long number) noexcept
-{
-    for (; number >= 100; number /= 100)
-        writePair(end -= 2, s_decimalPairs[number % 100]);
-    if (number >= 10)
-        writePair(end - 2, s_decimalPairs[number]);
-    else
-        end[-1] = digitChar<T>(static_cast<unsigned>(number));
+    using Unit = std::make_unsigned_t<T>;
+    const auto digit = static_cast<Unit>(unsignedOf(c) - '0');
+    const auto letter = static_cast<Unit>((unsignedOf(c) | 0x20) - 'a');
+    return static_cast<Unit>((digit < 10 ? digit : 0) + (letter < 6 ? letter + 10 : 0));
 }
 
 template <StrChar T>
@@ -71,14 +38,6 @@ bool startsWithMinus(const T* text, long n) noexcept
 }
 
 } // namespace
-
-template <StrChar T>
-void writeDecimal(T* to, Decimal number) noexcept
-{
-    if (number.isNegative)
-        *to = '-';
-    writeDigitsBefore(to + number.length(), number.magnitude);
-}
 
 template <StrChar T>
 long writeReal(T* to, double value, bool emptyIfZero) noexcept
@@ -99,8 +58,8 @@ long writeReal(T* to, double value, bool emptyIfZero) noexcept
 
     Decimal number(whole);
     number.isNegative = whole < 0 || (fraction != 0 && value < 0); // -0.5 has a sign that its 0 cannot carry
-    writeDecimal(to, number);
     long n = number.length();
+    writeDecimal(to, n, number);
     if (fraction != 0)
         to[n++] = '.';
     while (fraction != 0 && n < s_realRoom) {
@@ -162,8 +121,7 @@ double readReal(const T* text, long n) noexcept
 template <StrChar T>
 unsigned char readNibble(T c) noexcept
 {
-    const auto index = unsignedOf(c);
-    return index < s_nibbles.size() ? s_nibbles[index] : 0;
+    return static_cast<unsigned char>(nibbleOf(c));
 }
 
 template <StrChar T>
@@ -171,7 +129,7 @@ unsigned long long readHex(const T* text, long n, long digits) noexcept
 {
     unsigned long long value = 0;
     for (long i = 0; i < digits; ++i)
-        value = value << 4 | (i < n ? readNibble(text[i]) : 0U);
+        value = value << 4 | (i < n ? nibbleOf(text[i]) : 0U);
     return value;
 }
 
@@ -180,11 +138,9 @@ void readHexBytes(void* to, const T* text, long count) noexcept
 {
     auto* bytes = static_cast<unsigned char*>(to);
     for (long i = 0; i < count; ++i)
-        bytes[i] = static_cast<unsigned char>(readNibble(text[2 * i]) << 4 | readNibble(text[2 * i + 1]));
+        bytes[i] = static_cast<unsigned char>(nibbleOf(text[2 * i]) << 4 | nibbleOf(text[2 * i + 1]));
 }
 
-template void writeDecimal(char*, Decimal) noexcept;
-template void writeDecimal(wchar_t*, Decimal) noexcept;
 template long writeReal(char*, double, bool) noexcept;
 template long writeReal(wchar_t*, double, bool) noexcept;
 template void writeHex(char*, unsigned long long, long) noexcept;

@@ -42,10 +42,6 @@ constexpr long s_decimalRoom = 23;
 /// A real number is cut off behind so many characters.
 constexpr long s_realRoom = 41;
 
-/// Writes the `number.length()` characters of a number, with no terminator.
-template <StrChar T>
-void writeDecimal(T* to, Decimal number) noexcept;
-
 /// Writes a real number: the integer part, and a fraction where there is one, digit by digit until nothing is
 /// left of it. No exponent and no rounding. Numbers too large for 64 bits are held at the largest that fits;
 /// what is not a number prints as 0.

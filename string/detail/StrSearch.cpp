@@ -41,6 +41,14 @@ private:
     long m_length;
 };
 
+template <StrChar T>
+std::uint64_t wordAt(const T* text) noexcept
+{
+    std::uint64_t word = 0;
+    std::memcpy(&word, text, sizeof word);
+    return word;
+}
+
 /// The first index of a range that passes the test, the end of the range when none does. Whole blocks are
 /// tested without a branch, which compilers turn into vector instructions.
 template <StrChar T, typename Test>
@@ -79,7 +87,17 @@ long lastWhere(long from, Test test) noexcept
 template <StrChar T>
 long mismatch(const T* a, const T* b, long n) noexcept
 {
-    return firstWhere<T>(0, n, [=](long i) { return a[i] != b[i]; });
+    // Long runs of equal characters are the C library's, the place itself is found by words.
+    constexpr long run = 256;
+    constexpr long word = sizeof(std::uint64_t) / sizeof(T);
+    long i = 0;
+    while (i + run <= n && equalChars(a + i, b + i, run))
+        i += run;
+    while (i + word <= n && wordAt(a + i) == wordAt(b + i))
+        i += word;
+    while (i < n && a[i] == b[i])
+        ++i;
+    return i;
 }
 
 template <StrChar T>

@@ -5,6 +5,7 @@
 
 #include "string/ZGStr.h"
 #include "string/ZMStr.h"
+#include "string/detail/StrDigits.h"
 
 #include <cstdint>
 
@@ -13,8 +14,10 @@ namespace ZSpace::detail {
 template <typename Derived, StrChar T>
 Derived& StrWriter<Derived, T>::appendDecimal(Decimal number, bool emptyIfZero) noexcept
 {
-    if (number.magnitude != 0 || !emptyIfZero)
-        writeDecimal(self().grownByDigits(number.length()), number);
+    if (number.magnitude == 0 && emptyIfZero)
+        return self();
+    const long length = number.length();
+    writeDecimal(self().grownByDigits(length), length, number);
     return self();
 }
 
