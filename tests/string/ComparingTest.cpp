@@ -39,6 +39,20 @@ TYPED_TEST(Comparing, TheFirstDifferenceDecides)
     EXPECT_EQ(text.compare(lit<T>("Z and more, though this one is longer than the other text is")), 1);
 }
 
+TYPED_TEST(Comparing, TheFirstDifferenceIsFoundWhereverItLies)
+{
+    using T = typename CharOf<TypeParam>::type;
+    for (std::size_t at = 0; at < 600; at += 7) {
+        std::string text(600, 'm');
+        const TypeParam plain(lit<T>(text));
+        text[at] = 'z';
+        text.back() = 'a'; // points the other way
+        EXPECT_EQ(plain.compare(lit<T>(text)), -1) << at;
+        EXPECT_EQ(plain.compareIgnoreCase(lit<T>(text)), -1) << at;
+        EXPECT_EQ(plain.compare(lit<T>(std::string(at, 'm'))), 600 - static_cast<long>(at));
+    }
+}
+
 TYPED_TEST(Comparing, CharactersAreOrderedAsSignedNumbers)
 {
     using T = typename CharOf<TypeParam>::type;
