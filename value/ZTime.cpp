@@ -3,6 +3,8 @@
 
 #include "value/ZTime.h"
 
+#include "string/detail/StrDigits.h"
+
 #include <array>
 #include <chrono>
 #include <cstddef>
@@ -82,11 +84,12 @@ template <typename T>
 T* writePadded(T* to, unsigned number, long width) noexcept
 {
     const detail::Decimal decimal(number);
-    const long zeros = width - decimal.length();
+    const long length = decimal.length();
+    const long zeros = width - length;
     detail::fillChars(to, T('0'), zeros);
     to += zeros > 0 ? zeros : 0;
-    detail::writeDecimal(to, decimal);
-    return to + decimal.length();
+    detail::writeDecimal(to, length, decimal);
+    return to + length;
 }
 
 template <typename T>
@@ -94,8 +97,7 @@ T* writeTwoDigits(T* to, unsigned number) noexcept
 {
     if (number > 99)
         return writePadded(to, number, 2);
-    to[0] = static_cast<T>('0' + number / 10);
-    to[1] = static_cast<T>('0' + number % 10);
+    detail::writePair(to, detail::s_decimalPairs[number]);
     return to + 2;
 }
 
