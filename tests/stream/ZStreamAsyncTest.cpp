@@ -853,23 +853,17 @@ TEST_F(ZStreamAsyncTest, TenThousandRequestsInARow)
     reader.open(pathOf("source").c_str(), 2);
     std::atomic<int> read{0};
     std::atomic<int> written{0};
-    const auto forRead =
-        zMakeDelegate<Async::ReadCallback>([&](Async*, int, long, char const* buffer, long got) {
-            read += got == 1 && *buffer == 'r';
-            read.notify_one();
-        });
-    const auto forWrite = zMakeDelegate<Async::WriteCallback>([&](Async*, int, const DataRef&, long done) {
-        written += static_cast<int>(done);
-        written.notify_one();
-    });
+    const auto forRead = zMakeDelegate<Async::ReadCallback>(
+        [&](Async*, int, long, char const* buffer, long got) { read += got == 1 && *buffer == 'r'; });
+    const auto forWrite = zMakeDelegate<Async::WriteCallback>(
+        [&](Async*, int, const DataRef&, long done) { written += static_cast<int>(done); });
     const DataRef data = dataOf("w");
     for (int i = 0; i < s_rounds; ++i) {
         std::unique_ptr<Async::ReadCallback> callback(forRead->clone());
         await([&] { return reader.readAsync(callback.get(), 1); });
         static_cast<void>(callback.release());
         await([&] { return m_file.writeAsync(forWrite.get(), data); });
-        read.wait(i);
-        written.wait(i);
+        await([&] { return read > i && written > i; });
     }
     EXPECT_EQ(read, s_rounds);
     EXPECT_EQ(written, s_rounds);
