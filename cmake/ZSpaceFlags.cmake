@@ -10,8 +10,21 @@ function(zspace_private_flags target)
 endfunction()
 
 # Functions of ours are never meant to be replaced at load time: with this, position-independent code may inline them
-# and call them directly.
-add_compile_options(-fno-semantic-interposition)
+# and call them directly. On macOS that is so by itself.
+if(NOT APPLE)
+    add_compile_options(-fno-semantic-interposition)
+endif()
+
+# std::filesystem came to macOS with 10.15: the product does without it, the tests use it.
+if(APPLE AND NOT DEFINED ZSPACE_TEST_TARGET)
+    set(ZSPACE_TEST_TARGET -mmacosx-version-min=10.15)
+endif()
+
+# For the folders of what is run here and not shipped: tests, fuzz targets and benchmarks.
+macro(zspace_flags_for_tests)
+    add_compile_options(${ZSPACE_TEST_TARGET})
+    add_link_options(${ZSPACE_TEST_TARGET})
+endmacro()
 
 # Sanitizers and coverage must reach every object of a build, so they are set for the whole tree.
 if(ZSPACE_SANITIZE)
