@@ -40,6 +40,7 @@
 + (instancetype)dictionaryWithObject:(id)object forKey:(id)key;
 @end
 
+__attribute__((__objc_exception__)) // its type information for `@catch` is the framework's
 @interface NSException : NSObject
 + (NSException*)exceptionWithName:(NSString*)name reason:(NSString*)reason userInfo:(NSDictionary*)userInfo;
 @property (readonly, copy) NSString* name;

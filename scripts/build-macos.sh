@@ -1,0 +1,52 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 The ZSpace authors
+# SPDX-License-Identifier: MIT
+#
+# Builds CdkRSUninstaller and libzspace.a for macOS on x86-64, 10.13 and later: on a Mac with Xcode's tools, on Linux
+# with the Zig compiler, and there checks what came out.
+#
+#   ./scripts/build-macos.sh           the program and the library
+#   ./scripts/build-macos.sh --tests   every test as well; on a Mac, for its own processor, they are also run
+set -eu
+cd "$(dirname "$0")/.."
+. scripts/setup.sh
+
+case ${1:-} in
+"") targets="CdkRSUninstaller zspace" ;;
+--tests) targets=all ;;
+*)
+    echo "usage: $0 [--tests]" >&2
+    exit 2
+    ;;
+esac
+
+if [ "$(uname)" = Darwin ]; then
+    # shellcheck disable=SC2154,SC2086 # set in setup.sh; the list is to be split
+    require_packages $build_packages
+    echo "Building preset macos-x86-64"
+    build macos-x86-64 CdkRSUninstaller zspace
+    echo "build/macos-x86-64/app/CdkRSUninstaller"
+    [ "$targets" != all ] || exec ./scripts/test.sh macos-native
+    exit 0
+fi
+
+require_packages cmake ninja-build googletest llvm
+command -v npm >/dev/null 2>&1 || require_packages nodejs npm
+
+# The compiler, as the lock file pins it; the copy of the lock file is put beside it last.
+zig=build/zig
+if ! cmp -s cmake/macos/package-lock.json "$zig/installed.json"; then
+    echo "Fetching the compiler"
+    rm -rf "$zig"
+    mkdir -p "$zig"
+    cp cmake/macos/package.json cmake/macos/package-lock.json "$zig"
+    npm ci --prefix "$zig" --cache "$PWD/$zig/npm" --ignore-scripts --no-audit --no-fund --no-update-notifier \
+        --loglevel error >/dev/null
+    rm -rf "$zig/npm"
+    cp "$zig/package-lock.json" "$zig/installed.json"
+fi
+
+echo "Building preset macos"
+# shellcheck disable=SC2086 # the list is to be split
+build macos $targets foundation_with_arc
+./scripts/check-macos.sh
