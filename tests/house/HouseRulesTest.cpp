@@ -87,8 +87,8 @@ std::vector<Source> sourcesOf(const std::vector<std::string>& folders)
 }
 
 const std::vector<std::string> s_product{"platform", "core", "string", "value", "stream", "log", "app"};
-const std::vector<std::string> s_everything{
-    "platform", "core", "string", "value", "stream", "log", "app", "tests", "bench", "fuzz", "examples"};
+const std::vector<std::string> s_everything{"platform", "core", "string", "value", "stream", "log", "app",
+    "tests", "bench", "fuzz", "examples", "cmake"};
 
 std::vector<std::string> quotedIncludes(const std::string& text)
 {
@@ -177,8 +177,12 @@ TEST(House, LinuxOnlyCallsStandInLinuxFilesOnly)
 {
     const std::regex pattern(
         "\\b(accept4|pipe2|dup3|gettid|eventfd|inotify_\\w+|epoll_\\w+|renameat2|secure_getenv|"
-        "posix_fallocate|sem_init|sem_timedwait|pthread_mutex_timedlock|"
-        "pthread_condattr_setclock|SOCK_CLOEXEC|O_TMPFILE|CLOCK_\\w+_COARSE)\\b|\"/proc");
+        "posix_fallocate|sem_init|sem_timedwait|pthread_mutex_timedlock|pthread_condattr_setclock|"
+        "pthread_setattr_default_np|pthread_getattr_np|pthread_barrier_\\w+|pthread_spin_\\w+|clock_"
+        "nanosleep|"
+        "timer_create|sigtimedwait|sigwaitinfo|sigqueue|program_invocation_\\w+|memrchr|mempcpy|wmempcpy|"
+        "getrandom|memfd_create|copy_file_range|execvpe|SOCK_CLOEXEC|O_TMPFILE|CLOCK_\\w+_COARSE)\\b|\"/"
+        "proc");
     for (const Source& source : sourcesOf(s_product)) {
         const bool mayCall = source.name.find("Linux") != std::string::npos;
         EXPECT_TRUE(mayCall || !std::regex_search(source.text, pattern))
@@ -186,14 +190,37 @@ TEST(House, LinuxOnlyCallsStandInLinuxFilesOnly)
     }
 }
 
+TEST(House, CallsThatCameAfterMacOS1013StandInLinuxFilesOnly)
+{
+    const std::regex pattern("\\b(aligned_alloc|timespec_get|preadv|pwritev|mkfifoat|mknodat|strchrnul|"
+                             "posix_spawn_file_actions_add(f?)chdir\\w*)\\b");
+    for (const Source& source : sourcesOf(s_product)) {
+        const bool mayCall = source.name.find("Linux") != std::string::npos;
+        EXPECT_TRUE(mayCall || !std::regex_search(source.text, pattern))
+            << source.name << " calls what the oldest macOS lacks";
+    }
+}
+
 TEST(House, TheProductUsesNoLibraryThatOldSystemsLack)
 {
     const std::regex pattern(
-        "#include <(filesystem|format|latch|semaphore|barrier|stop_token|source_location|"
-        "syncstream|memory_resource)>|std::jthread|\\.notify_one\\(|std::from_chars");
+        "#include <(filesystem|format|print|latch|semaphore|barrier|stop_token|source_location|syncstream|"
+        "memory_resource)>|std::jthread|\\.notify_(one|all)\\(|std::from_chars");
     for (const Source& source : sourcesOf(s_product))
         EXPECT_FALSE(std::regex_search(source.text, pattern))
             << source.name << " uses a library part that came late";
+}
+
+// std::filesystem, which came with macOS 10.15, sets how old a system the tests run on.
+TEST(House, TheTestsUseNoLibraryThatCameAfterTheFileSystem)
+{
+    const std::regex pattern("#include <(format|print|latch|semaphore|barrier|stop_token|source_location|"
+                             "syncstream|memory_resource)>|std::jthread");
+    for (const Source& source : sourcesOf({"tests", "fuzz", "examples"})) {
+        const bool namesThem = source.name == "tests/house/HouseRulesTest.cpp";
+        EXPECT_TRUE(namesThem || !std::regex_search(source.text, pattern))
+            << source.name << " uses a library part that came late";
+    }
 }
 
 TEST(House, EveryFileBeginsWithItsLicence)
