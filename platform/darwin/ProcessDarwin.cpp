@@ -5,13 +5,14 @@
 
 #include <array>
 #include <libproc.h>
+#include <sys/param.h>
 #include <unistd.h>
 
 namespace ZSpace::Host {
 
 std::string executablePath()
 {
-    std::array<char, PROC_PIDPATHINFO_MAXSIZE> path{};
+    std::array<char, MAXPATHLEN> path{};
     const int length = proc_pidpath(getpid(), path.data(), path.size());
     return length > 0 ? std::string(path.data(), static_cast<std::size_t>(length)) : std::string();
 }
