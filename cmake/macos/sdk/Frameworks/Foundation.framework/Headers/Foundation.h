@@ -21,7 +21,7 @@
 + (instancetype)string;
 - (instancetype)initWithUTF8String:(const char*)text;
 - (instancetype)initWithFormat:(NSString*)format arguments:(va_list)arguments;
-@property (readonly) const char* UTF8String;
+@property (readonly) const char* UTF8String __attribute__((objc_returns_inner_pointer));
 - (NSString*)stringByAppendingPathComponent:(NSString*)component;
 @end
 
