@@ -2,12 +2,14 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# Installs what is missing, builds, and runs every test: ./scripts/test.sh [preset], by default "release".
+# Installs what is missing, builds, and runs every test: ./scripts/test.sh [preset], by default "release"; on a Mac,
+# "macos-native".
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
 
-preset=${1:-release}
+# shellcheck disable=SC2154 # set in setup.sh
+preset=${1:-$default_preset}
 packages="$build_packages libgtest-dev libgmock-dev pkgconf"
 case $preset in
 clang | asan | fuzz) packages="$packages clang libclang-rt-14-dev" ;;
