@@ -32,14 +32,19 @@ class BoundedText {
 public:
     BoundedText(const char* format, std::va_list arguments) noexcept
     {
-        m_text[0] = m_text[size - 1] = '\0';
+        m_own[0] = m_own[size - 1] = '\0';
         if (!format)
             return;
         if (std::strcmp(format, "%s") == 0)
             takeText(arguments);
-        else if (std::vsnprintf(m_text, size, format, arguments) < 0)
-            copy(format); // one that the C library gives up on tells more as it is than an empty line
+        else if (std::vsnprintf(m_own, size, format, arguments) < 0)
+            take(format); // one that the C library gives up on tells more as it is than an empty line
     }
+    BoundedText(const BoundedText&) = delete; // refers to itself
+    BoundedText& operator=(const BoundedText&) = delete;
+    ~BoundedText() = default;
+
+    /// Good while both this and the arguments are.
     [[nodiscard]] const char* get() const noexcept { return m_text; }
 
 private:
@@ -50,16 +55,19 @@ private:
         va_copy(rest, arguments);
         const char* const text = va_arg(rest, const char*);
         va_end(rest);
-        copy(text ? text : "(null)");
+        take(text ? text : "(null)");
     }
-    void copy(const char* text) noexcept
+    /// Texts that fit stay where they are.
+    void take(const char* text) noexcept
     {
-        const std::size_t length = strnlen(text, size - 1);
-        std::memcpy(m_text, text, length);
-        m_text[length] = '\0';
+        if (strnlen(text, size) < size)
+            m_text = text;
+        else
+            std::memcpy(m_own, text, size - 1);
     }
 
-    char m_text[size]; // not cleared: formatting terminates it
+    char m_own[size]; // not cleared: formatting terminates it
+    const char* m_text = m_own;
 };
 
 /// Where a line goes that no log book takes: the system log when it is open, else the console.

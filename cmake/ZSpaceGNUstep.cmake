@@ -28,3 +28,13 @@ target_compile_options(zspace_foundation INTERFACE
 # What GNUstep's headers must know of how the library itself was built, as `gnustep-config --objc-flags` gives it.
 target_compile_definitions(zspace_foundation INTERFACE
     GNUSTEP GNUSTEP_BASE_LIBRARY=1 GNU_RUNTIME=1 _NATIVE_OBJC_EXCEPTIONS)
+
+# Sanitizers report the libraries themselves. What they are to leave out goes into each program: a source among the link
+# options is compiled on the way.
+if(ZSPACE_SANITIZE)
+    file(READ "${PROJECT_SOURCE_DIR}/tests/sanitizers/gnustep-leaks.supp" leaks)
+    file(READ "${PROJECT_SOURCE_DIR}/tests/sanitizers/gnustep-threads.supp" threads)
+    configure_file("${CMAKE_CURRENT_LIST_DIR}/ZSpaceSuppressions.cpp.in"
+        "${PROJECT_BINARY_DIR}/ZSpaceSuppressions.cpp" @ONLY)
+    add_link_options("${PROJECT_BINARY_DIR}/ZSpaceSuppressions.cpp")
+endif()

@@ -20,7 +20,11 @@ endif()
 # zspace_foundation: what the files on Foundation are compiled with, and what they are linked to.
 if(ZSPACE_PLATFORM STREQUAL foundation)
     if(NOT CMAKE_OBJCXX_COMPILER)
-        set(CMAKE_OBJCXX_COMPILER "${CMAKE_CXX_COMPILER}") # one compiler for both languages
+        if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+            set(CMAKE_OBJCXX_COMPILER "${CMAKE_CXX_COMPILER}") # one compiler for both languages
+        else()
+            find_program(CMAKE_OBJCXX_COMPILER clang++ REQUIRED)
+        endif()
     endif()
     enable_language(OBJCXX)
     add_library(zspace_foundation INTERFACE)

@@ -24,7 +24,7 @@ function(zspace_add_tests target)
     target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
     # g++ 12 sees overflows that are not there where std::string's `+` is inlined.
     target_compile_options(${target} PRIVATE
-        "$<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread>")
+        "$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-array-bounds;-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread>")
     target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
     gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60)

@@ -201,11 +201,7 @@ void ZList<T>::il_replaceAt(long index, T* item) noexcept
 template <typename T>
 void ZList<T>::il_makeRoom()
 {
-    const long count = Count();
-    if (count < Capacity())
-        return;
-    Slots::resize(count + 1);
-    Slots::resize(count);
+    Slots::reserve(Count() + 1);
 }
 
 template <typename T>
@@ -214,8 +210,7 @@ void ZList<T>::il_reserve(long count)
     long capacity = 0;
     while (capacity < count)
         capacity += capacity + 1;
-    Slots::resize(capacity);
-    Slots::resize(0);
+    Slots::reserve(capacity);
 }
 
 template <typename T>

@@ -120,6 +120,9 @@ public:
 protected:
     ZAllocationBuf(const T* source, long count);
 
+    /// Makes room for `n` elements, growing as `resize` does; the count stays.
+    void reserve(long n);
+
     /// Adds a copy of `value`, which may be one of the elements.
     T& append(const T& value);
 
@@ -297,12 +300,18 @@ ZAllocationBuf<T>& ZAllocationBuf<T>::operator=(ZAllocationBuf&& other) noexcept
 }
 
 template <typename T>
+void ZAllocationBuf<T>::reserve(long n)
+{
+    if (m_capacity >= n)
+        return;
+    this->m_block = ZMemory<T>::relocate(this->m_block, m_count, m_capacity + n);
+    m_capacity += n;
+}
+
+template <typename T>
 void ZAllocationBuf<T>::resize(long n)
 {
-    if (m_capacity < n) {
-        this->m_block = ZMemory<T>::relocate(this->m_block, m_count, m_capacity + n);
-        m_capacity += n;
-    }
+    reserve(n);
     m_count = n;
 }
 

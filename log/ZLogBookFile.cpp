@@ -93,8 +93,8 @@ void ZLogBookFile::write(ZStrToken<char> line)
     if (isTorn)
         m_reportFile.clearError();
     else
-        line = line.right(line.Length() - 1);
-    const long written = m_reportFile.write(line, line.Length());
+        line = ZStrToken<char>(line + 1, line.Length() - 1);
+    const long written = m_reportFile.writeAtOnce(line, line.Length());
     if (written < 1 && !isTorn)
         m_reportFile.clearError();
 }

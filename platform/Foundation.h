@@ -79,7 +79,7 @@ public:
     AutoreleasePool() noexcept;
     AutoreleasePool(const AutoreleasePool&) = delete; // a pool is a scope
     AutoreleasePool& operator=(const AutoreleasePool&) = delete;
-    ~AutoreleasePool();
+    ~AutoreleasePool(); // NOLINT(performance-trivially-destructible): not where there are pools
 
 private:
     [[maybe_unused]] void* m_pool = nullptr; // the host's own; hosts without pools have none

@@ -14,6 +14,7 @@ packages="$build_packages libgtest-dev libgmock-dev pkgconf"
 case $preset in
 clang | asan | fuzz) packages="$packages clang libclang-rt-14-dev" ;;
 gnustep) packages="$packages clang libgnustep-base-dev" ;;
+gnustep-*) packages="$packages clang libclang-rt-14-dev libgnustep-base-dev" ;;
 libcxx) packages="$packages clang libc++-dev libc++abi-dev googletest" ;;
 esac
 # shellcheck disable=SC2086 # the list is to be split

@@ -231,6 +231,19 @@ bool ZIOGFile<File, T, TX>::writeThrough()
     return m_file && setvbuf(m_file, nullptr, _IONBF, 0) == 0;
 }
 
+template <typename File, typename T, typename TX>
+long ZIOGFile<File, T, TX>::writeAtOnce(T const* data, long count) noexcept
+{
+    if (!m_file || count <= 0)
+        return 0;
+    const auto size = static_cast<std::size_t>(count);
+    const ssize_t sent = ::write(fileno(m_file), data, size);
+    if (sent == count)
+        return count;
+    const std::size_t begun = sent > 0 ? static_cast<std::size_t>(sent) : 0;
+    return static_cast<long>(begun + fwrite(data + begun, 1, size - begun, m_file));
+}
+
 template class ZIOGFile<FILE*, char, ZStreamTransaction>;
 
 } // namespace ZSpace

@@ -94,6 +94,13 @@ public:
     /// @return false if the stream is closed.
     bool writeThrough();
 
+    /// Hands `count` items to the system past the C library, which is then needed only for what the system
+    /// does not take at first: that goes on, or fails and sets the error mark, as in `write`. The cheapest
+    /// way to write at the end of a file of which nobody asks the position, as the C library does not learn
+    /// of it. Only after `writeThrough`.
+    /// @return the number of items that were taken; 0 for a closed stream.
+    long writeAtOnce(T const* data, long count) noexcept;
+
     /// Whether something has failed since the file was opened or the mark was cleared; false for a closed
     /// stream.
     [[nodiscard]] bool hasError() const noexcept { return m_file && ferror(m_file); }

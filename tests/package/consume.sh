@@ -2,10 +2,10 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# consume.sh CMAKE BUILD CONSUMER COMPILER: installs the built library into a folder of its own, and builds the same
-# small program against it in two ways, with the flags in CXXFLAGS.
+# consume.sh CMAKE BUILD CONSUMER README COMPILER: installs the built library into a folder of its own, builds the same
+# small program against it in two ways, with the flags in CXXFLAGS, and then the program that the README shows.
 set -eu
-cmake=$1 build=$2 consumer=$3 compiler=$4
+cmake=$1 build=$2 consumer=$3 readme=$4 compiler=$5
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
@@ -21,3 +21,9 @@ flags=$(PKG_CONFIG_PATH=${pc%/*} pkg-config --cflags --libs zspace)
 # shellcheck disable=SC2086 # flags are words
 "$compiler" $CXXFLAGS -std=c++20 "$consumer/consumer.cpp" -o "$folder/by-flags" $flags
 [ "$("$folder/by-flags" 2>/dev/null)" = "consumer 42" ]
+
+sed -n '/^```cpp$/,/^```$/{/^```/!p;}' "$readme" | sed "s|/tmp/mytool|$folder/log|" >"$folder/shown.cpp"
+# shellcheck disable=SC2086
+"$compiler" $CXXFLAGS -std=c++20 "$folder/shown.cpp" -o "$folder/shown" $flags
+"$folder/shown"
+grep -q ']:	started with 3 files$' "$folder"/log/MyTool_*.txt

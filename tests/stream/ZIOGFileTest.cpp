@@ -308,6 +308,8 @@ TEST_F(ZIOGFileTest, ClosedAnswersComeBeforeEverythingElse)
     EXPECT_EQ(m_file.State(), 0);
     EXPECT_EQ(m_file.ItemSize(), 1u);
     EXPECT_FALSE(m_file.writeThrough());
+    EXPECT_EQ(m_file.writeAtOnce("x", 1), 0);
+    EXPECT_FALSE(m_file.hasError());
 }
 
 TEST_F(ZIOGFileTest, AnswersAreThoseOfAClosedStreamAgainAfterClose)
@@ -601,6 +603,48 @@ TEST_F(ZIOGFileTest, FullDiskShowsInTheWriteItselfWhereWritesGoThrough)
     ASSERT_TRUE(m_file.writeThrough());
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(m_file.write("lost", -1), -1);
+}
+
+TEST_F(ZIOGFileTest, WritingAtOnceTakesOneCall)
+{
+    if (writeCalls() < 0)
+        GTEST_SKIP() << "the system does not count calls";
+    ASSERT_EQ(m_file.open(make("file", "old").c_str(), 8), 0);
+    ASSERT_TRUE(m_file.writeThrough());
+    const std::string line(100'000, 'x');
+    for (long i = 1; i <= 3; ++i) {
+        const long before = writeCalls();
+        EXPECT_EQ(m_file.writeAtOnce(line.data(), 100'000), 100'000);
+        EXPECT_EQ(writeCalls(), before + 1);
+        EXPECT_EQ(static_cast<long>(std::filesystem::file_size(pathOf("file"))), 3 + i * 100'000);
+    }
+    EXPECT_EQ(m_file.writeAtOnce(line.data(), 0), 0);
+    EXPECT_FALSE(m_file.hasError());
+}
+
+TEST_F(ZIOGFileTest, WhatIsNotWrittenAtOnceSetsTheErrorMark)
+{
+    const auto outcome = runInChild([&] {
+        constexpr long s_room = 1'000;
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{s_room, RLIM_INFINITY};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        File file;
+        const std::string text(s_room * 2, 'x');
+        if (file.open(pathOf("file").c_str(), 8) != 0 || !file.writeThrough())
+            return 1;
+        if (file.writeAtOnce(text.data(), s_room * 2) != s_room || !file.hasError())
+            return 2;
+        file.clearError();
+        if (file.hasError() || file.writeAtOnce(text.data(), s_room) != 0 || !file.hasError())
+            return 3;
+        file.clearError();
+        const rlimit noLimit{RLIM_INFINITY, RLIM_INFINITY};
+        setrlimit(RLIMIT_FSIZE, &noLimit);
+        return file.writeAtOnce(text.data(), s_room) == s_room && !file.hasError() ? 0 : 4;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(contentOf("file").size(), 2'000U);
 }
 
 TEST_F(ZIOGFileTest, LinesOfTwoProcessesNeverMix)
