@@ -67,7 +67,8 @@ template <typename Text>
 Text* formatted(NSString* format, std::va_list arguments)
 {
     return detail::raising([&] {
-        return detail::handedOut([[Text alloc] initWithFormat:format ? format : [NSString string] arguments:arguments]);
+        return detail::handedOut([[Text alloc] initWithFormat:format ? format : [NSString string]
+                                                    arguments:arguments]);
     });
 }
 

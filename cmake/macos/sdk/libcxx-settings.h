@@ -3,8 +3,8 @@
 
 #pragma once
 
-// libc++'s headers, set for the library that macOS has; for the cross build alone. It stands in front of every source,
-// in the place of the settings that Zig would give for a library of its own.
+// libc++'s headers, set for the library that macOS has; for the cross build alone. It stands in front of
+// every source, in the place of the settings that Zig would give for a library of its own.
 
 #define _LIBCPP_ABI_VERSION 1
 #define _LIBCPP_ABI_NAMESPACE __1

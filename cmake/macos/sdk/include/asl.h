@@ -3,8 +3,8 @@
 
 #pragma once
 
-// What this project uses of the Apple System Log, declared for the cross build alone. On a Mac, the system's own header
-// takes this one's place.
+// What this project uses of the Apple System Log, declared for the cross build alone. On a Mac, the system's
+// own header takes this one's place.
 
 #include <cstdint>
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
-// What the tests use to trace a child, declared for the cross build alone. On a Mac, the system's own header takes this
-// one's place.
+// What the tests use to trace a child, declared for the cross build alone. On a Mac, the system's own header
+// takes this one's place.
 
 #include <sys/types.h>
 

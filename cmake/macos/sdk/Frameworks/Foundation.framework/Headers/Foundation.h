@@ -3,8 +3,9 @@
 
 #pragma once
 
-// What this project uses of Foundation, declared for the cross build alone: the compiler there brings the C headers of
-// macOS and the runtime's, and no frameworks. On a Mac, Foundation's own headers take this one's place.
+// What this project uses of Foundation, declared for the cross build alone: the compiler there brings the C
+// headers of macOS and the runtime's, and no frameworks. On a Mac, Foundation's own headers take this one's
+// place.
 
 #include <cstdarg>
 #include <objc/NSObject.h>
