@@ -19,11 +19,11 @@ namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
-using ZSpaceTest::AllocationFault;
-using ZSpaceTest::asWord;
-using ZSpaceTest::Counted;
-using ZSpaceTest::failEachAllocation;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::Counted;
+using ZSpace::Testing::failEachAllocation;
+using ZSpace::Testing::wordAt;
 
 using PointerArray = ZArray<int*, ZAllocationBuf<int*>>;
 
@@ -317,7 +317,7 @@ TYPED_TEST(ZArrayCopyTest, FailuresOfCopyingAndResizingPassOnAndLeaveNothingBehi
     EXPECT_EQ(made, 9);
     EXPECT_EQ(failEachAllocation([] {
         const TypeParam array(3);
-        ZSpaceTest::keep(&array);
+        ZSpace::Testing::keep(&array);
     }),
         1);
 

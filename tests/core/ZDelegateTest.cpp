@@ -16,9 +16,9 @@
 namespace ZSpace {
 namespace {
 
-using ZSpaceTest::asWord;
-using ZSpaceTest::failEachAllocation;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::failEachAllocation;
+using ZSpace::Testing::wordAt;
 
 struct First {
     virtual ~First() = default;

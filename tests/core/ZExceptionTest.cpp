@@ -12,8 +12,8 @@
 namespace ZSpace {
 namespace {
 
-using ZSpaceTest::asWord;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::wordAt;
 
 static_assert(std::is_base_of_v<std::exception, ZException>);
 static_assert(

@@ -15,10 +15,10 @@
 namespace ZSpace {
 namespace {
 
-using ZSpaceTest::asWord;
-using ZSpaceTest::Counted;
-using ZSpaceTest::failEachAllocation;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::Counted;
+using ZSpace::Testing::failEachAllocation;
+using ZSpace::Testing::wordAt;
 
 struct Door {
     void turn(int degrees, std::string why)

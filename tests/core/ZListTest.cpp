@@ -22,12 +22,12 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using ZSpaceTest::AllocationFault;
-using ZSpaceTest::allocationsMade;
-using ZSpaceTest::blocksAlive;
-using ZSpaceTest::Counted;
-using ZSpaceTest::failEachAllocation;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::allocationsMade;
+using ZSpace::Testing::blocksAlive;
+using ZSpace::Testing::Counted;
+using ZSpace::Testing::failEachAllocation;
+using ZSpace::Testing::wordAt;
 
 static_assert(sizeof(ZList<std::string>) == 3 * sizeof(void*));
 static_assert(

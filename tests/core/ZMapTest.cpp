@@ -18,11 +18,11 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using ZSpaceTest::AllocationFault;
-using ZSpaceTest::asWord;
-using ZSpaceTest::Counted;
-using ZSpaceTest::failEachAllocation;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::Counted;
+using ZSpace::Testing::failEachAllocation;
+using ZSpace::Testing::wordAt;
 
 using Names = ZMap<const wchar_t*, const wchar_t*>;
 using Texts = ZMap<std::string, std::string>;

@@ -14,7 +14,7 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using ZSpaceTest::Counted;
+using ZSpace::Testing::Counted;
 
 template <typename T>
 T sample(int i);

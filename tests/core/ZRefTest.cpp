@@ -22,13 +22,13 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using ZSpaceTest::AllocationFault;
-using ZSpaceTest::allocationsMade;
-using ZSpaceTest::asWord;
-using ZSpaceTest::blocksAlive;
-using ZSpaceTest::Counted;
-using ZSpaceTest::sendOutputToError;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::allocationsMade;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::blocksAlive;
+using ZSpace::Testing::Counted;
+using ZSpace::Testing::sendOutputToError;
+using ZSpace::Testing::wordAt;
 
 using Handle = ZRef<Counted>;
 

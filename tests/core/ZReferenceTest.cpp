@@ -19,10 +19,10 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using ZSpaceTest::asWord;
-using ZSpaceTest::Counted;
-using ZSpaceTest::sendOutputToError;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::Counted;
+using ZSpace::Testing::sendOutputToError;
+using ZSpace::Testing::wordAt;
 
 using Counter = TZRefCounter<int>;
 

@@ -22,9 +22,9 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using ZSpaceTest::AllocationFault;
-using ZSpaceTest::ThreadFault;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::ThreadFault;
+using ZSpace::Testing::wordAt;
 
 using Worker = ZThread_T<pthread_t*>;
 

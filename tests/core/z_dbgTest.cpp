@@ -22,8 +22,8 @@
 namespace ZSpace {
 namespace {
 
-using ZSpaceTest::AllocationFault;
-using ZSpaceTest::sendOutputToError;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::sendOutputToError;
 
 static_assert(std::is_same_v<decltype(g_eventregistrations), ZArray<void*, ZAllocationBuf<void*>>>);
 static_assert(std::is_same_v<decltype(g_eventreg_cs), ZThreadLock_T<pthread_mutex_t>>);

@@ -20,8 +20,8 @@
 namespace ZSpace {
 namespace {
 
-using ZSpaceTest::asWord;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::wordAt;
 
 static_assert(std::has_virtual_destructor_v<ZAppContext>);
 static_assert(std::is_copy_constructible_v<ZAppContext> && std::is_copy_assignable_v<ZAppContext>);

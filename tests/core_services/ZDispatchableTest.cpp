@@ -24,11 +24,11 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using ZSpaceTest::AllocationFault;
-using ZSpaceTest::asWord;
-using ZSpaceTest::blocksAlive;
-using ZSpaceTest::virtualSlotOf;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::blocksAlive;
+using ZSpace::Testing::virtualSlotOf;
+using ZSpace::Testing::wordAt;
 
 using Lock = ZThreadLock_T<pthread_mutex_t>;
 using Method = ZDispatchMethod<Lock>;

@@ -11,8 +11,8 @@
 namespace ZSpace {
 namespace {
 
-using ZSpaceTest::asWord;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::wordAt;
 
 int answer()
 {

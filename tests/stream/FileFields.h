@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <cstring>
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// The fields of a `ZIOGFile`: they lie side by side behind its workers, and what it shares with its other
 /// halves comes after them.
@@ -34,4 +34,4 @@ struct FileFields {
     }
 };
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -11,7 +11,7 @@
 #include <string>
 #include <unistd.h>
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// A test with a folder of its own.
 class FolderTest : public testing::Test {
@@ -57,4 +57,4 @@ inline std::wstring widened(const std::string& text)
     return wide;
 }
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

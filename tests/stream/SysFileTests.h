@@ -24,7 +24,7 @@ inline void PrintTo(const ZTime& time, std::ostream* out)
 
 } // namespace ZSpace
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 using Widths = testing::Types<char, wchar_t>;
 
@@ -91,4 +91,4 @@ protected:
     }
 };
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

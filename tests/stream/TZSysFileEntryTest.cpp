@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 using testing::UnorderedElementsAre;
-using ZSpaceTest::bytesOf;
+using ZSpace::Testing::bytesOf;
 
 static_assert(static_cast<int>(ZTRISTATE::No) == 0 && static_cast<int>(ZTRISTATE::Yes) == 1
     && static_cast<int>(ZTRISTATE::Unknown) == -1);
@@ -26,10 +26,10 @@ static_assert(std::is_copy_constructible_v<TZSysFile<char>> && std::is_copy_assi
 
 // The object that stands for an entry of a folder, for both twins.
 template <typename T>
-class TZSysFileEntryTest : public ZSpaceTest::SysFileTest<T> {
+class TZSysFileEntryTest : public ZSpace::Testing::SysFileTest<T> {
 };
 
-TYPED_TEST_SUITE(TZSysFileEntryTest, ZSpaceTest::Widths, ZSpaceTest::WidthNames);
+TYPED_TEST_SUITE(TZSysFileEntryTest, ZSpace::Testing::Widths, ZSpace::Testing::WidthNames);
 
 const ZTime s_created(2001, 2, 3, 4, 5, 6, 7);
 const ZTime s_accessed(2002, 3, 4, 5, 6, 7, 8);

@@ -34,18 +34,18 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using Testing::runInChild;
 using testing::UnorderedElementsAre;
-using ZSpaceTest::becomeNobody;
-using ZSpaceTest::bytesOf;
-using ZSpaceTest::DescriptorLimit;
-using ZSpaceTest::nextDescriptor;
-using ZSpaceTest::ReadFault;
+using ZSpace::Testing::becomeNobody;
+using ZSpace::Testing::bytesOf;
+using ZSpace::Testing::DescriptorLimit;
+using ZSpace::Testing::nextDescriptor;
+using ZSpace::Testing::ReadFault;
 
 // What the operations on files and folders do to the disk, for both twins.
 template <typename T>
-class TZSysFileTest : public ZSpaceTest::SysFileTest<T> {
+class TZSysFileTest : public ZSpace::Testing::SysFileTest<T> {
 };
 
-TYPED_TEST_SUITE(TZSysFileTest, ZSpaceTest::Widths, ZSpaceTest::WidthNames);
+TYPED_TEST_SUITE(TZSysFileTest, ZSpace::Testing::Widths, ZSpace::Testing::WidthNames);
 
 TYPED_TEST(TZSysFileTest, CurrentDirectoryIsThatOfTheProcess)
 {
@@ -819,7 +819,7 @@ TEST(TZSysFileWideTest, PathsKeepTheLow8BitsOfEachUnit)
     const Testing::TemporaryFolder folder;
     const std::string bytes = (folder.path() / "caf\xE9").string();
     Testing::writeFile(bytes, "content");
-    std::wstring wide = ZSpaceTest::widened(bytes);
+    std::wstring wide = ZSpace::Testing::widened(bytes);
     wide.back() = L'\u20E9';
     EXPECT_EQ(TZSysFile<wchar_t>::sizeOf(wide.c_str()), 7);
     EXPECT_EQ(bytesOf(TZSysFile<wchar_t>::getNameOf(wide.c_str())), "caf\xE9");
@@ -835,7 +835,7 @@ TEST(TZSysFileWideTest, EntriesKeepTheTextOfTheFolder)
     const std::string bytes = (folder.path() / "caf\xE9").string();
     fs::create_directory(bytes);
     Testing::writeFile(bytes + "/\xFC", "");
-    std::wstring wide = ZSpaceTest::widened(bytes);
+    std::wstring wide = ZSpace::Testing::widened(bytes);
     wide.back() = L'\u20E9';
     const TZSysFile<wchar_t> entry(wide.c_str(), ZTRISTATE::Unknown, 0, -1, ZTime(), ZTime(), ZTime());
     EXPECT_TRUE(entry.isDirectory());

@@ -31,24 +31,24 @@ namespace ZSpace {
 namespace {
 
 using Testing::runInChild;
-using ZSpaceTest::AllocationFault;
-using ZSpaceTest::becomeNobody;
-using ZSpaceTest::ClaimedRead;
-using ZSpaceTest::DescriptorLimit;
-using ZSpaceTest::FileFields;
-using ZSpaceTest::isInherited;
-using ZSpaceTest::isOpen;
-using ZSpaceTest::nextDescriptor;
-using ZSpaceTest::ReadFault;
-using ZSpaceTest::slotOf;
-using ZSpaceTest::widened;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::becomeNobody;
+using ZSpace::Testing::ClaimedRead;
+using ZSpace::Testing::DescriptorLimit;
+using ZSpace::Testing::FileFields;
+using ZSpace::Testing::isInherited;
+using ZSpace::Testing::isOpen;
+using ZSpace::Testing::nextDescriptor;
+using ZSpace::Testing::ReadFault;
+using ZSpace::Testing::slotOf;
+using ZSpace::Testing::widened;
 
 using File = ZIOGFile<>;
 
 static_assert(std::is_same_v<File, ZIOGFile<FILE*, char, ZStreamTransaction>>);
 static_assert(!std::is_abstract_v<File>);
 
-class ZIOGFileTest : public ZSpaceTest::FolderTest {
+class ZIOGFileTest : public ZSpace::Testing::FolderTest {
 protected:
     ~ZIOGFileTest() override { m_file.close(); }
 

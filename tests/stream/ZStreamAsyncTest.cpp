@@ -43,13 +43,13 @@ namespace ZSpace {
 namespace {
 
 using Testing::runInChild;
-using ZSpaceTest::becomeNobody;
-using ZSpaceTest::blocksAlive;
-using ZSpaceTest::failEachAllocation;
-using ZSpaceTest::FileFields;
-using ZSpaceTest::sendOutputToError;
-using ZSpaceTest::slotOf;
-using ZSpaceTest::ThreadFault;
+using ZSpace::Testing::becomeNobody;
+using ZSpace::Testing::blocksAlive;
+using ZSpace::Testing::failEachAllocation;
+using ZSpace::Testing::FileFields;
+using ZSpace::Testing::sendOutputToError;
+using ZSpace::Testing::slotOf;
+using ZSpace::Testing::ThreadFault;
 
 using Async = ZStreamAsync<>;
 using Ex = ZStreamEx<>;
@@ -214,7 +214,7 @@ private:
     std::vector<Pass> m_passes;
 };
 
-class ZStreamAsyncTest : public ZSpaceTest::FolderTest {
+class ZStreamAsyncTest : public ZSpace::Testing::FolderTest {
 protected:
     ~ZStreamAsyncTest() override { m_file.close(); }
 

@@ -14,7 +14,7 @@
 namespace ZSpace {
 namespace {
 
-using ZSpaceTest::slotOf;
+using ZSpace::Testing::slotOf;
 
 using Base = ZStreamBase<>;
 using In = ZInStream<>;

@@ -16,7 +16,7 @@
 // each test.
 
 using namespace ZSpace;
-using namespace ZSpaceTest;
+using namespace ZSpace::Testing;
 
 namespace {
 

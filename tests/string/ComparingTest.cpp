@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 using namespace ZSpace;
-using namespace ZSpaceTest;
+using namespace ZSpace::Testing;
 
 namespace {
 

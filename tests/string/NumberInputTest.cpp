@@ -10,7 +10,7 @@
 #include <cmath>
 
 using namespace ZSpace;
-using namespace ZSpaceTest;
+using namespace ZSpace::Testing;
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <limits>
 
 using namespace ZSpace;
-using namespace ZSpaceTest;
+using namespace ZSpace::Testing;
 
 namespace {
 

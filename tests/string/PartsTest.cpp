@@ -9,7 +9,7 @@
 #include <climits>
 
 using namespace ZSpace;
-using namespace ZSpaceTest;
+using namespace ZSpace::Testing;
 
 namespace {
 

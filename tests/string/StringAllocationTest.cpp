@@ -14,7 +14,7 @@
 #include <vector>
 
 using namespace ZSpace;
-using namespace ZSpaceTest;
+using namespace ZSpace::Testing;
 
 namespace {
 

@@ -38,7 +38,7 @@ void operator delete[](void* block, std::size_t) noexcept
 }
 
 using namespace ZSpace;
-using namespace ZSpaceTest;
+using namespace ZSpace::Testing;
 
 namespace {
 

@@ -14,7 +14,7 @@
 #include <type_traits>
 
 using namespace ZSpace;
-using namespace ZSpaceTest;
+using namespace ZSpace::Testing;
 
 // Random texts, checked against code that is as simple as can be. The seeds are fixed, so that a failure
 // comes back.

@@ -14,7 +14,7 @@
 #include <vector>
 
 /// One way to write the texts of tests that run over narrow and wide strings alike.
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// A text of any of the string classes' characters: each byte gives one, as a widening string would give it.
 template <typename T>
@@ -136,4 +136,4 @@ using OwningClasses = ::testing::Types<ZSpace::ZGStr<char>, ZSpace::ZGStr<wchar_
 using AllClasses = ::testing::Types<ZSpace::ZGStr<char>, ZSpace::ZGStr<wchar_t>, ZSpace::ZMStr<char>,
     ZSpace::ZMStr<wchar_t>, ZSpace::ZStrToken<char>, ZSpace::ZStrToken<wchar_t>>;
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -15,7 +15,7 @@
 #include <type_traits>
 
 using namespace ZSpace;
-using namespace ZSpaceTest;
+using namespace ZSpace::Testing;
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdlib>
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 namespace {
 
@@ -93,9 +93,9 @@ bool AllocationFault::hasStruck() const noexcept
     return t_ledger.struck;
 }
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing
 
-using namespace ZSpaceTest;
+using namespace ZSpace::Testing;
 
 void* operator new(std::size_t size)
 {

@@ -9,7 +9,7 @@
 
 /// Allocations that are counted and made to fail, for test programs that have AllocationFaults.cpp among
 /// their sources: it replaces the global `operator new`. Counts and faults are those of the calling thread.
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// The allocations that this thread has asked for so far.
 [[nodiscard]] long allocationsMade() noexcept;
@@ -64,4 +64,4 @@ long failEachAllocation(Operation operation)
     }
 }
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

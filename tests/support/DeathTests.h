@@ -6,7 +6,7 @@
 #include <csignal>
 #include <unistd.h>
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// For the statement of a death test: sends standard output to where such tests look for messages.
 inline void sendOutputToError()
@@ -14,4 +14,4 @@ inline void sendOutputToError()
     dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -7,7 +7,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// The number that the next opened file gets: unchanged by whatever closes all that it opens.
 [[nodiscard]] inline int nextDescriptor()
@@ -47,4 +47,4 @@ private:
     rlimit m_usual{};
 };
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -10,7 +10,7 @@
 #include <vector>
 
 /// Element types and views for tests of what owns, copies and orders elements.
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// The word (of pointer size) at position `index` of an object's representation.
 [[nodiscard]] inline std::uintptr_t wordAt(const void* object, std::size_t index)
@@ -94,4 +94,4 @@ private:
     int m_number;
 };
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -42,7 +42,7 @@ extern "C" int ferror(FILE* file)
     return s_hasStruck ? 1 : libraryError(file);
 }
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 ReadFault::ReadFault(long nth) noexcept
 {
@@ -65,4 +65,4 @@ ClaimedRead::~ClaimedRead()
     s_claimed = -1;
 }
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -5,7 +5,7 @@
 
 /// Reads that fail half-way, for test programs that have ReadFaults.cpp among their sources: it stands in for
 /// `fread` and `ferror` of the C library. Faults are those of the calling thread.
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// While it lives, the `nth` `fread` from then on (1: the next one) and all that follow read half of what
 /// they are asked for, and leave the stream with its error mark set.
@@ -26,4 +26,4 @@ public:
     ~ClaimedRead();
 };
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// The place of a virtual function in the table of the class that the pointer names.
 ///
@@ -21,4 +21,4 @@ template <typename Function>
     return (word - 1) / sizeof(void*);
 }
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

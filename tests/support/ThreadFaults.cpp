@@ -5,7 +5,7 @@
 
 #include <pthread.h>
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 namespace {
 
@@ -45,4 +45,4 @@ ThreadFault::~ThreadFault()
     exchangeUsualStackSize<pthread_attr_t>(m_usualStackSize);
 }
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// While it lives, no thread can be made: each would need a stack that no address space has room for.
 class ThreadFault {
@@ -22,4 +22,4 @@ private:
     std::size_t m_usualStackSize = 0;
 };
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// The place of a virtual function in its class's table, counted from 0; a virtual destructor takes two.
 /// Reads how the hosts' common C++ ABI keeps pointers to members: the offset in the table, plus one.
@@ -20,4 +20,4 @@ template <typename Member>
     return (offset - 1) / sizeof(void*);
 }
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -17,11 +17,11 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using ZSpaceTest::asWord;
-using ZSpaceTest::blocksAlive;
-using ZSpaceTest::failEachAllocation;
-using ZSpaceTest::keep;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::blocksAlive;
+using ZSpace::Testing::failEachAllocation;
+using ZSpace::Testing::keep;
+using ZSpace::Testing::wordAt;
 
 using Binary = TZBinary<unsigned char>;
 
@@ -140,7 +140,7 @@ TEST(TZBinaryTest, FailedCopyLeavesTheTargetAsItWas)
     EXPECT_EQ(failEachAllocation(copyIt), 1);
     unsigned char bytes[]{4};
     Binary target(bytes, 1, false);
-    const ZSpaceTest::AllocationFault fault(1);
+    const ZSpace::Testing::AllocationFault fault(1);
     EXPECT_THROW(target = owning, std::bad_alloc);
     EXPECT_EQ(target.Data(), bytes);
 }

@@ -22,18 +22,18 @@
 namespace ZSpace {
 namespace {
 
-using ZSpaceTest::AllocationFault;
-using ZSpaceTest::allocationsMade;
-using ZSpaceTest::asWord;
-using ZSpaceTest::blocksAlive;
-using ZSpaceTest::CountedObject;
-using ZSpaceTest::everyKind;
-using ZSpaceTest::failEachAllocation;
-using ZSpaceTest::ownedBytes;
-using ZSpaceTest::SampleKind;
-using ZSpaceTest::structureOf;
-using ZSpaceTest::virtualSlotOf;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::allocationsMade;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::blocksAlive;
+using ZSpace::Testing::CountedObject;
+using ZSpace::Testing::everyKind;
+using ZSpace::Testing::failEachAllocation;
+using ZSpace::Testing::ownedBytes;
+using ZSpace::Testing::SampleKind;
+using ZSpace::Testing::structureOf;
+using ZSpace::Testing::virtualSlotOf;
+using ZSpace::Testing::wordAt;
 
 constexpr auto s_cell = std::in_place;
 
@@ -532,7 +532,7 @@ TEST(StructureValueTest, StructCopyIsOneBlockWithCopiesOfEachMember)
     Value named(ZGStr<char>("member"));
     named.Name("named");
     const auto structure = structureOf("outer", {named, Value(*structureOf("inner", {named}))});
-    const ZSpaceTest::StructureOwner copy(structure->StructCopy(), &Structure::release);
+    const ZSpace::Testing::StructureOwner copy(structure->StructCopy(), &Structure::release);
     EXPECT_STREQ(copy->Name(), "outer");
     EXPECT_EQ(copy->Count(), 2u);
     EXPECT_STREQ(copy->Member(0).Name(), "named");
@@ -580,11 +580,12 @@ TEST(StructureValueTest, ReleasesMembersFromTheLastToTheFirst)
 TEST(ReleaseContentTest, WalksEverythingAndChangesNothing)
 {
     const Value one(s_cell, 1);
-    Value value(*structureOf("s", {one, ZSpaceTest::arrayOf(128, {one, Value(*structureOf("t", {one}))})}));
+    Value value(
+        *structureOf("s", {one, ZSpace::Testing::arrayOf(128, {one, Value(*structureOf("t", {one}))})}));
     const Value before(value);
     Value::ReleaseContentOfValue(value);
     EXPECT_TRUE(value == before);
-    Value array = ZSpaceTest::arrayOf(128, {});
+    Value array = ZSpace::Testing::arrayOf(128, {});
     Value::ReleaseContentOfValue(array);
     Value plain(one);
     Value::ReleaseContentOfValue(plain);

@@ -24,7 +24,7 @@ inline void PrintTo(const ZTime& time, std::ostream* out)
 
 } // namespace ZSpace
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// The process's time zone while it lives, given as in the environment variable.
 class TimeZone {
@@ -87,4 +87,4 @@ private:
     return timegm(&record);
 }
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -25,7 +25,7 @@ inline void PrintTo(const Value& value, std::ostream* out)
 
 } // namespace ZSpace
 
-namespace ZSpaceTest {
+namespace ZSpace::Testing {
 
 /// An object that counts how many of its kind there are.
 class CountedObject : public ZSpace::ZObject {
@@ -127,4 +127,4 @@ inline std::vector<SampleKind> everyKind()
     };
 }
 
-} // namespace ZSpaceTest
+} // namespace ZSpace::Testing

@@ -23,8 +23,8 @@ namespace {
 
 using testing::Each;
 using testing::ElementsAre;
-using ZSpaceTest::failEachAllocation;
-using ZSpaceTest::wordAt;
+using ZSpace::Testing::failEachAllocation;
+using ZSpace::Testing::wordAt;
 
 using Array = std::unique_ptr<unsigned char[], void (*)(const unsigned char*)>;
 
@@ -448,7 +448,7 @@ TEST(ZBitFieldTest, FailedAllocationsLeaveTheFieldAsItWas)
     EXPECT_EQ(failEachAllocation([&] { ZBITFIELD(field, 1, 2); }), 1);
     EXPECT_EQ(failEachAllocation([&] { std::ignore = field | field; }), 1);
     ZBITFIELD target = fieldOf("01");
-    const ZSpaceTest::AllocationFault fault(1, ZSpaceTest::AllocationFault::Kind::Lasting);
+    const ZSpace::Testing::AllocationFault fault(1, ZSpace::Testing::AllocationFault::Kind::Lasting);
     EXPECT_THROW(target = field, std::bad_alloc);
     EXPECT_THROW(target += field, std::bad_alloc);
     EXPECT_TRUE(target.get(1));

@@ -33,7 +33,7 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
-using ZSpaceTest::allocationsMade;
+using ZSpace::Testing::allocationsMade;
 
 static_assert(sizeof(ZGUID) == 16 && alignof(ZGUID) == 4);
 static_assert(std::is_trivially_copyable_v<ZGUID>);
@@ -251,8 +251,8 @@ TEST(ZGUIDTest, TextTakesNoAllocationBeyondItsResult)
     EXPECT_EQ(countOf([] { return s_sample.toString(); }), 1);
     EXPECT_EQ(countOf([] { return ZGUID("{00112233-4455-6677-8899-aabbccddeeff}"); }), 0);
     EXPECT_EQ(countOf([] { return ZGUID(L"{00112233-4455-6677-8899-aabbccddeeff}"); }), 0);
-    EXPECT_EQ(ZSpaceTest::failEachAllocation([] { std::ignore = s_sample.toCString(); }), 1);
-    EXPECT_EQ(ZSpaceTest::failEachAllocation([] { std::ignore = s_sample.toString(); }), 1);
+    EXPECT_EQ(ZSpace::Testing::failEachAllocation([] { std::ignore = s_sample.toCString(); }), 1);
+    EXPECT_EQ(ZSpace::Testing::failEachAllocation([] { std::ignore = s_sample.toString(); }), 1);
 }
 
 TEST(ZGUIDTest, ParsesItsOwnTextInEveryForm)

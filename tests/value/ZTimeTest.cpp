@@ -25,9 +25,9 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using ZSpaceTest::allocationsMade;
-using ZSpaceTest::RandomTimes;
-using ZSpaceTest::utcSecondsOf;
+using ZSpace::Testing::allocationsMade;
+using ZSpace::Testing::RandomTimes;
+using ZSpace::Testing::utcSecondsOf;
 
 static_assert(sizeof(ZTime) == 10 && alignof(ZTime) == 2);
 static_assert(std::is_trivially_copyable_v<ZTime>);
@@ -444,8 +444,8 @@ TEST(ZTimeTest, WritesTextIntoAnArrayOfTheCaller)
 
 TEST(ZTimeTest, FailedAllocationOfATextPassesOn)
 {
-    EXPECT_EQ(ZSpaceTest::failEachAllocation([] { std::ignore = s_sample.toCStringEx(); }), 1);
-    EXPECT_EQ(ZSpaceTest::failEachAllocation([] { std::ignore = ZGStr<wchar_t>(s_sample); }), 1);
+    EXPECT_EQ(ZSpace::Testing::failEachAllocation([] { std::ignore = s_sample.toCStringEx(); }), 1);
+    EXPECT_EQ(ZSpace::Testing::failEachAllocation([] { std::ignore = ZGStr<wchar_t>(s_sample); }), 1);
 }
 
 // Parsing

@@ -13,10 +13,10 @@
 namespace ZSpace {
 namespace {
 
-using ZSpaceTest::RandomTimes;
-using ZSpaceTest::recordOf;
-using ZSpaceTest::TimeZone;
-using ZSpaceTest::utcSecondsOf;
+using ZSpace::Testing::RandomTimes;
+using ZSpace::Testing::recordOf;
+using ZSpace::Testing::TimeZone;
+using ZSpace::Testing::utcSecondsOf;
 
 class ZTimeZoneTest : public testing::TestWithParam<const char*> {
     const TimeZone m_zone{GetParam()};

@@ -19,10 +19,10 @@ namespace ZSpace {
 namespace {
 
 using testing::ElementsAre;
-using ZSpaceTest::AllocationFault;
-using ZSpaceTest::allocationsMade;
-using ZSpaceTest::blocksAlive;
-using ZSpaceTest::failEachAllocation;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::allocationsMade;
+using ZSpace::Testing::blocksAlive;
+using ZSpace::Testing::failEachAllocation;
 
 constexpr auto s_cell = std::in_place;
 

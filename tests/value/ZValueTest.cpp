@@ -69,7 +69,7 @@ TEST(ZValueTest, ExistsForEveryKindWithAValueType)
     expectHolds<const wchar_t*, 0x80000>(L"wide", "wide");
     expectHolds<ZGStr<char>, 0x100000>("text", "text");
     expectHolds<ZGStr<wchar_t>, 0x200000>(L"wide", "wide");
-    expectHolds<TZBinary<unsigned char>, 0x400000>(ZSpaceTest::ownedBytes({1, 0xAB}), "01ab");
+    expectHolds<TZBinary<unsigned char>, 0x400000>(ZSpace::Testing::ownedBytes({1, 0xAB}), "01ab");
     expectHolds<ZBITFIELD, 0x800000>(ZBITFIELD(3), "");
     expectHolds<ZTime, 0x1000000>(ZTime(2024, 3, 5, 7, 8, 9, 1), "2024-03-05T07:08:09");
     expectHolds<ZGUID, 0x2000000>(ZGUID(), "{00000000-0000-0000-0000-000000000000}");
@@ -137,7 +137,7 @@ TEST(ZValueTest, FailedChangeLeavesTheValueAsItWas)
 {
     Int number(5);
     {
-        const ZSpaceTest::AllocationFault fault(1);
+        const ZSpace::Testing::AllocationFault fault(1);
         EXPECT_THROW(number.Value(6), std::bad_alloc);
     }
     EXPECT_EQ(number.Value(), 5);
