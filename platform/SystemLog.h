@@ -15,7 +15,7 @@ inline constexpr int SystemLogNotice = 5;
 
 enum class CopyToStandardError : bool { No, Yes };
 
-/// Opens the system log with `ident` (copied; null counts as empty) in front of every message.
+/// Opens the system log with `ident` (copied; null is no name) in front of every message.
 SystemLogClient* openSystemLog(const char* ident, CopyToStandardError copy) noexcept;
 /// Makes a message template of the plain message type.
 SystemLogMessage* newSystemLogMessage() noexcept;

@@ -32,7 +32,7 @@ SystemLogClient* openSystemLog(const char* ident, CopyToStandardError copy) noex
 {
     const std::uint32_t options = copy == CopyToStandardError::Yes ? ASL_OPT_STDERR : 0;
     // The text goes where the facility goes: the sender's name stays that of the program.
-    return reinterpret_cast<SystemLogClient*>(asl_open(nullptr, ident ? ident : "", options));
+    return reinterpret_cast<SystemLogClient*>(asl_open(nullptr, ident, options));
 }
 
 SystemLogMessage* newSystemLogMessage() noexcept
