@@ -126,7 +126,7 @@ void CNSDisableFileLogging(void)
 
 bool CNSDbgLogEnabled(void)
 {
-    return debugLogEnabled == 1;
+    return debugLogEnabled;
 }
 
 void CLogV(const char* format, va_list arguments)
@@ -151,7 +151,7 @@ void CNSLog(const char* format, ...)
 
 void CNSDbgLog(const char* format, ...)
 {
-    if (!CNSDbgLogEnabled())
+    if (debugLogEnabled != 1)
         return;
     va_list arguments;
     va_start(arguments, format);
@@ -169,7 +169,7 @@ void OCNSLog(NSString* format, ...)
 
 void OCNSDbgLog(NSString* format, ...)
 {
-    if (!CNSDbgLogEnabled())
+    if (debugLogEnabled != 1)
         return;
     va_list arguments;
     va_start(arguments, format);

@@ -85,14 +85,14 @@ ZStrToken<char> linePrefix() noexcept
     return {prefix.text, prefix.length};
 }
 
-void LogLine::append(const TZValueBase<ZTypeId>& value) noexcept
+void LogLine::append(const ZLogRecord::Item& item) noexcept
 {
-    if (value.Type() == ZTypeId_cstring)
-        return append(ZStrToken<char>(*static_cast<const char* const*>(value.Content())));
-    if (value.Type() == ZTypeId_string)
-        return append(ZStrToken<char>(*static_cast<const ZGStr<char>*>(value.Content())));
+    if (item->Type() == ZTypeId_cstring)
+        return append(ZStrToken<char>(*static_cast<const char* const*>(item->Content())));
+    if (item->Type() == ZTypeId_string)
+        return append(ZStrToken<char>(*static_cast<const ZGStr<char>*>(item->Content())));
     m_printed.remove(0);
-    value.appendTo(m_printed);
+    item->appendTo(m_printed);
     append(ZStrToken<char>(m_printed));
 }
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "log/ZLogRecord.h"
 #include "string/ZMStr.h"
-#include "value/TZValue.h"
 
 #include <cstring>
 
@@ -39,9 +39,9 @@ public:
         m_length = end;
     }
     void append(char c) noexcept { append(ZStrToken<char>(&c, 1)); }
-    /// Appends the value's text. Texts go straight into the line, other kinds through a builder that the line
-    /// keeps.
-    void append(const TZValueBase<ZTypeId>& value) noexcept;
+    /// Appends the text of an item. Texts go straight into the line, other kinds through a builder that the
+    /// line keeps.
+    void append(const ZLogRecord::Item& item) noexcept;
 
     /// What was appended so far; until more is.
     [[nodiscard]] ZStrToken<char> text() const noexcept

@@ -6,8 +6,11 @@
 #include "string/ZMStr.h"
 
 #include <mutex>
+#include <utility>
 
 namespace ZSpace {
+
+using detail::LogList;
 
 namespace {
 
@@ -19,9 +22,9 @@ public:
         , m_thread(thread)
     {
     }
-    [[nodiscard]] bool holds(const ZLogLastError& error) const noexcept
+    [[nodiscard]] bool holds(const ZRef<ZLogLastError>& error) const noexcept
     {
-        return (m_op == 0 || error.op() == m_op) && (m_thread == pthread_t{} || error.thread() == m_thread);
+        return (m_op == 0 || error->op() == m_op) && (m_thread == pthread_t{} || error->thread() == m_thread);
     }
 
 private:
@@ -49,12 +52,12 @@ ZGStr<char> clearErrorMessage(int op)
 template <typename Predicate>
 ZLogBook::Errors selected(const ZLogBook::Errors& trail, Predicate isWanted)
 {
-    ZLogBook::Errors errors;
+    LogList<ZRef<ZLogLastError>> errors;
     for (const ZRef<ZLogLastError>& error : trail) {
-        if (isWanted(*error))
-            errors.add(error);
+        if (isWanted(error))
+            errors.append(error);
     }
-    return errors;
+    return ZLogBook::Errors(std::move(errors));
 }
 
 } // namespace
@@ -66,7 +69,7 @@ void ZLogBook::setLastError(int op, const char* caller, const char* callee, int 
     const ZRef<ZLogLastError> error(new ZLogLastError(op, caller, callee, result, text));
     {
         const std::lock_guard guard(m_lock);
-        m_trail.add(error);
+        m_trail.append(error);
     }
     add(create() << setErrorMessage(op, caller, callee, result, text));
 }
@@ -76,7 +79,7 @@ bool ZLogBook::getLastError(ZRef<ZLogLastError>& out, int op, pthread_t thread)
     const Selection selection(op, thread);
     const std::lock_guard guard(m_lock);
     for (long i = m_trail.Count() - 1; i >= 0; --i) {
-        if (selection.holds(*m_trail[i])) {
+        if (selection.holds(m_trail[i])) {
             out = m_trail[i];
             return true;
         }
@@ -87,13 +90,13 @@ bool ZLogBook::getLastError(ZRef<ZLogLastError>& out, int op, pthread_t thread)
 ZLogBook::Errors ZLogBook::getLastThreadErrors(pthread_t thread)
 {
     const std::lock_guard guard(m_lock);
-    return selected(m_trail, [=](const ZLogLastError& error) { return error.thread() == thread; });
+    return selected(m_trail, [=](const ZRef<ZLogLastError>& error) { return error->thread() == thread; });
 }
 
 ZLogBook::Errors ZLogBook::getLastOpErrors(int op)
 {
     const std::lock_guard guard(m_lock);
-    return selected(m_trail, [=](const ZLogLastError& error) { return error.op() == op; });
+    return selected(m_trail, [=](const ZRef<ZLogLastError>& error) { return error->op() == op; });
 }
 
 ZLogBook::Errors ZLogBook::getLastErrors()
@@ -115,7 +118,7 @@ void ZLogBook::clearLastError(int op, pthread_t thread)
     {
         const std::lock_guard guard(m_lock);
         for (long i = m_trail.Count() - 1; i >= 0; --i)
-            hasRemoved |= selection.holds(*m_trail[i]) && m_trail.il_removeAt(i);
+            hasRemoved |= selection.holds(m_trail[i]) && m_trail.il_removeAt(i);
     }
     if (hasRemoved)
         add(create() << clearErrorMessage(op));

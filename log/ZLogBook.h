@@ -6,6 +6,7 @@
 #include "core/ZList.h"
 #include "core/ZRef.h"
 #include "core/ZThreadLock.h"
+#include "log/LogList.h"
 #include "log/ZLogLastError.h"
 #include "log/ZLogRecord.h"
 #include "string/ZGStr.h"
@@ -25,7 +26,7 @@ namespace ZSpace {
 /// `thread` stand for any operation and any thread.
 ///
 /// The trail may be used from any thread; its lock is held only while the list is read or changed, never
-/// while a record is written. Allocation failures pass on, those inside the trail's list end the process.
+/// while a record is written. Allocation failures pass on.
 class ZLogBook {
 public:
     using Errors = ZList<ZRef<ZLogLastError>>;
@@ -78,7 +79,7 @@ protected:
 
 private:
     ZThreadLock_T<pthread_mutex_t> m_lock;
-    Errors m_trail; // oldest first
+    detail::LogList<ZRef<ZLogLastError>> m_trail; // oldest first
 };
 
 /// A book that throws records away. It still keeps last errors.

@@ -51,7 +51,7 @@ void ZLogBookFile::add(const ZLogRecord& record)
     line.append(detail::linePrefix());
     for (const ZLogRecord::Item& item : record) {
         line.append('\t');
-        line.append(*item);
+        line.append(item);
     }
     line.append('\n');
     write(line.text());

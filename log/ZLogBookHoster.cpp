@@ -16,7 +16,7 @@ ZLogBookHoster::ZLogBookHoster(ZLogBook* b1, ZLogBook* b2, ZLogBook* b3, ZLogBoo
         std::unique_ptr<ZLogBook>(b6), std::unique_ptr<ZLogBook>(b7), std::unique_ptr<ZLogBook>(b8)};
     for (std::unique_ptr<ZLogBook>& book : books) {
         if (book)
-            m_books.add(ZRef<ZLogBook>(book.release()));
+            m_books.append(ZRef<ZLogBook>(book.release()));
     }
 }
 

@@ -33,7 +33,7 @@ public:
     void clearLastError(int op, pthread_t thread) override;
 
 private:
-    ZList<ZRef<ZLogBook>> m_books;
+    detail::LogList<ZRef<ZLogBook>> m_books;
 };
 
 } // namespace ZSpace

@@ -4,17 +4,9 @@
 #include "log/ZLogRecord.h"
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 namespace ZSpace {
-
-void ZLogRecord::Items::append(Item&& item)
-{
-    auto element = std::make_unique<Item>(std::move(item));
-    il_makeRoom();
-    il_append(element.release());
-}
 
 ZLogRecord::ZLogRecord(const ZLogRecord& other)
 {

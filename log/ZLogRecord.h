@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "core/ZList.h"
 #include "core/ZRef.h"
+#include "log/LogList.h"
 #include "string/ZGStr.h"
 #include "string/ZMStr.h"
 #include "value/TZValue.h"
@@ -96,15 +96,9 @@ public:
     ZLogRecord& operator<<(const ZStrToken<wchar_t>& text) { return add(ZGStr<wchar_t>(text)); }
 
 private:
-    /// A list whose appending passes the want of memory on instead of ending the process.
-    class Items : public ZList<Item> {
-    public:
-        void append(Item&& item);
-    };
-
     ZLogRecord& append(Item&& item);
 
-    Items m_items;
+    detail::LogList<Item> m_items;
 };
 
 } // namespace ZSpace

@@ -20,7 +20,7 @@ void echo(const ZLogRecord& record)
     line.append(' ');
     for (const ZLogRecord::Item& item : record) {
         const long before = line.text().Length();
-        line.append(*item);
+        line.append(item);
         if (line.text().Length() > before)
             line.append('\t');
     }

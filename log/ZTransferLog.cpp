@@ -3,7 +3,9 @@
 
 #include "log/ZTransferLog.h"
 
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace ZSpace {
 
@@ -13,24 +15,27 @@ ZTransferLog::~ZTransferLog() = default;
 
 namespace {
 
-/// The process's transfer log: made on first use, and never destroyed, since another thread may still be
-/// looking at it when it is turned off.
-ZTransferLog& onlyLog()
+/// A transfer log that stays for the life of the process, since another thread may still be looking at it
+/// when it is turned off. The list keeps those that were turned off in sight of whoever looks for leaks.
+ZTransferLog& newLog()
 {
-    static auto* const log = new ZTransferLog;
-    return *log;
+    static auto& logs = *new std::vector<std::unique_ptr<ZTransferLog>>;
+    return *logs.emplace_back(std::make_unique<ZTransferLog>());
 }
 
 } // namespace
 
 void ZTransferLog::useLogBook(ZRef<ZLogBook> book)
 {
-    if (book) {
-        ZTransferLog& log = theLog ? *theLog : onlyLog();
+    if (!book) {
+        if (theLog)
+            std::exchange(theLog, nullptr)->detachLogBook();
+    } else if (theLog) {
+        theLog->attachLogBook(std::move(book));
+    } else {
+        ZTransferLog& log = newLog();
         log.attachLogBook(std::move(book));
         theLog = &log;
-    } else if (theLog) {
-        std::exchange(theLog, nullptr)->detachLogBook();
     }
 }
 

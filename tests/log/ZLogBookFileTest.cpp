@@ -476,9 +476,13 @@ TEST(ZLogBookFileEntry, IsStampedWithTheTime)
 
 TEST(ZLogBookFileDeathTest, AnItemThatHoldsNothingEndsTheProcess)
 {
-    const Outcome outcome = runInChild([] {
-        const ZRef<TZValueBase<ZTypeId>> nothing;
-        return nothing->toCString().isEmpty() ? 1 : 2;
+    const TemporaryFolder folder;
+    ZLogRecord record;
+    record << 1;
+    const_cast<ZLogRecord::Item&>(*record.begin()) = nullptr;
+    const Outcome outcome = runInChild([&] {
+        ZLogBookFile(ZGStr<wchar_t>((folder.path() / "file").c_str())).add(record);
+        return 1;
     });
     EXPECT_EQ(outcome.status, SIGABRT);
     EXPECT_EQ(outcome.standardOutput, "this->m_ptValue - File: ZTypeRef - Line: 534\n");

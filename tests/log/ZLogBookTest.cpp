@@ -7,10 +7,13 @@
 
 #include "log/ZLogBookHoster.h"
 #include "tests/log/RecordingBook.h"
+#include "tests/support/AllocationFaults.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <new>
 #include <pthread.h>
 #include <string>
 #include <thread>
@@ -320,6 +323,50 @@ TEST(ZLogBookHoster, DestroysItsBooks)
         EXPECT_EQ(living, 4);
     }
     EXPECT_EQ(living, 0);
+}
+
+// Exhausted memory
+
+TEST(ZLogBook, WantOfMemoryForAListOfErrorsPassesOn)
+{
+    ZLogBookDummy book;
+    for (int op : {1, 2, 1, 1})
+        book.setLastError(op, "a", "b", op, nullptr);
+    EXPECT_GT(failEachAllocation([&] { EXPECT_EQ(book.getLastOpErrors(1).Count(), 3); }), 3);
+    EXPECT_GT(failEachAllocation([&] { EXPECT_EQ(book.getLastThreadErrors(pthread_self()).Count(), 4); }), 4);
+    EXPECT_GT(failEachAllocation([&] { EXPECT_EQ(book.getLastErrors().Count(), 4); }), 4);
+}
+
+TEST(ZLogBook, AnErrorForWhichThereIsNoMemoryIsNotInTheTrail)
+{
+    ZLogBookDummy book;
+    for (long nth = 1;; ++nth) {
+        const AllocationFault fault(nth);
+        try {
+            book.setLastError(1, "a", "b", 2, nullptr);
+        } catch (const std::bad_alloc&) {
+            if (book.hasLastError(1, s_anyThread))
+                return; // from here on it is the record that finds no memory
+            continue;
+        }
+        FAIL() << "no allocation failed";
+    }
+}
+
+TEST(ZLogBookHoster, WantOfMemoryDestroysEveryBook)
+{
+    class Both : public ZLogBookHoster {
+    public:
+        using ZLogBookHoster::ZLogBookHoster;
+        bool getSessionTransferLog(ZGStr<wchar_t>&) override { return false; }
+    };
+    const auto dummy = [] { return std::make_unique<ZLogBookDummy>(); };
+    EXPECT_GT(failEachAllocation([&] {
+        auto first = dummy();
+        auto second = dummy();
+        const Both both(first.release(), second.release());
+    }),
+        7);
 }
 
 } // namespace

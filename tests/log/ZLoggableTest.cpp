@@ -237,6 +237,31 @@ TEST_F(TransferLog, AnEmptyReferenceTurnsItOff)
     EXPECT_EQ(theLog, nullptr);
 }
 
+TEST_F(TransferLog, IsMadeAnewEachTimeItIsTurnedOn)
+{
+    const ZRef<ZLogBook> book(new RecordingBook);
+    ZTransferLog::useLogBook(book);
+    ZTransferLog* const first = theLog;
+    ZTransferLog::useLogBook(ZRef<ZLogBook>());
+    first->addLogRecord(ZLogRecord() << "late"); // it stays, without a book
+    ZTransferLog::useLogBook(book);
+    EXPECT_NE(theLog, first);
+    first->addLogRecord(ZLogRecord() << "later");
+    EXPECT_THAT(static_cast<const RecordingBook&>(*book).records(), IsEmpty());
+}
+
+TEST_F(TransferLog, MayBeTurnedOffWhileABookIsAttached)
+{
+    class ShortLived : public ZTransferLog {
+    public:
+        void onLogBookAttached(ZRef<ZLogBook>) override { useLogBook(ZRef<ZLogBook>()); }
+    } log;
+    theLog = &log;
+    ZTransferLog::useLogBook(ZRef<ZLogBook>(new RecordingBook));
+    EXPECT_EQ(theLog, nullptr);
+    EXPECT_FALSE(ZTransferLog::log("x"));
+}
+
 TEST_F(TransferLog, AnInactiveBookTakesNoLineAndStays)
 {
     auto* const book = new RecordingBook;
@@ -276,6 +301,20 @@ TEST(TransferLogDeathTest, WithoutABookTheActivityCheckEndsTheProcess)
     EXPECT_FALSE(outcome.hasExited);
     EXPECT_EQ(outcome.status, SIGABRT);
     EXPECT_EQ(outcome.standardOutput, "this->m_ptValue - File: ZTypeRef - Line: 534\n");
+}
+
+TEST(LoggableDeathTest, EchoingAnItemThatHoldsNothingEndsTheProcess)
+{
+    ZLogRecord record;
+    record << 1;
+    const_cast<ZLogRecord::Item&>(*record.begin()) = nullptr;
+    const Outcome outcome = runInChild([&] {
+        debugLogEnabled = 1;
+        Logger().addLogRecord(record);
+        return 1;
+    });
+    EXPECT_EQ(outcome.status, SIGABRT);
+    EXPECT_THAT(outcome.standardOutput, testing::EndsWith("this->m_ptValue - File: ZTypeRef - Line: 534\n"));
 }
 
 } // namespace
