@@ -136,7 +136,7 @@ ZGStr<char> ZSysInfoPaths::getTempFolderA()
 
 void ZSysInfoPaths::setUserLogDirW(const wchar_t* dir)
 {
-    customLogDirW.clear();
+    customLogDirW.remove(0); // cut, not freed: `dir` may be this very text
     ZGStr<wchar_t> folder(dir);
     if (folder.isEmpty())
         return;

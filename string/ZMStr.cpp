@@ -192,7 +192,8 @@ template <typename T>
 ZMStr<T>& ZMStr<T>::appendPadded(detail::Decimal number, long width, bool emptyIfZero) noexcept
 {
     const long digits = emptyIfZero && number.magnitude == 0 ? 0 : number.length();
-    append(T('0'), width - digits);
+    if (width > digits)
+        append(T('0'), width - digits);
     return this->appendDecimal(number, emptyIfZero);
 }
 
@@ -255,7 +256,8 @@ long ZMStr<T>::fill(T c, long newLength, long at) noexcept
     if (newLength <= m_length)
         return 0;
     const long n = newLength - m_length;
-    const long position = detail::clampedPosition(at < 0 ? at + m_length + 1 : at, m_length);
+    // One more than elsewhere, so that -1 is the end; what lies before the beginning is the beginning.
+    const long position = at < 0 ? std::max(at + m_length + 1, 0L) : std::min(at, m_length);
     std::optional<long> room;
     if (m_capacity <= newLength)
         room = grownCapacity(n) + 1;

@@ -9,6 +9,7 @@
 #include "string/detail/StrReader.h"
 #include "string/detail/StrWriter.h"
 
+#include <climits>
 #include <compare>
 #include <concepts>
 #include <utility>
@@ -272,10 +273,11 @@ public:
     // Searching
 
     using Reader::count, Reader::indexOf, Reader::lastIndexOf, Reader::s_verify;
-    [[nodiscard]] static long indexOf(const T* text, long length, T c, long from) noexcept;
-    [[nodiscard]] static long indexOf(const T* text, long length, Token what, long from) noexcept;
-    [[nodiscard]] static long lastIndexOf(const T* text, long length, T c, long from) noexcept;
-    [[nodiscard]] static long lastIndexOf(const T* text, long length, Token what, long from) noexcept;
+    [[nodiscard]] static long indexOf(const T* text, long length, T c, long from = 0) noexcept;
+    [[nodiscard]] static long indexOf(const T* text, long length, Token what, long from = 0) noexcept;
+    [[nodiscard]] static long lastIndexOf(const T* text, long length, T c, long from = LONG_MAX) noexcept;
+    [[nodiscard]] static long lastIndexOf(
+        const T* text, long length, Token what, long from = LONG_MAX) noexcept;
     [[nodiscard]] static long count(const T* text, long length, T c) noexcept;
     [[nodiscard]] static long count(const T* text, long length, Token what) noexcept;
     [[nodiscard]] static long s_verify(const T* text, long length, const T& c, long from) noexcept;
@@ -327,8 +329,8 @@ public:
     /// As `replace`.
     /// @return how many occurrences were replaced.
     long replaceEx(Token what, Token with, long max = -1);
-    static T* replace(
-        const T* text, long length, const T* what, long whatLength, const T* with, long withLength, long max);
+    static T* replace(const T* text, long length, const T* what, long whatLength, const T* with,
+        long withLength, long max = -1);
 
     // Splitting
 
@@ -337,8 +339,8 @@ public:
     Pieces split(T separator, long max = -1) const; // NOLINT(modernize-use-nodiscard)
     Pieces split(Token separator, long max = -1) const; // NOLINT(modernize-use-nodiscard)
     static Pieces split(const T* text, const T* separator, long max);
-    static Pieces split(const T* text, long length, T separator, long max);
-    static Pieces split(const T* text, long length, Token separator, long max);
+    static Pieces split(const T* text, long length, T separator, long max = -1);
+    static Pieces split(const T* text, long length, Token separator, long max = -1);
     /// The same in place: writes zeros over the separators and stores at most `capacity` pointers to pieces.
     /// @return the number of pieces.
     static long splitTo(T** pieces, long capacity, T* text, const T* separator) noexcept;

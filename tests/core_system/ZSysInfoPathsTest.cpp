@@ -17,6 +17,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace ZSpace {
+extern ZGStr<wchar_t> customLogDirW; // the folder that was set
+}
+
 namespace ZSpace::Testing {
 namespace {
 
@@ -161,6 +165,13 @@ TEST_F(LogFolder, EmptyTextsGoBackToTheDefault)
         ZSysInfoPaths::setUserLogDirW(nothing);
         EXPECT_EQ(current(), usual);
     }
+}
+
+TEST_F(LogFolder, ItsOwnTextIsEmptiedBeforeItIsRead)
+{
+    ZSysInfoPaths::setUserLogDirW(widened(m_folder.path() / "logs").c_str());
+    ZSysInfoPaths::setUserLogDirW(customLogDirW);
+    EXPECT_EQ(current(), (m_folder.path() / "CdLogs").string() + "/");
 }
 
 TEST_F(LogFolder, AFolderThatCannotBeMadeIsUsedAsItIs)

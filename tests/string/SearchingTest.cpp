@@ -225,6 +225,10 @@ TYPED_TEST(SearchingStatics, TheyLookAtTheGivenLengthOnly)
     const T* text = lit<T>("abcabc");
     EXPECT_EQ(S::indexOf(text, 6, T('c'), 0), 2);
     EXPECT_EQ(S::indexOf(text, 2, T('c'), 0), -1);
+    EXPECT_EQ(S::indexOf(text, 6, T('c')), 2);
+    EXPECT_EQ(S::indexOf(text, 6, lit<T>("ca")), 2);
+    EXPECT_EQ(S::lastIndexOf(text, 6, T('c')), S::lastIndexOf(text, 6, T('c'), 5));
+    EXPECT_EQ(S::lastIndexOf(text, 6, lit<T>("ab")), 3);
     EXPECT_EQ(S::indexOf(text, 6, lit<T>("ca"), 0), 2);
     EXPECT_EQ(S::indexOf(text, 3, lit<T>("ca"), 0), -1);
     EXPECT_EQ(S::lastIndexOf(text, 5, T('c'), 9), 2);

@@ -419,6 +419,9 @@ TYPED_TEST(ZMStrTest, AFlagBesideANumberIsNoWidth)
 TYPED_TEST(ZMStrTest, PaddingAndDigitsGrowOneAfterTheOther)
 {
     ZMStr<TypeParam> builder;
+    builder.appendValueOf(7, LONG_MIN);
+    EXPECT_EQ(str(builder), "7");
+    builder.remove(0);
     builder.appendValueOf(7, 3);
     EXPECT_EQ(builder.Capacity(), (0 + 2 + 0 + 1) + 1 + 1 + 1); // two zeros, then a digit
 }
@@ -535,7 +538,10 @@ TYPED_TEST(ZMStrTest, FillingAddsWhatIsMissing)
     EXPECT_EQ(filled(5, -1), "ab... 3");
     EXPECT_EQ(filled(5, -2), "a...b 3");
     EXPECT_EQ(filled(5, -3), "...ab 3");
+    EXPECT_EQ(filled(5, -4), "...ab 3"); // before the beginning: not counted from the end once more
+    EXPECT_EQ(filled(5, -5), "...ab 3");
     EXPECT_EQ(filled(5, -9), "...ab 3");
+    EXPECT_EQ(filled(5, LONG_MIN), "...ab 3");
     EXPECT_EQ(filled(2, 0), "ab 0");
     EXPECT_EQ(filled(1, 0), "ab 0");
     EXPECT_EQ(filled(-1, 0), "ab 0");
