@@ -4,9 +4,11 @@
 // Removes the installed remote-support service: starts the service's own installer in its uninstall mode,
 // logs what was done, and ends at once with status 0, whatever happened.
 
-#include "app/LogFrontEnd.h"
-#include "platform/Foundation.h"
-#include "platform/Process.h"
+#include "ZSpace/log/LogFrontEnd.h"
+#include "ZSpace/platform/Foundation.h"
+#include "ZSpace/platform/Process.h"
+
+namespace NS = ZSpace::NS;
 
 namespace {
 

@@ -3,12 +3,12 @@
 
 // The ground floor beside its counterparts of the standard library, in the same run.
 
-#include "core/ZArray.h"
-#include "core/ZDelegate.h"
-#include "core/ZList.h"
-#include "core/ZMap.h"
-#include "core/ZRef.h"
-#include "core/ZThreadLock.h"
+#include "ZSpace/core/ZArray.h"
+#include "ZSpace/core/ZDelegate.h"
+#include "ZSpace/core/ZList.h"
+#include "ZSpace/core/ZMap.h"
+#include "ZSpace/core/ZRef.h"
+#include "ZSpace/core/ZThreadLock.h"
 
 #include <benchmark/benchmark.h>
 

@@ -7,10 +7,10 @@
 // Each benchmark takes the length of the text and the kind of file system: 0 for the temporary folder, 1 for
 // the shared memory file system. Compare ratios within one run.
 
-#include "app/LogFrontEnd.h"
-#include "core/ZSysInfoPaths.h"
-#include "log/ZLogBookFile.h"
-#include "log/ZTransferLog.h"
+#include "ZSpace/log/LogFrontEnd.h"
+#include "ZSpace/log/ZLogBookFile.h"
+#include "ZSpace/log/ZTransferLog.h"
+#include "ZSpace/system/ZSysInfoPaths.h"
 
 #include <benchmark/benchmark.h>
 

@@ -4,8 +4,8 @@
 // Streams and the toolbox for files beside the same work done bare (the C library, system calls) and by the
 // standard library, in the same run. Files lie in a folder of their own below TMPDIR.
 
-#include "stream/TZSysFile.h"
-#include "stream/ZIOGFile.h"
+#include "ZSpace/stream/ZIOGFile.h"
+#include "ZSpace/system/TZSysFile.h"
 
 #include <benchmark/benchmark.h>
 

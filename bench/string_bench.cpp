@@ -3,7 +3,7 @@
 
 // The strings beside the standard library, {fmt} and Abseil, in the same run.
 
-#include "string/ZMStr.h"
+#include "ZSpace/string/ZMStr.h"
 
 #include <benchmark/benchmark.h>
 

@@ -3,9 +3,9 @@
 
 // Times, identifiers and values, each beside the usual ways to do the same.
 
-#include "value/TZValue.h"
-#include "value/ZGUID.h"
-#include "value/ZTime.h"
+#include "ZSpace/value/TZValue.h"
+#include "ZSpace/value/ZGUID.h"
+#include "ZSpace/value/ZTime.h"
 
 #include <benchmark/benchmark.h>
 

@@ -10,7 +10,7 @@ set(ZSPACE_CMAKE_FOLDER "${CMAKE_INSTALL_LIBDIR}/cmake/ZSpace")
 
 install(TARGETS CdkRSUninstaller)
 install(TARGETS zspace EXPORT ZSpaceTargets
-    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zspace")
+    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 install(EXPORT ZSpaceTargets NAMESPACE ZSpace:: DESTINATION "${ZSPACE_CMAKE_FOLDER}")
 
 configure_package_config_file(cmake/ZSpaceConfig.cmake.in "${PROJECT_BINARY_DIR}/ZSpaceConfig.cmake"

@@ -1,20 +1,20 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 
-# Which side of `platform/` is built: "posix" brings its own strings, lists and tasks; "foundation" stands on
+# Which side of `platform/` is built: "portable" brings its own strings, lists and tasks; "foundation" stands on
 # Foundation, which is Apple's on macOS and GNUstep's elsewhere.
 if(APPLE)
     set(default_platform foundation)
 else()
-    set(default_platform posix)
+    set(default_platform portable)
 endif()
-set(ZSPACE_PLATFORM ${default_platform} CACHE STRING "Side of platform/ to build: posix or foundation")
-set_property(CACHE ZSPACE_PLATFORM PROPERTY STRINGS posix foundation)
-if(NOT ZSPACE_PLATFORM MATCHES "^(posix|foundation)$")
-    message(FATAL_ERROR "ZSPACE_PLATFORM is \"${ZSPACE_PLATFORM}\"; expected posix or foundation")
+set(ZSPACE_PLATFORM ${default_platform} CACHE STRING "Side of platform/ to build: portable or foundation")
+set_property(CACHE ZSPACE_PLATFORM PROPERTY STRINGS portable foundation)
+if(NOT ZSPACE_PLATFORM MATCHES "^(portable|foundation)$")
+    message(FATAL_ERROR "ZSPACE_PLATFORM is \"${ZSPACE_PLATFORM}\"; expected portable or foundation")
 endif()
-if(APPLE AND ZSPACE_PLATFORM STREQUAL posix)
-    message(FATAL_ERROR "ZSPACE_PLATFORM=posix is for hosts without Foundation; macOS has its own")
+if(APPLE AND ZSPACE_PLATFORM STREQUAL portable)
+    message(FATAL_ERROR "ZSPACE_PLATFORM=portable is for hosts without Foundation; macOS has its own")
 endif()
 
 # zspace_foundation: what the files on Foundation are compiled with, and what they are linked to.

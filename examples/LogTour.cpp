@@ -6,7 +6,7 @@
 // default
 // "./log-tour", and prints what it does.
 
-#include "ZSpace.h"
+#include "ZSpace/ZSpace.h"
 
 #include <cstdio>
 #include <future>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "string/ZGStr.h"
+#include "ZSpace/string/ZMStr.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -4,8 +4,8 @@
 // A conversion put together from the input, with any flags, width, precision and length, in the plain form
 // and in the one with positions: it must print what the C library prints.
 
+#include "ZSpace/platform/Foundation.h"
 #include "fuzz/FuzzText.h"
-#include "platform/Foundation.h"
 
 #include <array>
 #include <cstdarg>

@@ -4,7 +4,7 @@
 // Parses any text as an identifier, as a token without a terminator. The result is that of a plain reading of
 // the format, prints as a text that parses to the same identifier, and is the same for wide text.
 
-#include "value/ZGUID.h"
+#include "ZSpace/value/ZGUID.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -5,7 +5,7 @@
 // and unpacks, and is the same for wide text. A plain reading of the format decides whether the text is a
 // time at all.
 
-#include "value/ZTime.h"
+#include "ZSpace/value/ZTime.h"
 
 #include <cstddef>
 #include <cstdint>

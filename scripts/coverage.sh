@@ -11,7 +11,7 @@ cd "$(dirname "$0")/.."
 require_packages $build_packages libgtest-dev libgmock-dev gcovr
 build coverage
 ctest --preset coverage >/dev/null || echo "Some tests failed: see ./scripts/test.sh coverage"
-for folder in platform core string value stream log app; do
+for folder in ZSpace/platform ZSpace/core ZSpace/string ZSpace/value ZSpace/object ZSpace/stream ZSpace/system ZSpace/log app; do
     echo "== $folder"
     gcovr --root . --filter "$folder/" build/coverage | sed -n '/^[a-z].*%/p; /^TOTAL/p'
 done

@@ -14,7 +14,7 @@ git ls-files '*.h' '*.cpp' '*.mm' | xargs clang-format --dry-run -Werror
 cmake --preset clang >/dev/null
 if [ $# -eq 0 ]; then
     # shellcheck disable=SC2046 # one word per file
-    set -- $(git ls-files 'app/*.cpp' 'core/*.cpp' 'log/*.cpp' 'platform/posix/*.cpp' 'stream/*.cpp' 'string/*.cpp' 'value/*.cpp')
+    set -- $(git ls-files 'app/*.cpp' 'ZSpace/*.cpp' ':!ZSpace/platform/darwin' ':!ZSpace/platform/foundation')
 fi
 printf '%s\n' "$@" | xargs -n 1 -P 2 clang-tidy -p build/clang --quiet
 echo "Format and lint are clean."

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "core/ZExceptionHandler.h"
-#include "core/z_dbg.h"
+#include "ZSpace/core/ZExceptionHandler.h"
+#include "ZSpace/core/z_dbg.h"
 
 namespace {
 

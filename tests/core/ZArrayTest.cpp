@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "core/ZArray.h"
+#include "ZSpace/core/ZArray.h"
 
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/Probes.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "core/ZExceptionHandler.h"
+#include "ZSpace/core/ZExceptionHandler.h"
 
 #include <gtest/gtest.h>
 

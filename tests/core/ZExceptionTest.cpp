@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "core/ZException.h"
+#include "ZSpace/core/ZException.h"
 
 #include "tests/support/Probes.h"
 

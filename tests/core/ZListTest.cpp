@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "core/ZList.h"
+#include "ZSpace/core/ZList.h"
 
-#include "core/ZRef.h"
+#include "ZSpace/core/ZRef.h"
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/Probes.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "core/ZMemory.h"
+#include "ZSpace/core/ZMemory.h"
 
 #include "tests/support/Probes.h"
 

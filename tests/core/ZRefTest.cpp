@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "core/ZRef.h"
+#include "ZSpace/core/ZRef.h"
 
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/DeathTests.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "core/ZReference.h"
+#include "ZSpace/core/ZReference.h"
 
 #include "tests/support/DeathTests.h"
 #include "tests/support/Probes.h"

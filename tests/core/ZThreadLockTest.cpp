@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "core/ZThreadLock.h"
+#include "ZSpace/core/ZThreadLock.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "log/ZLogBook.h"
+#include "ZSpace/log/ZLogBook.h"
 
 #include <mutex>
 #include <string>

@@ -3,11 +3,11 @@
 
 // The report file: its bytes, its sessions, many threads and processes, full disks and kills.
 
-#include "log/ZLogBookFile.h"
+#include "ZSpace/log/ZLogBookFile.h"
 
-#include "core/ZException.h"
-#include "log/ZTransferLog.h"
-#include "platform/ThreadNumber.h"
+#include "ZSpace/core/ZException.h"
+#include "ZSpace/log/ZTransferLog.h"
+#include "ZSpace/platform/ThreadNumber.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 

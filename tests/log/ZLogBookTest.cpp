@@ -3,9 +3,9 @@
 
 // The trail of last errors, the dummy book and the hoster.
 
-#include "log/ZLogBook.h"
+#include "ZSpace/log/ZLogBook.h"
 
-#include "log/ZLogBookHoster.h"
+#include "ZSpace/log/ZLogBookHoster.h"
 #include "tests/log/RecordingBook.h"
 #include "tests/support/AllocationFaults.h"
 

@@ -3,7 +3,7 @@
 
 // Entries of the trail and their text.
 
-#include "log/ZLogLastError.h"
+#include "ZSpace/log/ZLogLastError.h"
 
 #include <gtest/gtest.h>
 

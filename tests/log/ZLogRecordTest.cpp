@@ -3,7 +3,7 @@
 
 // Records: what each value becomes, order, clamping and sharing.
 
-#include "log/ZLogRecord.h"
+#include "ZSpace/log/ZLogRecord.h"
 
 #include "tests/support/AllocationFaults.h"
 

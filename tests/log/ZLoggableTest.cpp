@@ -3,11 +3,11 @@
 
 // Objects that log, and the transfer log.
 
-#include "log/ZLoggable.h"
+#include "ZSpace/log/ZLoggable.h"
 
-#include "log/DebugLog.h"
-#include "log/ZTransferLog.h"
-#include "platform/ThreadNumber.h"
+#include "ZSpace/log/ZTransferLog.h"
+#include "ZSpace/log/detail/DebugLog.h"
+#include "ZSpace/platform/ThreadNumber.h"
 #include "tests/log/RecordingBook.h"
 #include "tests/support/ChildProcess.h"
 

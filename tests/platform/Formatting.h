@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/Foundation.h"
+#include "ZSpace/platform/Foundation.h"
 
 #include <gtest/gtest.h>
 

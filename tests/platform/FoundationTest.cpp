@@ -3,7 +3,7 @@
 
 // Strings, lists and exceptions behind the handles.
 
-#include "platform/Foundation.h"
+#include "ZSpace/platform/Foundation.h"
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Host.h"
@@ -189,7 +189,7 @@ std::string consoleOf(const std::function<void()>& work)
 
 TEST(Console, WritesDateProgramProcessThreadAndText)
 {
-    EXPECT_THAT(consoleOf([] { NSLog(NS::String("%@ %d").native(), NS::String("x").native(), 5); }),
+    EXPECT_THAT(consoleOf([] { NS::log(NS::String("%@ %d").native(), NS::String("x").native(), 5); }),
         MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} "
                      "platform_tests\\[[0-9]+:[0-9]+\\] x 5\n"));
 }
@@ -198,7 +198,7 @@ TEST(Console, NamesItsOwnProcessAndThread)
 {
     const std::string line = consoleOf([] {
         std::fprintf(stderr, "%d\n", static_cast<int>(getpid()));
-        NSLog(NS::String("x").native());
+        NS::log(NS::String("x").native());
     });
     const std::string pid = line.substr(0, line.find('\n'));
     EXPECT_THAT(line, HasSubstr("[" + pid + ":" + pid + "] x")); // the first thread has the process's number
@@ -206,9 +206,9 @@ TEST(Console, NamesItsOwnProcessAndThread)
 
 TEST(Console, AddsNoSecondLineFeed)
 {
-    EXPECT_THAT(consoleOf([] { NSLog(NS::String("a\n").native()); }), EndsWith("] a\n"));
-    EXPECT_THAT(consoleOf([] { NSLog(NS::String("a\n\n").native()); }), EndsWith("] a\n\n"));
-    EXPECT_THAT(consoleOf([] { NSLog(NS::String("").native()); }), EndsWith("] \n"));
+    EXPECT_THAT(consoleOf([] { NS::log(NS::String("a\n").native()); }), EndsWith("] a\n"));
+    EXPECT_THAT(consoleOf([] { NS::log(NS::String("a\n\n").native()); }), EndsWith("] a\n\n"));
+    EXPECT_THAT(consoleOf([] { NS::log(NS::String("").native()); }), EndsWith("] \n"));
 }
 
 } // namespace

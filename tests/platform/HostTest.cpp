@@ -3,9 +3,9 @@
 
 // Thread numbers, the program's path, the debugger test and the shielding of the standard streams.
 
-#include "platform/Debugger.h"
-#include "platform/Process.h"
-#include "platform/ThreadNumber.h"
+#include "ZSpace/platform/Debugger.h"
+#include "ZSpace/platform/Process.h"
+#include "ZSpace/platform/ThreadNumber.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Kernel.h"
 #include "tests/support/TemporaryFolder.h"

@@ -3,7 +3,7 @@
 
 // Who owns Foundation's objects, and how its exceptions become C++ ones.
 
-#include "platform/foundation/RaisingFoundation.h"
+#include "ZSpace/platform/foundation/RaisingFoundation.h"
 #include "tests/platform/Catching.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 
 // Tasks: what a child gets, and what a start that fails says.
 
-#include "platform/Foundation.h"
+#include "ZSpace/platform/Foundation.h"
 #include "tests/platform/Launching.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Host.h"

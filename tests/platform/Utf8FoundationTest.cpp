@@ -3,9 +3,9 @@
 
 // The repair of text that is no UTF-8.
 
-#include "platform/foundation/Utf8Foundation.h"
+#include "ZSpace/platform/foundation/Utf8Foundation.h"
 
-#include "platform/Foundation.h"
+#include "ZSpace/platform/Foundation.h"
 
 #include <gtest/gtest.h>
 

@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "stream/ZIOGFile.h"
+#include "ZSpace/stream/ZIOGFile.h"
 
-#include "tests/stream/FileFields.h"
-#include "tests/stream/StreamTests.h"
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Descriptors.h"
+#include "tests/support/FileFields.h"
 #include "tests/support/ReadFaults.h"
 #include "tests/support/Slots.h"
+#include "tests/support/StreamTests.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

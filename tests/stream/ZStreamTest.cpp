@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "stream/ZStream.h"
+#include "ZSpace/stream/ZStream.h"
 
 #include "tests/support/Slots.h"
 

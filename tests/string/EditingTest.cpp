@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "string/ZMStr.h"
+#include "ZSpace/string/ZMStr.h"
 #include "tests/string/StringTestSupport.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include "string/ZGStr.h"
+#include "ZSpace/string/ZGStr.h"
+#include "ZSpace/string/ZMStr.h"
 
 #include <gtest/gtest.h>
 

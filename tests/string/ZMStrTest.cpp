@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "string/ZMStr.h"
+#include "ZSpace/string/ZMStr.h"
 
-#include "core/ZException.h"
+#include "ZSpace/core/ZException.h"
 #include "tests/string/StringTestSupport.h"
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/Probes.h"

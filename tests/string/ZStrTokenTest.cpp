@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "string/ZStrToken.h"
+#include "ZSpace/string/ZStrToken.h"
 
-#include "core/ZException.h"
+#include "ZSpace/core/ZException.h"
+#include "ZSpace/string/ZMStr.h"
 #include "tests/string/StringTestSupport.h"
 #include "tests/support/AllocationFaults.h"
 

@@ -4,7 +4,7 @@
 // Every test of a program that has this file among its sources runs in a pool of its own, as every entry of a
 // program does.
 
-#include "platform/Foundation.h"
+#include "ZSpace/platform/Foundation.h"
 
 #include <gtest/gtest.h>
 

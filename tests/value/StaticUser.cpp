@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "core/ZAppContext.h"
-#include "core/ZObject.h"
-#include "value/ZValue.h"
-#include "value/ZValueArray.h"
+#include "ZSpace/object/ZObject.h"
+#include "ZSpace/system/ZAppContext.h"
+#include "ZSpace/value/ZValue.h"
+#include "ZSpace/value/ZValueArray.h"
 
 #include <cstdio>
 #include <cstdlib>

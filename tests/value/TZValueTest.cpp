@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "value/TZValue.h"
+#include "ZSpace/value/TZValue.h"
 
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/Probes.h"

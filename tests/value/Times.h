@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "value/ZTime.h"
+#include "ZSpace/value/ZTime.h"
 
 #include <gtest/gtest.h>
 

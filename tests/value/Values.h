@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "core/ZObject.h"
-#include "value/ZValueArray.h"
+#include "ZSpace/object/ZObject.h"
+#include "ZSpace/value/ZValueArray.h"
 
 #include <functional>
 #include <memory>

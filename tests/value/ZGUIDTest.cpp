@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "value/ZGUID.h"
+#include "ZSpace/value/ZGUID.h"
 
 #include "tests/support/AllocationFaults.h"
 

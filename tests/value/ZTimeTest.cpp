@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "value/ZTime.h"
+#include "ZSpace/value/ZTime.h"
 
 #include "tests/support/AllocationFaults.h"
 #include "tests/value/Times.h"

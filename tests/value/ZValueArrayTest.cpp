@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "value/ZValueArray.h"
+#include "ZSpace/value/ZValueArray.h"
 
-#include "core/ZException.h"
+#include "ZSpace/core/ZException.h"
 #include "tests/support/AllocationFaults.h"
 #include "tests/value/Values.h"
 

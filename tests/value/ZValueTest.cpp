@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "value/ZValue.h"
+#include "ZSpace/value/ZValue.h"
 
 #include "tests/support/AllocationFaults.h"
 #include "tests/value/Values.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "ZSpace.h"
+#include "ZSpace/ZSpace.h"
 
 #include <cstdio>
 

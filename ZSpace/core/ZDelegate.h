@@ -1,0 +1,178 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ZSpace/core/ZRef.h"
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+namespace ZSpace {
+
+/// What all delegates have in common, whatever they are called with.
+template <typename T>
+class ZDelegable_T {
+public:
+    // The order of the virtual operations is part of the interface, here and in `TZDelegate`.
+
+    /// The number of arguments that a call takes.
+    [[nodiscard]] virtual int ParamCount() const = 0;
+    /// Whether there is nothing to call.
+    [[nodiscard]] virtual bool operator!() const = 0;
+    /// The object that calls go to. Belongs to others.
+    [[nodiscard]] virtual void* Object() const = 0;
+    virtual ~ZDelegable_T() = default;
+
+protected:
+    constexpr ZDelegable_T() noexcept = default;
+    ZDelegable_T(const ZDelegable_T&) noexcept = default;
+    ZDelegable_T& operator=(const ZDelegable_T&) noexcept = default;
+};
+
+extern template class ZDelegable_T<void>;
+
+/// A delegate of any number of parameters; `Self` is the class that is named by that number.
+template <typename Self, typename R, typename... P>
+class TZDelegate : public ZDelegable_T<void> {
+public:
+    [[nodiscard]] int ParamCount() const override { return static_cast<int>(sizeof...(P)); }
+
+    virtual R operator()(P... arguments) const = 0;
+    /// A new delegate that calls the same. The caller owns it.
+    [[nodiscard]] virtual Self* clone() const = 0;
+    [[nodiscard]] virtual bool operator==(const Self& other) const = 0;
+    /// Whether calls go to `object`.
+    [[nodiscard]] virtual bool operator==(void const* object) const = 0;
+};
+
+/// Something to call with two arguments that gives an `R`.
+template <typename R, typename A1, typename A2>
+class ZDelegate2 : public TZDelegate<ZDelegate2<R, A1, A2>, R, A1, A2> {
+public:
+    using TZDelegate<ZDelegate2, R, A1, A2>::operator==;
+};
+
+/// Something to call with three arguments that gives an `R`.
+template <typename R, typename A1, typename A2, typename A3>
+class ZDelegate3 : public TZDelegate<ZDelegate3<R, A1, A2, A3>, R, A1, A2, A3> {
+public:
+    using TZDelegate<ZDelegate3, R, A1, A2, A3>::operator==;
+};
+
+/// Something to call with four arguments that gives an `R`.
+template <typename R, typename A1, typename A2, typename A3, typename A4>
+class ZDelegate4 : public TZDelegate<ZDelegate4<R, A1, A2, A3, A4>, R, A1, A2, A3, A4> {
+public:
+    using TZDelegate<ZDelegate4, R, A1, A2, A3, A4>::operator==;
+};
+
+/// Something to call with five arguments that gives an `R`.
+template <typename R, typename A1, typename A2, typename A3, typename A4, typename A5>
+class ZDelegate5 : public TZDelegate<ZDelegate5<R, A1, A2, A3, A4, A5>, R, A1, A2, A3, A4, A5> {
+public:
+    using TZDelegate<ZDelegate5, R, A1, A2, A3, A4, A5>::operator==;
+};
+
+/// Binds a member function of two parameters to an object, which must outlive all calls.
+///
+///     ZDelegator2V<Door, int, bool> turn(&door, &Door::turn);
+///     turn(90, true);
+///
+/// The function may be virtual and may come from any base of `Class`. Unbound (`!turn`) it must not be
+/// called.
+template <typename Class, typename A1, typename A2>
+class ZDelegator2V : public ZDelegate2<void, A1, A2> {
+public:
+    using Function = void (Class::*)(A1, A2);
+
+    ZDelegator2V(Class* object, Function function) noexcept
+        : m_function(function)
+        , m_object(object)
+    {
+    }
+
+    [[nodiscard]] bool operator!() const override { return !m_function || !m_object; }
+    [[nodiscard]] void* Object() const override { return m_object; }
+
+    void operator()(A1 a1, A2 a2) const override
+    {
+        (m_object->*m_function)(std::forward<A1>(a1), std::forward<A2>(a2));
+    }
+
+    [[nodiscard]] ZDelegator2V* clone() const override { return new ZDelegator2V(*this); }
+
+    /// True for a binder of the same class with the same function and object.
+    [[nodiscard]] bool operator==(const ZDelegate2<void, A1, A2>& other) const override
+    {
+        const auto* binder = dynamic_cast<const ZDelegator2V*>(&other);
+        return binder && *this == *binder;
+    }
+    [[nodiscard]] bool operator==(void const* object) const override { return m_object == object; }
+    [[nodiscard]] bool operator==(const ZDelegator2V& other) const
+    {
+        return Object() == other.Object() && m_function == other.m_function;
+    }
+
+private:
+    Function m_function; // two words: the function (or its place in the table), what to add to the object's
+                         // address
+    Class* m_object;
+};
+
+namespace detail {
+
+/// Calls a function object that it shares with its clones.
+template <typename F, typename Self, typename R, typename... P>
+class FunctionDelegate final : public Self {
+public:
+    explicit FunctionDelegate(ZRef<F> function) noexcept
+        : m_function(std::move(function))
+    {
+    }
+
+    [[nodiscard]] bool operator!() const override { return false; }
+    [[nodiscard]] void* Object() const override { return m_function.get(); }
+    R operator()(P... arguments) const override
+    {
+        if constexpr (std::is_void_v<R>)
+            static_cast<void>((*m_function)(std::forward<P>(arguments)...));
+        else
+            return (*m_function)(std::forward<P>(arguments)...);
+    }
+    [[nodiscard]] FunctionDelegate* clone() const override { return new FunctionDelegate(*this); }
+    [[nodiscard]] bool operator==(const Self& other) const override
+    {
+        const auto* clone = dynamic_cast<const FunctionDelegate*>(&other);
+        return clone && clone->Object() == Object();
+    }
+    [[nodiscard]] bool operator==(void const* object) const override { return Object() == object; }
+
+private:
+    ZRef<F> m_function;
+};
+
+template <typename F, typename Self, typename R, typename... P>
+std::unique_ptr<Self> makeDelegate(F&& function, const TZDelegate<Self, R, P...>*)
+{
+    using Stored = std::decay_t<F>;
+    return std::make_unique<FunctionDelegate<Stored, Self, R, P...>>(
+        ZRef<Stored>(new Stored(std::forward<F>(function))));
+}
+
+} // namespace detail
+
+/// Makes a delegate of a lambda or another function object.
+///
+///     auto done = zMakeDelegate<ZDelegate2<void, Stream*, int>>([&](Stream*, int status) { ... });
+///
+/// The function object is moved in, may be one that cannot be copied, and is shared by all clones: they are
+/// equal, and `Object()` is its address. What it refers to must outlive all calls.
+template <typename Delegate, typename F>
+[[nodiscard]] std::unique_ptr<Delegate> zMakeDelegate(F&& function)
+{
+    return detail::makeDelegate(std::forward<F>(function), static_cast<const Delegate*>(nullptr));
+}
+
+} // namespace ZSpace

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ZSpace/core/ZDelegate.h"
+
+#include <memory>
+#include <utility>
+
+namespace ZSpace {
+
+/// Something that can be done, with everything it needs on board.
+template <typename R>
+class ZInvokable {
+public:
+    // The order of the virtual operations is part of the interface, here and in `ZExecutor`.
+
+    virtual R invoke() const = 0;
+    virtual ~ZInvokable() = default;
+
+protected:
+    constexpr ZInvokable() noexcept = default;
+    ZInvokable(const ZInvokable&) noexcept = default;
+    ZInvokable& operator=(const ZInvokable&) noexcept = default;
+};
+
+/// A call with its arguments, to be made later and possibly more than once.
+template <typename R>
+class ZExecutor : public ZInvokable<R> {
+public:
+    /// The same as `execute()`.
+    R invoke() const override { return execute(); }
+
+    /// The number of arguments on board.
+    [[nodiscard]] virtual int ParamCount() const = 0;
+    virtual R execute() const = 0;
+    /// A new executor of the same call. The caller owns it.
+    [[nodiscard]] virtual ZExecutor* clone() const = 0;
+};
+
+extern template class ZInvokable<void>;
+extern template class ZExecutor<void>;
+
+/// Calls a binder with two arguments that it keeps.
+///
+///     ZExecutor2V<int, bool> turn(new ZDelegator2V<Door, int, bool>(&door, &Door::turn), 90, true);
+///     turn.invoke();
+///
+/// Owns the binder. The arguments are copied for each call.
+template <typename D, typename A>
+class ZExecutor2V : public ZExecutor<void> {
+public:
+    using Binder = ZDelegate2<void, D, A>;
+
+    /// Takes `binder` over.
+    ZExecutor2V(Binder* binder, D first, A second)
+        : ZExecutor2V(std::unique_ptr<Binder>(binder), std::forward<D>(first), std::forward<A>(second))
+    {
+    }
+
+    [[nodiscard]] int ParamCount() const override { return m_binder->ParamCount(); }
+    void execute() const override { (*m_binder)(m_first, m_second); }
+    [[nodiscard]] ZExecutor2V* clone() const override
+    {
+        return new ZExecutor2V(std::unique_ptr<Binder>(m_binder->clone()), m_first, m_second);
+    }
+
+private:
+    ZExecutor2V(std::unique_ptr<Binder> binder, D first, A second)
+        : m_binder(std::move(binder))
+        , m_first(std::forward<D>(first))
+        , m_second(std::forward<A>(second))
+    {
+    }
+
+    std::unique_ptr<Binder> m_binder;
+    D m_first;
+    A m_second;
+};
+
+} // namespace ZSpace

@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ZSpace/core/ZSet.h"
+
+namespace ZSpace {
+
+/// A key and its value. Two pairs are equal when their keys are.
+template <typename K, typename V>
+class ZPair {
+public:
+    ZPair()
+        : first()
+        , second()
+    {
+    }
+    ZPair(const K& key, const V& value)
+        : first(key)
+        , second(value)
+    {
+    }
+    ZPair(const ZPair& other)
+        : ZPair(other.first, other.second)
+    {
+    }
+    ~ZPair() = default;
+
+    ZPair& operator=(const ZPair& other) // NOLINT(bugprone-unhandled-self-assignment): members see to it
+    {
+        first = other.first;
+        second = other.second;
+        return *this;
+    }
+
+    [[nodiscard]] const K& key() const noexcept { return *m_key; }
+
+    [[nodiscard]] friend bool operator==(const ZPair& a, const ZPair& b) { return a.key() == b.key(); }
+
+    K first;
+    V second;
+
+private:
+    const K* m_key = &first; // always its own; lookups go through it
+};
+
+static_assert(sizeof(ZPair<void*, void*>) == 3 * sizeof(void*));
+
+/// Values found by their keys, in the order in which the keys were first added.
+///
+///     ZMap<const wchar_t*, const wchar_t*> names;
+///     names.add(s_key, L"Home folder");
+///
+/// Keys compare with `==`; keys that are pointers to text therefore compare as addresses. Finding looks at
+/// the pairs one by one, which is right for the few dozen pairs that maps are for. Where memory is wanting,
+/// `add` ends the process; copying follows `ZList`.
+template <typename K, typename V>
+class ZMap : public ZSet<ZPair<K, V>> {
+public:
+    using Pair = ZPair<K, V>;
+
+    ZMap() noexcept = default;
+    ZMap(const ZMap& other);
+    ZMap(ZMap&&) noexcept = default;
+    ~ZMap() = default;
+    ZMap& operator=(const ZMap&) = default;
+    ZMap& operator=(ZMap&&) noexcept = default;
+
+    /// Gives `key` the value `value`, making a new pair for a new key.
+    /// @return the stored pair.
+    Pair& add(const K& key, const V& value) noexcept;
+
+    /// Copies the value of `key` to `out`.
+    /// @return false, with `out` unchanged, if there is no such key.
+    bool get(const K& key, V& out) const;
+
+    /// The value of `key`, null if there is no such key. Stays where it is until the pair is removed.
+    [[nodiscard]] const V* find(const K& key) const;
+
+private:
+    [[nodiscard]] long indexOf(const K& key) const;
+};
+
+template <typename K, typename V>
+ZMap<K, V>::ZMap(const ZMap& other)
+    : ZMap()
+{
+    this->il_reserve(other.Count());
+    for (const Pair& pair : other)
+        this->il_add(new Pair(pair.first, pair.second));
+}
+
+template <typename K, typename V>
+ZPair<K, V>& ZMap<K, V>::add(const K& key, const V& value) noexcept
+{
+    const long index = indexOf(key);
+    if (index < 0)
+        return *this->il_append(new Pair(key, value)); // NOLINT(bugprone-unhandled-exception-at-new)
+    Pair& pair = (*this)[index];
+    pair.second = value;
+    return pair;
+}
+
+template <typename K, typename V>
+bool ZMap<K, V>::get(const K& key, V& out) const
+{
+    const V* value = find(key);
+    if (value)
+        out = *value;
+    return value;
+}
+
+template <typename K, typename V>
+const V* ZMap<K, V>::find(const K& key) const
+{
+    const long index = indexOf(key);
+    return index < 0 ? nullptr : &(*this)[index].second;
+}
+
+template <typename K, typename V>
+long ZMap<K, V>::indexOf(const K& key) const
+{
+    for (long i = 0; i < this->Count(); ++i) {
+        if ((*this)[i].key() == key)
+            return i;
+    }
+    return -1;
+}
+
+} // namespace ZSpace

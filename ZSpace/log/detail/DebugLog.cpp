@@ -1,0 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/log/detail/DebugLog.h"
+
+unsigned char debugLogEnabled = 0;

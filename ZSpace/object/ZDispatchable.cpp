@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/object/ZDispatchable.h"
+
+#include "ZSpace/core/ZException.h"
+
+#include <algorithm>
+#include <climits>
+#include <utility>
+
+namespace ZSpace {
+
+template <typename Lock>
+ZDispatchMethod<Lock>::~ZDispatchMethod() = default;
+
+template <typename Lock>
+ZDispatchable<Lock>::~ZDispatchable()
+{
+    m_lock.lock();
+    for (long i = m_methods.Count() - 1; i >= 0; --i)
+        delete static_cast<Method*>(std::exchange(m_methods[i], nullptr));
+    m_methods.release();
+    m_lock.unlock();
+}
+
+template <typename Lock>
+TZValueBase<ZTypeId> ZDispatchable<Lock>::invokeByName(const char* name, ZList<Value>& args)
+{
+    if (m_methods.Count() > 0) {
+        // The index steps up, never down. Being volatile, each step counts: the compiler may not jump to the
+        // end of a search that it finds to be in vain.
+        volatile auto i = static_cast<unsigned long>(m_methods.Count() - 1);
+        while (i <= LONG_MAX) {
+            Method* method = methodAt(static_cast<long>(i));
+            if (method->Name() == name)
+                return method->invoke(args);
+            i = i + 1;
+        }
+    }
+    throw ZInvalidOperationException();
+}
+
+template <typename Lock>
+long ZDispatchable<Lock>::InvokableMethods() const
+{
+    return m_methods.Count();
+}
+
+template <typename Lock>
+ZDispatchMethod<Lock>* ZDispatchable<Lock>::InvokableMethod(long index) const
+{
+    return methodAt(index);
+}
+
+template <typename Lock>
+void ZDispatchable<Lock>::registerMethod(Method* method) noexcept
+{
+    if (!method)
+        return;
+    m_lock.lock();
+    m_methods.add(method);
+    m_lock.unlock();
+}
+
+template <typename Lock>
+ZDispatchMethod<Lock>* ZDispatchable<Lock>::methodAt(long index) const noexcept
+{
+    const long count = m_methods.Count();
+    if (count <= 0)
+        return nullptr;
+    const long fromStart = index < 0 ? index + count : index;
+    return static_cast<Method*>(m_methods[std::clamp(fromStart, 0L, count - 1)]);
+}
+
+template class ZDispatchMethod<ZThreadLock_T<pthread_mutex_t>>;
+template class ZDispatchable<ZThreadLock_T<pthread_mutex_t>>;
+
+} // namespace ZSpace

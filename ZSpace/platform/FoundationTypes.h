@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+/// The host's object types, by name only, so that any header can take a pointer to one.
+///
+/// On a host with Foundation these are Foundation's own classes; elsewhere `platform/posix/` defines
+/// counterparts. Code outside `platform/` never looks inside them: it goes through the handles of
+/// `ZSpace/platform/Foundation.h`.
+
+#ifdef __OBJC__
+@class NSArray;
+@class NSException;
+@class NSFileHandle;
+@class NSMutableString;
+@class NSObject;
+@class NSString;
+@class NSTask;
+
+/// Marks a pointer to a counted object whose count is kept by hand, so that a compiler that counts by itself
+/// (ARC) leaves it alone.
+#define ZSPACE_COUNTED_BY_HAND __unsafe_unretained
+#else
+struct NSArray;
+struct NSException;
+struct NSFileHandle;
+struct NSMutableString;
+struct NSObject;
+struct NSString;
+struct NSTask;
+
+#define ZSPACE_COUNTED_BY_HAND
+#endif

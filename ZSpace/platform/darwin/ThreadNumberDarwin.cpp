@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/platform/ThreadNumber.h"
+
+#include <pthread.h>
+
+namespace ZSpace::Host {
+
+unsigned int threadNumber() noexcept
+{
+    return pthread_mach_thread_np(pthread_self()); // read from the thread's own record: no system call
+}
+
+} // namespace ZSpace::Host

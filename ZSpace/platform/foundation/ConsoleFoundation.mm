@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/platform/Foundation.h"
+
+#import <Foundation/Foundation.h>
+
+namespace ZSpace::NS {
+
+void log(NSString* format, ...)
+{
+    const AutoreleasePool pool;
+    va_list arguments;
+    va_start(arguments, format);
+    const String text = String::stringWithFormat(format, arguments);
+    va_end(arguments);
+    NSLog(@"%@", text.native());
+}
+
+} // namespace ZSpace::NS

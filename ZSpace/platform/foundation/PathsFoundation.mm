@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/platform/foundation/RaisingFoundation.h"
+
+namespace ZSpace::NS {
+
+Array searchPathForDirectoriesInDomains(
+    SearchPathDirectory directory, SearchPathDomainMask domains, ExpandTilde expandTilde)
+{
+    return Array::adopt(detail::raising([&] {
+        return detail::shared(
+            NSSearchPathForDirectoriesInDomains(static_cast<NSSearchPathDirectory>(directory),
+                static_cast<NSSearchPathDomainMask>(domains), expandTilde == ExpandTilde::Yes));
+    }));
+}
+
+} // namespace ZSpace::NS

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/platform/foundation/Utf8Foundation.h"
+
+#include <cstddef>
+
+namespace ZSpace::Host {
+
+namespace {
+
+constexpr const char* s_replacement = "\xEF\xBF\xBD"; // U+FFFD
+
+unsigned char byteAt(const char* text, std::size_t index)
+{
+    return static_cast<unsigned char>(text[index]);
+}
+
+bool isContinuation(unsigned char byte)
+{
+    return (byte & 0xC0) == 0x80;
+}
+
+/// The bytes of the character that begins with `lead`; 0 when none does.
+std::size_t lengthFor(unsigned char lead)
+{
+    if (lead < 0x80)
+        return 1;
+    if (lead >= 0xC2 && lead < 0xE0)
+        return 2;
+    if (lead >= 0xE0 && lead < 0xF0)
+        return 3;
+    return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
+}
+
+/// Whether the second byte of a character rules out forms that are too long, halves of surrogate pairs and
+/// numbers beyond the last one.
+bool mayFollow(unsigned char lead, unsigned char second)
+{
+    switch (lead) {
+    case 0xE0:
+        return second >= 0xA0;
+    case 0xED:
+        return second < 0xA0;
+    case 0xF0:
+        return second >= 0x90;
+    case 0xF4:
+        return second < 0x90;
+    default:
+        return true;
+    }
+}
+
+/// The bytes of the well-formed character at the start of `text`; 0 when there is none. Stops at the
+/// terminator.
+std::size_t wholeCharacter(const char* text)
+{
+    const unsigned char lead = byteAt(text, 0);
+    const std::size_t length = lengthFor(lead);
+    for (std::size_t i = 1; i < length; ++i) {
+        if (!isContinuation(byteAt(text, i)))
+            return 0;
+    }
+    return length < 2 || mayFollow(lead, byteAt(text, 1)) ? length : 0;
+}
+
+} // namespace
+
+std::string repairedUtf8(const char* text)
+{
+    std::string result;
+    while (*text) {
+        if (const std::size_t length = wholeCharacter(text)) {
+            result.append(text, length);
+            text += length;
+            continue;
+        }
+        result += s_replacement;
+        ++text;
+        while (isContinuation(byteAt(text, 0)))
+            ++text;
+    }
+    return result;
+}
+
+} // namespace ZSpace::Host

@@ -1,0 +1,249 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/stream/ZIOGFile.h"
+
+#include "ZSpace/string/ZGStr.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <fcntl.h>
+#include <new>
+#include <typeinfo>
+#include <unistd.h>
+#include <utility>
+
+namespace ZSpace {
+
+namespace {
+
+/// The C library's name of a mode, null for one that is none. The "e" asks for a descriptor that programs
+/// started by the process do not get; hosts that do not know it ignore it.
+const char* nameOfMode(int mode)
+{
+    switch (mode) {
+    case ZIOGFile<>::ModeRead:
+        return "re";
+    case ZIOGFile<>::ModeWrite:
+        return "we";
+    case ZIOGFile<>::ModeReadWrite:
+        return "r+e";
+    case ZIOGFile<>::ModeAppend:
+        return "a+e";
+    default:
+        return nullptr;
+    }
+}
+
+/// A stream on a duplicate of `descriptor`, null if there cannot be one.
+FILE* openDuplicate(int descriptor, const char* mode)
+{
+    const int duplicate = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    if (duplicate < 0)
+        return nullptr;
+    FILE* file = fdopen(duplicate, mode);
+    if (!file)
+        ::close(duplicate);
+    return file;
+}
+
+} // namespace
+
+template <typename File, typename T, typename TX>
+ZIOGFile<File, T, TX>* ZIOGFile<File, T, TX>::clone() const
+{
+    if (!m_file)
+        return new (std::nothrow) ZIOGFile;
+    if (!m_readable && !m_writable)
+        return nullptr;
+    File file = openDuplicate(fileno(m_file), !m_writable ? "r" : m_readable ? "r+" : "w");
+    if (!file)
+        return nullptr;
+    auto* copy = new (std::nothrow) ZIOGFile;
+    if (!copy) {
+        fclose(file);
+        return nullptr;
+    }
+    copy->m_file = file;
+    copy->m_readable = m_readable;
+    copy->m_writable = m_writable;
+    return copy;
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::State() const
+{
+    return (m_readable ? ModeRead : 0) | (m_writable ? ModeWrite : 0);
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::open(wchar_t const* path, int mode)
+{
+    return open(static_cast<const char*>(ZGStr<char>(path)), mode);
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::open(char const* path, int mode)
+{
+    close();
+    const char* name = nameOfMode(mode);
+    if (!name)
+        return EINVAL;
+    m_file = fopen(path ? path : "", name);
+    if (!m_file)
+        return errno;
+    m_readable = mode != ModeWrite;
+    m_writable = mode != ModeRead;
+    return 0;
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::close()
+{
+    if (m_file)
+        fclose(m_file);
+    m_file = nullptr;
+    m_readable = false;
+    m_writable = false;
+    return 0;
+}
+
+template <typename File, typename T, typename TX>
+long long ZIOGFile<File, T, TX>::Size()
+{
+    const long long position = Position();
+    moveEnd();
+    const long long size = Position();
+    moveTo(position);
+    return size;
+}
+
+template <typename File, typename T, typename TX>
+bool ZIOGFile<File, T, TX>::BOS()
+{
+    return Position() == 0;
+}
+
+template <typename File, typename T, typename TX>
+bool ZIOGFile<File, T, TX>::EOS()
+{
+    return !m_file || feof(m_file);
+}
+
+template <typename File, typename T, typename TX>
+long long ZIOGFile<File, T, TX>::Position()
+{
+    return m_file ? ftell(m_file) : -1;
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::moveBegin()
+{
+    return m_file ? fseek(m_file, 0, SEEK_SET) : -1;
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::moveEnd()
+{
+    return m_file ? fseek(m_file, 0, SEEK_END) : -1;
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::moveTo(long long position)
+{
+    return m_file ? fseek(m_file, position, SEEK_SET) : -1;
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::move(long long offset)
+{
+    return m_file ? fseek(m_file, offset, SEEK_CUR) : -1;
+}
+
+template <typename File, typename T, typename TX>
+void ZIOGFile<File, T, TX>::beginTransaction()
+{
+    TX::beginTransaction();
+}
+
+template <typename File, typename T, typename TX>
+void ZIOGFile<File, T, TX>::endTransaction()
+{
+    TX::endTransaction();
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::write(T const* data, long count, long& written)
+{
+    return writeTo(m_file, data, count, written);
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::writeTo(File file, T const* data, long count, long& written)
+{
+    if (!file)
+        return -1;
+    if (count < 0)
+        count = ZGStr<T>::length(data);
+    if (count == 0)
+        return 0;
+    written = static_cast<long>(fwrite(data, 1, static_cast<std::size_t>(count), file));
+    return written > 0 ? 0 : ferror(file);
+}
+
+template <typename File, typename T, typename TX>
+bool ZIOGFile<File, T, TX>::writeAsync(WriteCallback* callback, DataRef data)
+{
+    if (typeid(*this) != typeid(ZIOGFile))
+        return Ex::writeAsync(callback, std::move(data));
+    if (this->isWriting())
+        return false;
+    // The stream may be gone before its thread has begun. The file will not: no destructor closes it.
+    const auto work = [stream = this, file = m_file](WriteCallback* toCall, const DataRef& toWrite) {
+        const auto write = [file](T const* items, long count, long& written) {
+            return writeTo(file, items, count, written);
+        };
+        Ex::writeAll(write, stream, toCall, toWrite);
+    };
+    this->executeWrite(zMakeDelegate<typename Ex::WriteBinder>(work), callback, std::move(data));
+    return true;
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::flush()
+{
+    return m_file ? fflush(m_file) : -1;
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::read(T* buffer, long count, long& got)
+{
+    if (!m_file)
+        return -1;
+    // Counts have 32 bits here, so that what is read beyond them wraps.
+    got = count > 0 ? static_cast<int>(fread(buffer, 1, static_cast<std::size_t>(count), m_file)) : 0;
+    return ferror(m_file);
+}
+
+template <typename File, typename T, typename TX>
+bool ZIOGFile<File, T, TX>::writeThrough()
+{
+    return m_file && setvbuf(m_file, nullptr, _IONBF, 0) == 0;
+}
+
+template <typename File, typename T, typename TX>
+long ZIOGFile<File, T, TX>::writeAtOnce(T const* data, long count) noexcept
+{
+    if (!m_file || count <= 0)
+        return 0;
+    const auto size = static_cast<std::size_t>(count);
+    const ssize_t sent = ::write(fileno(m_file), data, size);
+    if (sent == count)
+        return count;
+    const std::size_t begun = sent > 0 ? static_cast<std::size_t>(sent) : 0;
+    return static_cast<long>(begun + fwrite(data + begun, 1, size - begun, m_file));
+}
+
+template class ZIOGFile<FILE*, char, ZStreamTransaction>;
+
+} // namespace ZSpace

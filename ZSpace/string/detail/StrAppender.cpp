@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/string/detail/StrAppender.h"
+
+#include "ZSpace/string/ZGStr.h"
+#include "ZSpace/string/ZMStr.h"
+#include "ZSpace/string/detail/StrDigits.h"
+
+#include <cstdint>
+
+namespace ZSpace::detail {
+
+template <typename Derived, StrChar T>
+Derived& StrAppender<Derived, T>::appendDecimal(Decimal number, bool emptyIfZero) noexcept
+{
+    if (number.magnitude == 0 && emptyIfZero)
+        return self();
+    const long length = number.length();
+    writeDecimal(self().grownByDigits(length), length, number);
+    return self();
+}
+
+template <typename Derived, StrChar T>
+Derived& StrAppender<Derived, T>::appendValueOf(double number, bool emptyIfZero) noexcept
+{
+    T text[s_realRoom];
+    const long n = writeReal(text, number, emptyIfZero);
+    if (n > 0)
+        copyChars(self().grownByDigits(n), text, n);
+    return self();
+}
+
+template <typename Derived, StrChar T>
+Derived& StrAppender<Derived, T>::appendValueOf(const unsigned char* address) noexcept
+{
+    return appendHexDigits(reinterpret_cast<std::uintptr_t>(address), 16);
+}
+
+template <typename Derived, StrChar T>
+Derived& StrAppender<Derived, T>::appendHexDigits(unsigned long long bits, long digits) noexcept
+{
+    writeHex(self().grownByHexDigits(digits), bits, digits);
+    return self();
+}
+
+template <typename Derived, StrChar T>
+Derived& StrAppender<Derived, T>::appendHexOf(const void* bytes, long n) noexcept
+{
+    if (bytes && n > 0)
+        writeHexBytes(self().grownBy(2 * n), bytes, n);
+    return self();
+}
+
+template <typename Derived, StrChar T>
+Derived& StrAppender<Derived, T>::appendConverted(const OtherChar* text, long length) noexcept
+{
+    if (text && length > 0)
+        convertChars(self().grownBy(length), text, length);
+    return self();
+}
+
+template class StrAppender<ZGStr<char>, char>;
+template class StrAppender<ZGStr<wchar_t>, wchar_t>;
+template class StrAppender<ZMStr<char>, char>;
+template class StrAppender<ZMStr<wchar_t>, wchar_t>;
+
+} // namespace ZSpace::detail

@@ -1,0 +1,201 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/string/detail/StrSearch.h"
+
+#include <algorithm>
+
+namespace ZSpace::detail {
+
+namespace {
+
+constexpr long s_block = 32;
+
+/// One bit per character below 256, which is every narrow one. What lies above is looked up in the set
+/// itself.
+template <StrChar T>
+class CharSet {
+public:
+    CharSet(const T* set, long length) noexcept
+        : m_set(set)
+        , m_length(length)
+    {
+        for (long i = 0; i < length; ++i) {
+            const auto c = unsignedOf(set[i]);
+            if (c < 256)
+                m_low[c / 64] |= std::uint64_t(1) << (c % 64);
+        }
+    }
+
+    [[nodiscard]] bool contains(T character) const noexcept
+    {
+        const auto c = unsignedOf(character);
+        if (c < 256)
+            return m_low[c / 64] >> (c % 64) & 1;
+        return findChar(m_set, m_length, character) != nullptr;
+    }
+
+private:
+    std::array<std::uint64_t, 4> m_low{};
+    const T* m_set;
+    long m_length;
+};
+
+template <StrChar T>
+std::uint64_t wordAt(const T* text) noexcept
+{
+    std::uint64_t word = 0;
+    std::memcpy(&word, text, sizeof word);
+    return word;
+}
+
+/// The first index of a range that passes the test, the end of the range when none does. Whole blocks are
+/// tested without a branch, which compilers turn into vector instructions.
+template <StrChar T, typename Test>
+long firstWhere(long from, long end, Test test) noexcept
+{
+    for (; from + s_block <= end; from += s_block) {
+        std::make_unsigned_t<T> any = 0;
+        for (long k = 0; k < s_block; ++k)
+            any |= static_cast<unsigned char>(test(from + k));
+        if (any)
+            break;
+    }
+    while (from < end && !test(from))
+        ++from;
+    return from;
+}
+
+/// The last index from 0 to `from` that passes the test, -1 when none does.
+template <StrChar T, typename Test>
+long lastWhere(long from, Test test) noexcept
+{
+    for (; from + 1 >= s_block; from -= s_block) {
+        std::make_unsigned_t<T> any = 0;
+        for (long k = 0; k < s_block; ++k)
+            any |= static_cast<unsigned char>(test(from - s_block + 1 + k));
+        if (any)
+            break;
+    }
+    while (from >= 0 && !test(from))
+        --from;
+    return from < 0 ? -1 : from;
+}
+
+} // namespace
+
+template <StrChar T>
+long mismatch(const T* a, const T* b, long n) noexcept
+{
+    // Long runs of equal characters are the C library's, the place itself is found by words.
+    constexpr long run = 256;
+    constexpr long word = sizeof(std::uint64_t) / sizeof(T);
+    long i = 0;
+    while (i + run <= n && equalChars(a + i, b + i, run))
+        i += run;
+    while (i + word <= n && wordAt(a + i) == wordAt(b + i))
+        i += word;
+    while (i < n && a[i] == b[i])
+        ++i;
+    return i;
+}
+
+template <StrChar T>
+long mismatchIgnoreCase(const T* a, const T* b, long n) noexcept
+{
+    return firstWhere<T>(0, n, [=](long i) { return lowerOf(a[i]) != lowerOf(b[i]); });
+}
+
+template <StrChar T>
+long find(const T* text, long n, const T* what, long m, long from) noexcept
+{
+    if (m == 1)
+        return find(text, n, *what, from);
+    // A place must fit at both ends before the middle is looked at.
+    const T first = what[0];
+    const long toLast = m - 1;
+    const T last = what[toLast];
+    const long places = n - m + 1;
+    const auto fitsAtEnds = [=](long i) { return (text[i] == first) & (text[i + toLast] == last); };
+    for (long i = from; (i = firstWhere<T>(i, places, fitsAtEnds)) < places; ++i) {
+        if (equalChars(text + i, what, m))
+            return i;
+    }
+    return -1;
+}
+
+template <StrChar T>
+long findLast(const T* text, T c, long from) noexcept
+{
+    return lastWhere<T>(from, [=](long i) { return text[i] == c; });
+}
+
+template <StrChar T>
+long findLast(const T* text, const T* what, long m, long from) noexcept
+{
+    const T first = what[0];
+    const long toLast = m - 1;
+    const T last = what[toLast];
+    const auto fitsAtEnds = [=](long i) { return (text[i] == first) & (text[i + toLast] == last); };
+    for (long i = from; (i = lastWhere<T>(i, fitsAtEnds)) >= 0; --i) {
+        if (equalChars(text + i, what, m))
+            return i;
+    }
+    return -1;
+}
+
+template <StrChar T>
+long countOf(const T* text, long n, T c) noexcept
+{
+    return n < 1 ? 0 : static_cast<long>(std::count(text, text + n, c));
+}
+
+template <StrChar T>
+long countOf(const T* text, long n, const T* what, long m, long limit) noexcept
+{
+    if (m < 1)
+        return 0;
+    if (m == 1)
+        return std::min(countOf(text, n, *what), limit);
+    long hits = 0;
+    for (long at = 0; hits < limit && (at = find(text, n, what, m, at)) >= 0; at += m)
+        ++hits;
+    return hits;
+}
+
+template <StrChar T>
+long leadingRun(const T* text, long n, T c) noexcept
+{
+    return firstWhere<T>(0, n, [=](long i) { return text[i] != c; });
+}
+
+template <StrChar T>
+long leadingRun(const T* text, long n, const T* set, long setLength) noexcept
+{
+    const CharSet<T> members(set, setLength);
+    long i = 0;
+    while (i < n && members.contains(text[i]))
+        ++i;
+    return i;
+}
+
+template long mismatch(const char*, const char*, long) noexcept;
+template long mismatch(const wchar_t*, const wchar_t*, long) noexcept;
+template long mismatchIgnoreCase(const char*, const char*, long) noexcept;
+template long mismatchIgnoreCase(const wchar_t*, const wchar_t*, long) noexcept;
+template long find(const char*, long, const char*, long, long) noexcept;
+template long find(const wchar_t*, long, const wchar_t*, long, long) noexcept;
+template long findLast(const char*, char, long) noexcept;
+template long findLast(const wchar_t*, wchar_t, long) noexcept;
+template long findLast(const char*, const char*, long, long) noexcept;
+template long findLast(const wchar_t*, const wchar_t*, long, long) noexcept;
+template long countOf(const char*, long, char) noexcept;
+template long countOf(const wchar_t*, long, wchar_t) noexcept;
+template long countOf(const char*, long, const char*, long, long) noexcept;
+template long countOf(const wchar_t*, long, const wchar_t*, long, long) noexcept;
+template long leadingRun(const char*, long, char) noexcept;
+template long leadingRun(const wchar_t*, long, wchar_t) noexcept;
+template long leadingRun(const char*, long, const char*, long) noexcept;
+template long leadingRun(const wchar_t*, long, const wchar_t*, long) noexcept;
+
+} // namespace ZSpace::detail

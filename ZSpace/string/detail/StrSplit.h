@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ZSpace/core/ZArray.h"
+#include "ZSpace/string/ZStrToken.h"
+#include "ZSpace/string/detail/StrSearch.h"
+
+namespace ZSpace::detail {
+
+/// The pieces of a text as strings of their own. They are counted first, so that the array is made once.
+template <typename Str, StrChar T>
+[[nodiscard]] ZArray<Str, ZAllocation<Str>> splitText(ZStrToken<T> text, ZStrToken<T> separator, long max)
+{
+    if (separator.isEmpty())
+        return {};
+    const long limit = limitOf(max);
+    const long n = text.isEmpty() ? 0 : text.Length();
+    ZArray<Str, ZAllocation<Str>> pieces(countOf<T>(text, n, separator, separator.Length(), limit - 1) + 1);
+    Str* next = pieces.begin();
+    forEachPiece<T>(text, n, separator, separator.Length(), limit,
+        [&](long start, long length) { *next++ = Str(text + start, length); });
+    return pieces;
+}
+
+} // namespace ZSpace::detail

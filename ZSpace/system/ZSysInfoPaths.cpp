@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/system/ZSysInfoPaths.h"
+
+#include "ZSpace/system/TZSysFile.h"
+#include "ZSpace/system/ZAppContext.h"
+#include "ZSpace/value/ZTime.h"
+
+#include <sys/stat.h>
+
+namespace ZSpace {
+
+const wchar_t* const ZSysInfoPath_Paths = L"system.paths";
+const wchar_t* const ZSysInfoPath_NPaths = L"System paths";
+const wchar_t* const ZSysInfoPath_Paths_HomeFolder = L"system.paths.homefolder";
+const wchar_t* const ZSysInfoPath_NPaths_HomeFolder = L"Home folder";
+const wchar_t* const ZSysInfoPath_Paths_TempFolder = L"system.paths.tempfolder";
+const wchar_t* const ZSysInfoPath_NPaths_TempFolder = L"Temp folder";
+
+/// The log folder with its "/", or empty for the default.
+constinit ZGStr<wchar_t> customLogDirW;
+
+namespace {
+
+constexpr const wchar_t* s_defaultTempFolder = L"/tmp";
+constexpr const wchar_t* s_logFolderName = L"CdLogs";
+constexpr mode_t s_openToEveryUser = 0777;
+constexpr unsigned int s_unknownKey = 0xFFFFFFFF;
+
+template <typename Text>
+void endWithSeparator(Text& path)
+{
+    if (!path.right(1).isLike(Z_SYS_ENV_PATH_SEPW))
+        path += Z_SYS_ENV_PATH_SEPW;
+}
+
+/// The variable's text, or the first alternative that is not empty, as a folder.
+ZMStr<wchar_t> folderFrom(const char* variable, const wchar_t* alternative)
+{
+    ZMStr<wchar_t> folder = ZAppContext::getEnv(variable);
+    if (folder.isEmpty())
+        folder = alternative;
+    endWithSeparator(folder);
+    return folder;
+}
+
+ZGStr<char> narrowed(const ZGStr<wchar_t>& text)
+{
+    ZGStr<char> result;
+    result.appendValueOf(static_cast<const wchar_t*>(text));
+    return result;
+}
+
+ZRef<TZValueBase<ZTypeId>> valueOf(const ZGStr<wchar_t>& text)
+{
+    return ZRef<TZValueBase<ZTypeId>>(new TZValueBase<ZTypeId>(text));
+}
+
+void addMembers(ZSysInfoKeyMap& keys)
+{
+    keys.add(ZSysInfoPath_Paths_HomeFolder, ZSysInfoPath_NPaths_HomeFolder);
+    keys.add(ZSysInfoPath_Paths_TempFolder, ZSysInfoPath_NPaths_TempFolder);
+}
+
+} // namespace
+
+const wchar_t* ZSysInfoPaths::Key() const
+{
+    return ZSysInfoPath_Paths;
+}
+
+const wchar_t* ZSysInfoPaths::Name() const
+{
+    return ZSysInfoPath_NPaths;
+}
+
+void ZSysInfoPaths::refreshInfo() { }
+
+void ZSysInfoPaths::releaseInfo() { }
+
+void ZSysInfoPaths::getKeys(ZSysInfoKeyMap& keys) const
+{
+    keys.add(ZSysInfoPath_Paths, ZSysInfoPath_NPaths);
+    addMembers(keys);
+}
+
+unsigned int ZSysInfoPaths::getObject(const wchar_t* key, ZRef<ZSysInfoObject>& out)
+{
+    const ZStrToken<wchar_t> wanted(key);
+    if (wanted.isLike(ZSysInfoPath_Paths_HomeFolder)) {
+        out = createObject(
+            ZSysInfoPath_Paths_HomeFolder, ZSysInfoPath_NPaths_HomeFolder, valueOf(getHomeFolderW()));
+    } else if (wanted.isLike(ZSysInfoPath_Paths_TempFolder)) {
+        out = createObject(
+            ZSysInfoPath_Paths_TempFolder, ZSysInfoPath_NPaths_TempFolder, valueOf(getTempFolderW()));
+    } else if (wanted.isLike(ZSysInfoPath_Paths)) {
+        ZSysInfoKeyMap members;
+        addMembers(members);
+        out = createObject(ZSysInfoPath_Paths, ZSysInfoPath_NPaths, members);
+    } else {
+        return s_unknownKey;
+    }
+    return 0;
+}
+
+ZMStr<wchar_t> ZSysInfoPaths::getHomeFolder()
+{
+    return folderFrom(Z_SYS_ENV_HOMEDIR, Z_SYS_ALT_HOMEDIR);
+}
+
+ZGStr<wchar_t> ZSysInfoPaths::getHomeFolderW()
+{
+    return ZGStr<wchar_t>(getHomeFolder());
+}
+
+ZGStr<char> ZSysInfoPaths::getHomeFolderA()
+{
+    return narrowed(getHomeFolderW());
+}
+
+ZMStr<wchar_t> ZSysInfoPaths::getTempFolder()
+{
+    return folderFrom(Z_SYS_ENV_TEMPDIR, s_defaultTempFolder);
+}
+
+ZGStr<wchar_t> ZSysInfoPaths::getTempFolderW()
+{
+    return ZGStr<wchar_t>(getTempFolder());
+}
+
+ZGStr<char> ZSysInfoPaths::getTempFolderA()
+{
+    return narrowed(getTempFolderW());
+}
+
+void ZSysInfoPaths::setUserLogDirW(const wchar_t* dir)
+{
+    customLogDirW.remove(0); // cut, not freed: `dir` may be this very text
+    ZGStr<wchar_t> folder(dir);
+    if (folder.isEmpty())
+        return;
+    if (!TZSysFile<wchar_t>::exists(folder)) {
+        TZSysFile<wchar_t>::makeDirectory(folder);
+        chmod(narrowed(folder), s_openToEveryUser); // the process's mask has narrowed the mode
+    }
+    endWithSeparator(folder);
+    customLogDirW = folder;
+}
+
+ZGStr<wchar_t> ZSysInfoPaths::getUserLogDirW()
+{
+    if (!customLogDirW.isEmpty())
+        return customLogDirW;
+    ZMStr<wchar_t> folder = getHomeFolder();
+    folder += s_logFolderName;
+    if (!TZSysFile<wchar_t>::exists(folder))
+        TZSysFile<wchar_t>::makeDirectory(folder);
+    endWithSeparator(folder);
+    return ZGStr<wchar_t>(folder);
+}
+
+ZGStr<wchar_t> ZSysInfoPaths::getNewLogFileNameW(const char* prefix, const char* extension)
+{
+    ZMStr<wchar_t> time = ZTime(true).toWStringEx();
+    time.replace(L':', L'-');
+    ZMStr<wchar_t> path(getUserLogDirW());
+    path << prefix << time << extension;
+    return ZGStr<wchar_t>(path);
+}
+
+} // namespace ZSpace

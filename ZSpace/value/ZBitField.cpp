@@ -1,0 +1,205 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/value/ZBitField.h"
+
+#include "ZSpace/core/ZException.h"
+#include "ZSpace/string/ZMStr.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <new>
+#include <utility>
+
+namespace ZSpace {
+
+namespace {
+
+std::size_t unsignedOf(int n) noexcept
+{
+    return static_cast<std::size_t>(n);
+}
+
+} // namespace
+
+ZBITFIELD::ZBITFIELD(int n)
+    : ZBITFIELD(nullptr, n)
+{
+}
+
+ZBITFIELD::ZBITFIELD(const unsigned char* bytes, int n)
+    : m_bits(copy(bytes, n))
+    , m_length(std::max(n, 0))
+{
+}
+
+ZBITFIELD::ZBITFIELD(const ZBITFIELD& other)
+    : ZBITFIELD(other.m_bits, other.m_length)
+{
+}
+
+ZBITFIELD::ZBITFIELD(ZBITFIELD&& other) noexcept
+{
+    swap(other);
+}
+
+ZBITFIELD::ZBITFIELD(const ZBITFIELD& source, int start, int count)
+    : ZBITFIELD(count)
+{
+    for (int j = 0; j < count; ++j)
+        bit(m_bits, j, source.get(start + j));
+}
+
+ZBITFIELD& ZBITFIELD::operator=(const ZBITFIELD& other)
+{
+    if (this != &other)
+        ZBITFIELD(other).swap(*this);
+    return *this;
+}
+
+ZBITFIELD& ZBITFIELD::operator=(ZBITFIELD&& other) noexcept
+{
+    ZBITFIELD(std::move(other)).swap(*this);
+    return *this;
+}
+
+ZBITFIELD& ZBITFIELD::operator+=(int i)
+{
+    set(i, true);
+    return *this;
+}
+
+ZBITFIELD& ZBITFIELD::operator-=(int i)
+{
+    set(i, false);
+    return *this;
+}
+
+void ZBITFIELD::set(int at, const ZBITFIELD& other)
+{
+    for (int j = 0; j < other.m_length; ++j)
+        set(at + j, other.get(j));
+}
+
+ZBITFIELD& ZBITFIELD::operator+=(const ZBITFIELD& other)
+{
+    if (other.m_length > INT_MAX - m_length)
+        throw std::bad_array_new_length();
+    ZBITFIELD sum(m_length + other.m_length);
+    bit(sum.m_bits, 0, m_bits, m_length);
+    bit(sum.m_bits, m_length, other.m_bits, other.m_length);
+    swap(sum);
+    return *this;
+}
+
+ZBITFIELD ZBITFIELD::operator|(const ZBITFIELD& other) const
+{
+    ZBITFIELD both(*this);
+    bitOr(both.m_bits, 0, other.m_bits, std::min(m_length, other.m_length));
+    return both;
+}
+
+bool ZBITFIELD::operator==(const ZBITFIELD& other) const noexcept
+{
+    return m_length == other.m_length && equals(m_bits, other.m_bits, m_length);
+}
+
+template <typename T>
+ZGStr<T> ZBITFIELD::textOf() const
+{
+    ZMStr<T> text;
+    T* to = text.getBuffer(m_length);
+    for (int i = 0; i < m_length; ++i)
+        to[i] = bit(m_bits, i) ? '1' : '0';
+    return text;
+}
+
+ZGStr<char> ZBITFIELD::toCString() const
+{
+    return textOf<char>();
+}
+
+ZGStr<wchar_t> ZBITFIELD::toWString() const
+{
+    return textOf<wchar_t>();
+}
+
+int ZBITFIELD::checked(int i) const
+{
+    if (i < 0 || i >= m_length)
+        throw ZXCOutOfBounds("ZBitField::get", nullptr);
+    return i;
+}
+
+void ZBITFIELD::swap(ZBITFIELD& other) noexcept
+{
+    std::swap(m_bits, other.m_bits);
+    std::swap(m_length, other.m_length);
+}
+
+// Bare arrays
+
+unsigned char* ZBITFIELD::create(int n)
+{
+    return new unsigned char[unsignedOf(byteCount(n))]();
+}
+
+void ZBITFIELD::clear(unsigned char* bytes, int n) noexcept
+{
+    if (n > 0)
+        std::memset(bytes, 0, unsignedOf(byteCount(n)));
+}
+
+unsigned char* ZBITFIELD::copy(const unsigned char* bytes, int n)
+{
+    auto* copied = new unsigned char[unsignedOf(std::max(n, 0) >> 3) + 1]();
+    if (bytes && n > 0)
+        std::memcpy(copied, bytes, unsignedOf(byteCount(n)));
+    return copied;
+}
+
+unsigned char ZBITFIELD::bit(unsigned char* bytes, int i, bool value) noexcept
+{
+    if (value) {
+        bytes[i >> 3] |= maskOf(i);
+        return maskOf(i);
+    }
+    const auto mask = static_cast<unsigned char>(~maskOf(i));
+    bytes[i >> 3] &= mask;
+    return mask;
+}
+
+bool ZBITFIELD::bitOr(unsigned char* bytes, int i, bool value) noexcept
+{
+    if (value)
+        bit(bytes, i, true);
+    return bit(bytes, i);
+}
+
+void ZBITFIELD::bit(unsigned char* to, int at, const unsigned char* from, int n) noexcept
+{
+    for (int j = 0; j < n; ++j)
+        bit(to, at + j, bit(from, j));
+}
+
+void ZBITFIELD::bitOr(unsigned char* to, int at, const unsigned char* from, int n) noexcept
+{
+    for (int j = 0; j < n; ++j)
+        bitOr(to, at + j, bit(from, j));
+}
+
+bool ZBITFIELD::equals(const unsigned char* a, const unsigned char* b, int n) noexcept
+{
+    if (n < 1)
+        return true;
+    const std::size_t whole = unsignedOf(n >> 3);
+    if (whole > 0 && std::memcmp(a, b, whole) != 0)
+        return false;
+    const int rest = n & 7;
+    // The mask takes in one bit more than there are.
+    const unsigned mask = (1U << (rest + 1)) - 1;
+    return rest == 0 || ((a[whole] ^ b[whole]) & mask) == 0;
+}
+
+} // namespace ZSpace

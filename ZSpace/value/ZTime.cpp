@@ -1,0 +1,465 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/value/ZTime.h"
+
+#include "ZSpace/string/detail/StrDigits.h"
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <sys/time.h>
+#include <tuple>
+
+namespace ZSpace {
+
+namespace {
+
+// What the fields may hold.
+
+constexpr unsigned short validYear(unsigned short year) noexcept
+{
+    return year < 1600 || year > 3000 ? 1970 : year;
+}
+
+constexpr unsigned char validMonth(unsigned char month) noexcept
+{
+    return month < 1 || month > 12 ? 1 : month;
+}
+
+constexpr unsigned char validDay(unsigned char day) noexcept
+{
+    return day < 1 || day > 31 ? 1 : day;
+}
+
+constexpr unsigned char validHour(unsigned char hour) noexcept
+{
+    return hour > 23 ? 0 : hour;
+}
+
+constexpr unsigned char validMinuteOrSecond(unsigned char number) noexcept
+{
+    return number > 59 ? 0 : number;
+}
+
+constexpr unsigned short validMilliseconds(unsigned short milliseconds) noexcept
+{
+    return milliseconds > 999 ? 999 : milliseconds;
+}
+
+/// The packed form: where each field starts and how many bits it has.
+struct PackedField {
+    [[nodiscard]] constexpr unsigned long long pack(unsigned number) const noexcept
+    {
+        return static_cast<unsigned long long>(number) << shift;
+    }
+    template <typename Number>
+    [[nodiscard]] constexpr Number unpack(unsigned long long packed) const noexcept
+    {
+        return static_cast<Number>(packed >> shift & ((1ULL << bits) - 1));
+    }
+
+    int shift;
+    int bits;
+};
+
+constexpr PackedField s_packedYear{36, 12};
+constexpr PackedField s_packedMonth{32, 4};
+constexpr PackedField s_packedDay{27, 5};
+constexpr PackedField s_packedHour{22, 5};
+constexpr PackedField s_packedMinute{16, 6};
+constexpr PackedField s_packedSecond{10, 6};
+constexpr PackedField s_packedMilliseconds{0, 10};
+
+/// The wall clock.
+timeval clockTime() noexcept
+{
+    timeval now{};
+    gettimeofday(&now, nullptr);
+    return now;
+}
+
+/// Writes a number with leading zeros, whole where it is wider.
+template <typename T>
+T* writePadded(T* to, unsigned number, long width) noexcept
+{
+    const detail::Decimal decimal(number);
+    const long length = decimal.length();
+    const long zeros = width - length;
+    detail::fillChars(to, T('0'), zeros);
+    to += zeros > 0 ? zeros : 0;
+    detail::writeDecimal(to, length, decimal);
+    return to + length;
+}
+
+template <typename T>
+T* writeTwoDigits(T* to, unsigned number) noexcept
+{
+    if (number > 99)
+        return writePadded(to, number, 2);
+    detail::writePair(to, detail::s_decimalPairs[number]);
+    return to + 2;
+}
+
+using Pieces = std::array<ZStrToken<char>, 6>;
+
+/// Cuts a text at two "-", one "T" and two ":". Behind the "T" a "-" is a character like any other, and so is
+/// a ":" ahead of it.
+/// @return false if there are more of them or fewer.
+bool split(ZStrToken<char> text, Pieces& pieces) noexcept
+{
+    constexpr std::size_t middle = 2;
+    constexpr std::size_t last = std::tuple_size_v<Pieces> - 1;
+    const char* start = text;
+    const char* const end = start + text.Length();
+    char separator = '-';
+    std::size_t n = 0;
+    for (const char* c = start; c != end; ++c) {
+        const bool isMiddle = *c == 'T';
+        if (!isMiddle && *c != separator)
+            continue;
+        if (isMiddle != (n == middle) || n == last)
+            return false;
+        pieces[n++] = ZStrToken<char>(start, c - start);
+        start = c + 1;
+        if (isMiddle)
+            separator = ':';
+    }
+    pieces[n] = ZStrToken<char>(start, end - start);
+    return n == last;
+}
+
+} // namespace
+
+/// Pins the place of each field: values are copied byte by byte.
+struct ZTime::Layout {
+    static_assert(offsetof(ZTime, m_milliseconds) == 0);
+    static_assert(offsetof(ZTime, m_second) == 2);
+    static_assert(offsetof(ZTime, m_minute) == 3);
+    static_assert(offsetof(ZTime, m_hour) == 4);
+    static_assert(offsetof(ZTime, m_day) == 5);
+    static_assert(offsetof(ZTime, m_weekday) == 6);
+    static_assert(offsetof(ZTime, m_month) == 7);
+    static_assert(offsetof(ZTime, m_year) == 8);
+};
+
+ZTime::ZTime(unsigned short year, unsigned char month, unsigned char day, unsigned char hour,
+    unsigned char minute, unsigned char second, unsigned short milliseconds) noexcept
+{
+    set(year, month, day, hour, minute, second, milliseconds);
+}
+
+ZTime::ZTime(const char* text) noexcept
+{
+    *this = text;
+}
+
+ZTime::ZTime(const wchar_t* text) noexcept
+{
+    *this = text;
+}
+
+ZTime::ZTime(const unsigned int& seconds) noexcept
+{
+    *this = seconds;
+}
+
+ZTime::ZTime(const unsigned long long& packed) noexcept
+{
+    setPacked(packed);
+}
+
+ZTime::ZTime(const unsigned long& packed) noexcept
+{
+    setPacked(packed);
+}
+
+ZTime& ZTime::operator=(const char* text) noexcept
+{
+    parse(text);
+    return *this;
+}
+
+ZTime& ZTime::operator=(const wchar_t* text) noexcept
+{
+    const ZGStr<char> narrowed(text);
+    parse(narrowed);
+    return *this;
+}
+
+ZTime& ZTime::operator=(const unsigned int& seconds) noexcept
+{
+    setSeconds(seconds);
+    m_milliseconds = 0;
+    return *this;
+}
+
+ZTime& ZTime::operator=(const unsigned long long& packed) noexcept
+{
+    setPacked(packed);
+    return *this;
+}
+
+ZTime& ZTime::operator=(const unsigned long& packed) noexcept
+{
+    setPacked(packed);
+    return *this;
+}
+
+void ZTime::setNow() noexcept
+{
+    const timeval now = clockTime();
+    const int days = setSeconds(now.tv_sec);
+    m_milliseconds = static_cast<unsigned short>(now.tv_usec / 1000);
+    const std::chrono::weekday weekday{std::chrono::sys_days(std::chrono::days(days))};
+    m_weekday = static_cast<unsigned char>(weekday.c_encoding());
+}
+
+void ZTime::clear() noexcept
+{
+    *this = ZTime(false);
+}
+
+bool ZTime::isCleared() const noexcept
+{
+    return m_milliseconds + m_second + m_minute + m_hour + m_day + m_month + m_year == 0;
+}
+
+void ZTime::set(unsigned short year, unsigned char month, unsigned char day, unsigned char hour,
+    unsigned char minute, unsigned char second, unsigned short milliseconds) noexcept
+{
+    setDate(year, month, day);
+    setTime(hour, minute, second, milliseconds);
+}
+
+void ZTime::setDate(unsigned short year, unsigned char month, unsigned char day) noexcept
+{
+    Year(year);
+    Month(month);
+    Day(day);
+}
+
+void ZTime::setTime(
+    unsigned char hour, unsigned char minute, unsigned char second, unsigned short milliseconds) noexcept
+{
+    Hour(hour);
+    Minute(minute);
+    Second(second);
+    m_milliseconds = validMilliseconds(milliseconds);
+}
+
+unsigned short ZTime::Year(unsigned short year) noexcept
+{
+    return m_year = validYear(year);
+}
+
+unsigned char ZTime::Month(unsigned char month) noexcept
+{
+    return m_month = validMonth(month);
+}
+
+unsigned char ZTime::Day(unsigned char day) noexcept
+{
+    return m_day = validDay(day);
+}
+
+unsigned char ZTime::Hour(unsigned char hour) noexcept
+{
+    return m_hour = validHour(hour);
+}
+
+unsigned char ZTime::Minute(unsigned char minute) noexcept
+{
+    return m_minute = validMinuteOrSecond(minute);
+}
+
+unsigned char ZTime::Second(unsigned char second) noexcept
+{
+    return m_second = validMinuteOrSecond(second);
+}
+
+unsigned short ZTime::MilliSeconds(unsigned short milliseconds) noexcept
+{
+    return m_milliseconds = milliseconds > 999 ? 0 : milliseconds;
+}
+
+ZTime::operator unsigned long long() const noexcept
+{
+    return s_packedYear.pack(m_year) | s_packedMonth.pack(m_month) | s_packedDay.pack(m_day)
+        | s_packedHour.pack(m_hour) | s_packedMinute.pack(m_minute) | s_packedSecond.pack(m_second)
+        | s_packedMilliseconds.pack(m_milliseconds);
+}
+
+void ZTime::setPacked(unsigned long long packed) noexcept
+{
+    set(s_packedYear.unpack<unsigned short>(packed), s_packedMonth.unpack<unsigned char>(packed),
+        s_packedDay.unpack<unsigned char>(packed), s_packedHour.unpack<unsigned char>(packed),
+        s_packedMinute.unpack<unsigned char>(packed), s_packedSecond.unpack<unsigned char>(packed),
+        s_packedMilliseconds.unpack<unsigned short>(packed));
+}
+
+ZTime::operator unsigned int() const noexcept
+{
+    return static_cast<unsigned int>(secondsAsUtc());
+}
+
+/// Leaves milliseconds and weekday alone.
+/// @return the days since 1970, from which the weekday follows.
+int ZTime::setSeconds(long long secondsSince1970) noexcept
+{
+    const std::chrono::sys_seconds time{std::chrono::seconds(secondsSince1970)};
+    const auto day = std::chrono::floor<std::chrono::days>(time);
+    const std::chrono::year_month_day date(day);
+    const auto ofDay = static_cast<unsigned>((time - day).count());
+    m_year = static_cast<unsigned short>(static_cast<int>(date.year()));
+    m_month = static_cast<unsigned char>(static_cast<unsigned>(date.month()));
+    m_day = static_cast<unsigned char>(static_cast<unsigned>(date.day()));
+    m_hour = static_cast<unsigned char>(ofDay / 3600);
+    m_minute = static_cast<unsigned char>(ofDay / 60 % 60);
+    m_second = static_cast<unsigned char>(ofDay % 60);
+    return static_cast<int>(day.time_since_epoch().count());
+}
+
+long long ZTime::secondsAsUtc() const noexcept
+{
+    using namespace std::chrono;
+    // Counted from the first, as month and day of a cleared time are 0. Years above the signed range are
+    // those that shifting leaves when it goes past the year 0.
+    const year_month month = year(static_cast<short>(m_year)) / January + months(m_month - 1);
+    const sys_days day = sys_days(month / 1) + days(m_day - 1);
+    return sys_seconds(day).time_since_epoch().count() + m_hour * 3600L + m_minute * 60L + m_second;
+}
+
+long long ZTime::operator-(const ZTime& other) const noexcept
+{
+    return secondsAsUtc() - other.secondsAsUtc();
+}
+
+ZTime& ZTime::shift(long long seconds) noexcept
+{
+    std::tm local;
+    fill_tm(local, m_second, m_minute, m_hour, m_day, m_month, m_year);
+    setSeconds(std::mktime(&local) + seconds);
+    return *this;
+}
+
+void ZTime::parse(ZStrToken<char> text) noexcept
+{
+    Pieces pieces;
+    if (split(text, pieces))
+        set(pieces[0].toUInt16(), pieces[1].toUInt8(), pieces[2].toUInt8(), pieces[3].toUInt8(),
+            pieces[4].toUInt8(), pieces[5].toUInt8(), 0);
+}
+
+template <detail::StrChar T>
+long ZTime::writeText(T* to) const noexcept
+{
+    T* end = writePadded(to, m_year, 4);
+    *end++ = '-';
+    end = writeTwoDigits(end, m_month);
+    *end++ = '-';
+    end = writeTwoDigits(end, m_day);
+    *end++ = 'T';
+    end = writeTwoDigits(end, m_hour);
+    *end++ = ':';
+    end = writeTwoDigits(end, m_minute);
+    *end++ = ':';
+    end = writeTwoDigits(end, m_second);
+    return end - to;
+}
+
+template <detail::StrChar T>
+long ZTime::writeTextEx(T* to) const noexcept
+{
+    T* end = to + writeText(to);
+    *end++ = '.';
+    return writePadded(end, m_milliseconds, 3) - to;
+}
+
+template long ZTime::writeText(char*) const noexcept;
+template long ZTime::writeText(wchar_t*) const noexcept;
+template long ZTime::writeTextEx(char*) const noexcept;
+template long ZTime::writeTextEx(wchar_t*) const noexcept;
+
+namespace {
+
+/// The characters that a text form's string has room for at first; both forms fit.
+constexpr long s_builderRoom = 24;
+
+template <typename T>
+ZMStr<T> textOf(const ZTime& time)
+{
+    T text[ZTime::s_textRoom];
+    ZMStr<T> built(s_builderRoom);
+    built.append(text, time.writeText(text));
+    return built;
+}
+
+template <typename T>
+ZMStr<T> textExOf(const ZTime& time)
+{
+    T text[ZTime::s_textRoom];
+    ZMStr<T> built(s_builderRoom);
+    built.append(text, time.writeTextEx(text));
+    return built;
+}
+
+} // namespace
+
+ZMStr<char> ZTime::toCString() const
+{
+    return textOf<char>(*this);
+}
+
+ZMStr<char> ZTime::toCStringEx() const
+{
+    return textExOf<char>(*this);
+}
+
+ZMStr<wchar_t> ZTime::toWString() const
+{
+    return textOf<wchar_t>(*this);
+}
+
+ZMStr<wchar_t> ZTime::toWStringEx() const
+{
+    return textExOf<wchar_t>(*this);
+}
+
+ZTime::operator ZGStr<char>() const
+{
+    char text[s_textRoom];
+    return ZGStr<char>(text, writeText(text));
+}
+
+ZTime::operator ZGStr<wchar_t>() const
+{
+    wchar_t text[s_textRoom];
+    return ZGStr<wchar_t>(text, writeText(text));
+}
+
+void fill_tm(std::tm& record, unsigned char second, unsigned char minute, unsigned char hour,
+    unsigned char day, unsigned char month, unsigned short year) noexcept
+{
+    record = {};
+    record.tm_sec = second;
+    record.tm_min = minute;
+    record.tm_hour = hour;
+    record.tm_mday = day;
+    record.tm_mon = month - 1;
+    record.tm_year = year - 1900;
+}
+
+} // namespace ZSpace
+
+unsigned long long GetSystemTimeMillis() noexcept
+{
+    const timeval now = ZSpace::clockTime();
+    return static_cast<unsigned long long>(now.tv_sec) * 1000
+        + static_cast<unsigned long long>(now.tv_usec) / 1000;
+}
+
+unsigned int GetTickCount() noexcept
+{
+    return static_cast<unsigned int>(GetSystemTimeMillis()) / 10;
+}

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/value/ZValueArray.h"
+
+#include "ZSpace/core/ZException.h"
+#include "ZSpace/value/detail/ValueItems.h"
+#include "ZSpace/value/detail/ValueKind.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+
+namespace ZSpace {
+
+namespace {
+
+/// The size of the cell that a new value of a kind has.
+unsigned int cellSizeOf(ZTypeId item) noexcept
+{
+    const detail::ValueKind* kind = detail::kindOf(item);
+    return kind && kind->create ? kind->size : 0;
+}
+
+} // namespace
+
+ZValueArrayBase::ZValueArrayBase(ZTypeId item)
+    : TZValueBase<ZTypeId>(item | ZTypeId_array, cellSizeOf(item), nullptr)
+{
+}
+
+ZValueArrayBase::~ZValueArrayBase() = default;
+
+ZValueArrayBase* ZValueArrayBase::clone() const
+{
+    return new ZValueArrayBase(*this);
+}
+
+unsigned int ZValueArrayBase::ArrayItemCount() const noexcept
+{
+    return static_cast<unsigned int>(detail::countItems(items()));
+}
+
+TZValueBase<ZTypeId>*& ZValueArrayBase::slot(unsigned int index) const
+{
+    if (index >= ArrayItemCount())
+        throw ZOutOfBoundsException();
+    return items()[index];
+}
+
+TZValueBase<ZTypeId>& ZValueArrayBase::ArrayItem(unsigned int index)
+{
+    return *slot(index);
+}
+
+const TZValueBase<ZTypeId>& ZValueArrayBase::ArrayItem(unsigned int index) const
+{
+    return *slot(index);
+}
+
+void ZValueArrayBase::ArrayItem(unsigned int index, const Value& value)
+{
+    Value*& item = slot(index);
+    delete std::exchange(item, value.clone()); // the old item goes last: it may be `value`
+}
+
+void ZValueArrayBase::ArrayAdd(Value* value)
+{
+    if (!value)
+        return;
+    std::unique_ptr<Value> added(value);
+    const std::size_t count = ArrayItemCount();
+    auto** grown = new Value*[count + 2];
+    std::copy_n(items(), count, grown);
+    grown[count] = added.release();
+    grown[count + 1] = nullptr;
+    if (!(m_type & ZTypeId_array)) {
+        clear(m_type); // was given another kind through its base
+        m_type = ZTypeId_array;
+    }
+    delete[] items();
+    m_content = grown;
+}
+
+void ZValueArrayBase::ArrayAdd(const Value& value)
+{
+    ArrayAdd(value.clone());
+}
+
+void ZValueArrayBase::ArrayRemove(unsigned int index)
+{
+    Value** item = &slot(index);
+    const Value* removed = *item;
+    for (; *item; ++item)
+        *item = item[1];
+    delete removed;
+}
+
+void ZValueArrayBase::ArrayClear() noexcept
+{
+    if (Value** old = items()) {
+        m_content = nullptr;
+        detail::freeItems(old);
+    }
+}
+
+bool ZValueArrayBase::operator==(const ZValueArrayBase& other) const
+{
+    return detail::areEqualItems(items(), other.items());
+}
+
+} // namespace ZSpace

@@ -1,0 +1,218 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+// The log front end, where lines end up and how they are cut. Its switches cannot be turned back, so every
+// test that sets one does so in a child process.
+
+#include "ZSpace/log/LogFrontEnd.h"
+
+#include "ZSpace/platform/Foundation.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Host.h"
+#include "tests/support/Kernel.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace ZSpace::Testing {
+namespace {
+
+using testing::ContainsRegex;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::Not;
+using testing::StartsWith;
+
+const std::string s_header = "\n------- stack trace -------\n";
+const std::string s_footer = "---------------------------\n";
+
+/// What `work` wrote to the console.
+std::string consoleOf(const std::function<void()>& work)
+{
+    const Outcome outcome = runInChild([&] {
+        work();
+        return 0;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    return outcome.standardError;
+}
+
+/// The line without its date, program and thread.
+std::string textOf(const std::string& consoleLine)
+{
+    const std::size_t end = consoleLine.find("] ");
+    return end == std::string::npos ? consoleLine : consoleLine.substr(end + 2);
+}
+
+NS::String text(const char* utf8)
+{
+    return {utf8};
+}
+
+TEST(LogFrontEnd, LinesGoToTheConsoleBeforeAnyInitialisation)
+{
+    EXPECT_EQ(textOf(consoleOf([] { CNSLog("%s has %d", "a", 5); })), "a has 5\n");
+    EXPECT_EQ(textOf(consoleOf([] { CNSLogMsg("100 %d"); })), "100 %d\n");
+    EXPECT_EQ(textOf(consoleOf([] { OCNSLog(text("%@ is %.1f").native(), text("x").native(), 2.5); })),
+        "x is 2.5\n");
+    EXPECT_EQ(textOf(consoleOf([] { CNSSysLog(3, "level %d", 3); })), "level 3\n");
+}
+
+TEST(LogFrontEnd, TheTextIsNeverUsedAsAFormat)
+{
+    EXPECT_EQ(textOf(consoleOf([] { CNSLog("%s", "%s%n%d"); })), "%s%n%d\n");
+    EXPECT_EQ(textOf(consoleOf([] { OCNSLog(text("%%s").native()); })), "%s\n");
+}
+
+TEST(LogFrontEnd, ATextBeyondTheBufferIsCutToItsFirst4095Bytes)
+{
+    const std::string message(5000, 'x');
+    EXPECT_EQ(textOf(consoleOf([&] { CNSLog("%s", message.c_str()); })), message.substr(0, 4095) + "\n");
+    EXPECT_EQ(
+        textOf(consoleOf([&] { CNSSysLog(5, "%s", message.c_str()); })), message.substr(0, 4095) + "\n");
+    const std::string fits(4095, 'y');
+    EXPECT_EQ(textOf(consoleOf([&] { CNSLog("%s", fits.c_str()); })), fits + "\n");
+}
+
+TEST(LogFrontEnd, TheCutMayFallInsideACharacter)
+{
+    std::string message(4094, 'x');
+    message += "\xC3\xA9";
+    EXPECT_EQ(textOf(consoleOf([&] { CNSLog("%s", message.c_str()); })),
+        message.substr(0, 4094) + host().cutCharacter + "\n");
+}
+
+TEST(LogFrontEnd, TheStackTraceVariantTakes8191Bytes)
+{
+    const std::string message(5000, 'x');
+    const std::string whole = textOf(consoleOf([&] { CNSLogWithStackTrace("%s", message.c_str()); }));
+    EXPECT_THAT(whole, StartsWith(message + s_header));
+    const std::string longer(9000, 'y');
+    const std::string cut = textOf(consoleOf([&] { CNSLogWithStackTrace("%s", longer.c_str()); }));
+    EXPECT_THAT(cut, StartsWith(longer.substr(0, 8191) + s_header));
+}
+
+TEST(LogFrontEnd, FoundationFormatsHaveNoLengthLimit)
+{
+    const std::string message(20'000, 'x');
+    EXPECT_EQ(textOf(consoleOf([&] { OCNSLog(text("%s").native(), message.c_str()); })), message + "\n");
+    EXPECT_THAT(textOf(consoleOf([&] { OCNSLogWithStackTrace(text("%s").native(), message.c_str()); })),
+        StartsWith(message + s_header));
+}
+
+TEST(LogFrontEnd, AStackTraceHasAHeaderALinePerFrameAndAFooter)
+{
+    const std::string trace = textOf(consoleOf([] { CNSLogWithStackTrace("here"); }));
+    EXPECT_THAT(trace, ContainsRegex("^here" + s_header + host().innermostFrame));
+    EXPECT_THAT(trace, EndsWith("\n" + s_footer));
+    EXPECT_GT(std::count(trace.begin(), trace.end(), '\n'), 5);
+}
+
+TEST(LogFrontEnd, AppendingAStackTraceKeepsTheTextBeforeIt)
+{
+    const NS::MutableString target("before");
+    OCAppendStackTrace(target.native());
+    EXPECT_THAT(target.UTF8String(), ContainsRegex("^before" + s_header + host().innermostFrame));
+    EXPECT_THAT(target.UTF8String(), EndsWith("\n" + s_footer));
+}
+
+TEST(LogFrontEnd, NullArgumentsCountAsEmpty)
+{
+    const char* const nothing = nullptr;
+    EXPECT_EQ(textOf(consoleOf([=] { CNSLog(nothing); })), "\n");
+    EXPECT_EQ(textOf(consoleOf([=] { CNSSysLog(5, nothing); })), "\n");
+    EXPECT_EQ(textOf(consoleOf([] { OCNSLog(nullptr); })), "\n");
+    EXPECT_THAT(textOf(consoleOf([=] { CNSLogWithStackTrace(nothing); })), StartsWith(s_header));
+    EXPECT_THAT(textOf(consoleOf([] { OCNSLogWithStackTrace(nullptr); })), StartsWith(s_header));
+    OCAppendStackTrace(nullptr);
+    EXPECT_EQ(consoleOf([] { CNSInitLog(0, 0, nullptr, nullptr); }), "");
+}
+
+TEST(LogFrontEnd, ANullMessageIsIgnored)
+{
+    EXPECT_EQ(consoleOf([] { CNSLogMsg(nullptr); }), "");
+    EXPECT_EQ(textOf(consoleOf([] { CNSLogMsg(""); })), "\n");
+}
+
+TEST(LogFrontEnd, AFormatThatCannotBeFilledIsShownAsItIs)
+{
+    EXPECT_EQ(textOf(consoleOf([] { CNSLog("name %ls", L"\xD800"); })), "name %ls\n");
+}
+
+TEST(LogFrontEnd, DebugLinesAreOffAtStart)
+{
+    EXPECT_FALSE(CNSDbgLogEnabled());
+    EXPECT_EQ(consoleOf([] {
+        CNSDbgLog("a");
+        OCNSDbgLog(text("b").native());
+    }),
+        "");
+}
+
+TEST(LogFrontEnd, Flag2TurnsDebugLinesOnForGood)
+{
+    const std::string console = consoleOf([] {
+        CNSInitLog(0x002, 0, "tag", nullptr);
+        EXPECT_TRUE(CNSDbgLogEnabled());
+        CNSInitLog(0, 0, "tag", nullptr);
+        EXPECT_TRUE(CNSDbgLogEnabled());
+        CNSDbgLog("first %d", 1);
+        OCNSDbgLog(text("second %@").native(), text("x").native());
+    });
+    EXPECT_THAT(console, HasSubstr("] first 1\n"));
+    EXPECT_THAT(console, HasSubstr("] second x\n"));
+}
+
+TEST(LogFrontEnd, OtherFlagsTurnNothingOn)
+{
+    const Outcome outcome = runInChild([] {
+        CNSInitLog(~(0x102), 0, "tag", nullptr);
+        return CNSDbgLogEnabled() ? 1 : 0;
+    });
+    EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(LogFrontEnd, ADebuggerTurnsDebugLinesOnWithoutTheFlag)
+{
+    const Outcome outcome = runTraced([] {
+        CNSInitLog(0, 0, "tag", nullptr);
+        CNSDbgLog("traced");
+        return CNSDbgLogEnabled() ? 0 : 1;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.standardError, EndsWith("] traced\n"));
+}
+
+TEST(LogFrontEnd, LinesOfManyThreadsStayWhole)
+{
+    constexpr int threadCount = 4;
+    constexpr int lineCount = 200;
+    const std::string console = consoleOf([] {
+        std::vector<std::thread> threads;
+        for (int t = 0; t < threadCount; ++t) {
+            threads.emplace_back([t] {
+                for (int i = 0; i < lineCount; ++i)
+                    CNSLog("thread %d line %d end", t, i);
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+    });
+    for (int t = 0; t < threadCount; ++t) {
+        for (int i = 0; i < lineCount; ++i) {
+            const std::string line =
+                "] thread " + std::to_string(t) + " line " + std::to_string(i) + " end\n";
+            ASSERT_THAT(console, HasSubstr(line));
+        }
+    }
+}
+
+} // namespace
+} // namespace ZSpace::Testing

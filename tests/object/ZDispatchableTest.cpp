@@ -1,0 +1,351 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/object/ZDispatchable.h"
+
+#include "ZSpace/core/ZException.h"
+#include "ZSpace/object/ZObject.h"
+#include "tests/support/AllocationFaults.h"
+#include "tests/support/Probes.h"
+#include "tests/support/VirtualSlots.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <type_traits>
+#include <vector>
+
+namespace ZSpace {
+namespace {
+
+using testing::ElementsAre;
+using ZSpace::Testing::AllocationFault;
+using ZSpace::Testing::asWord;
+using ZSpace::Testing::blocksAlive;
+using ZSpace::Testing::virtualSlotOf;
+using ZSpace::Testing::wordAt;
+
+using Lock = ZThreadLock_T<pthread_mutex_t>;
+using Method = ZDispatchMethod<Lock>;
+using Value = TZValueBase<ZTypeId>;
+using Arguments = ZList<Value>;
+
+static_assert(std::is_base_of_v<ZDispatchable<Lock>, ZObject>);
+static_assert(std::is_base_of_v<TZReferenceable<TZRefCounter<int>>, ZObject>);
+static_assert(std::has_virtual_destructor_v<ZObject>);
+static_assert(!std::is_copy_constructible_v<ZObject> && !std::is_copy_assignable_v<ZObject>);
+static_assert(std::is_same_v<decltype(std::declval<ZObject>().InvokableMethods()), long>);
+
+/// What happens to the methods of a test.
+struct Log {
+    std::vector<std::string> asked; ///< for their names
+    std::vector<std::string> invoked;
+    std::vector<std::string> disposed;
+};
+
+class LoggedMethod : public Method {
+public:
+    LoggedMethod(Log& log, const char* name)
+        : m_log(log)
+        , m_name(name)
+    {
+    }
+    ~LoggedMethod() override { m_log.disposed.push_back(m_name); }
+    [[nodiscard]] ZGStr<char> Name() const override
+    {
+        m_log.asked.push_back(m_name);
+        return m_name.c_str();
+    }
+    Value invoke(Arguments& args) override
+    {
+        m_log.invoked.push_back(m_name);
+        args.add(Value(std::in_place, 99));
+        return Value(std::in_place, static_cast<int>(args.Count()));
+    }
+
+private:
+    Log& m_log;
+    std::string m_name;
+};
+
+class Object : public ZObject {
+public:
+    using ZObject::registerMethod;
+
+    explicit Object(std::function<void()> goodbye = [] {})
+        : m_goodbye(std::move(goodbye))
+    {
+    }
+    ~Object() override { m_goodbye(); }
+
+private:
+    std::function<void()> m_goodbye;
+};
+
+/// Objects whose methods are `a`, `b` and `c`.
+class ZDispatchableTest : public testing::Test {
+protected:
+    ZDispatchableTest()
+    {
+        for (const char* name : {"a", "b", "c"})
+            m_object.registerMethod(m_methods.emplace_back(new LoggedMethod(m_log, name)));
+    }
+
+    Log m_log;
+    Object m_object;
+    std::vector<Method*> m_methods;
+};
+
+// Layout
+
+TEST(ZObjectTest, CountStandsBehindTheTablePointerAndThenTheMethods)
+{
+    Log log;
+    auto* object = new Object;
+    EXPECT_EQ(
+        asWord(static_cast<TZReferenceable<TZRefCounter<int>>*>(object)), asWord(object) + sizeof(void*));
+    const ZReference<ZObject> handle(object);
+    EXPECT_EQ(wordAt(object, 1), 1u);
+    object->registerMethod(new LoggedMethod(log, "a"));
+    object->registerMethod(new LoggedMethod(log, "b"));
+    EXPECT_NE(wordAt(object, 2), 0u); // the table's block
+    EXPECT_EQ(wordAt(object, 3), 2u); // and its count
+    static_assert(sizeof(ZObject) == (1 + 1 + 2 + 3) * sizeof(void*) + sizeof(Lock));
+}
+
+TEST(ZObjectTest, VirtualOperationsStandBehindTheDestructors)
+{
+    EXPECT_EQ(virtualSlotOf(&ZObject::invokeByName), 2u);
+    EXPECT_EQ(virtualSlotOf(&ZObject::InvokableMethods), 3u);
+    EXPECT_EQ(virtualSlotOf(&ZObject::InvokableMethod), 4u);
+}
+
+TEST(ZDispatchMethodTest, NameIsTheFirstOperationAndTheDestructorsFollow)
+{
+    EXPECT_EQ(virtualSlotOf(&Method::Name), 0u);
+    EXPECT_EQ(virtualSlotOf(&Method::invoke), 3u);
+}
+
+// The table
+
+TEST(ZObjectTest, StartsWithoutMethods)
+{
+    ZObject object;
+    Arguments args;
+    EXPECT_EQ(object.InvokableMethods(), 0);
+    for (long index : {0L, 1L, -1L, LONG_MIN, LONG_MAX})
+        EXPECT_EQ(object.InvokableMethod(index), nullptr);
+    EXPECT_THROW(object.invokeByName("a", args), ZInvalidOperationException);
+    EXPECT_THROW(object.invokeByName(nullptr, args), ZInvalidOperationException);
+}
+
+TEST_F(ZDispatchableTest, CountsItsMethods)
+{
+    EXPECT_EQ(m_object.InvokableMethods(), 3);
+    m_object.registerMethod(nullptr);
+    EXPECT_EQ(m_object.InvokableMethods(), 3);
+}
+
+TEST_F(ZDispatchableTest, IndicesCountFromEitherEndAndAreHeldInside)
+{
+    const std::pair<long, int> table[]{{0, 0}, {1, 1}, {2, 2}, {3, 2}, {7, 2}, {LONG_MAX, 2}, {-1, 2},
+        {-2, 1}, {-3, 0}, {-4, 0}, {-9, 0}, {LONG_MIN, 0}};
+    for (const auto& [index, method] : table)
+        EXPECT_EQ(m_object.InvokableMethod(index), m_methods[static_cast<std::size_t>(method)]) << index;
+}
+
+TEST(ZObjectDeathTest, WantOfMemoryWhileRegisteringEndsTheProcess)
+{
+    Log log;
+    EXPECT_DEATH(
+        {
+            Object object;
+            auto* method = new LoggedMethod(log, "a");
+            const AllocationFault fault(1);
+            object.registerMethod(method);
+        },
+        "");
+}
+
+// Invoking
+
+TEST_F(ZDispatchableTest, InvokesTheLastMethodByItsName)
+{
+    Arguments args;
+    args.add(Value(std::in_place, 1));
+    const Value result = m_object.invokeByName("c", args);
+    EXPECT_TRUE(result == Value(std::in_place, 2));
+    EXPECT_EQ(args.Count(), 2);
+    EXPECT_THAT(m_log.invoked, ElementsAre("c"));
+    EXPECT_THAT(m_log.asked, ElementsAre("c"));
+}
+
+TEST_F(ZDispatchableTest, MethodThatThrowsIsNotHeldBack)
+{
+    struct Thrower : Method {
+        [[nodiscard]] ZGStr<char> Name() const override { return "thrower"; }
+        Value invoke(Arguments&) override { throw ZException(7, "from a method"); }
+    };
+    m_object.registerMethod(new Thrower);
+    Arguments args;
+    EXPECT_THROW(m_object.invokeByName("thrower", args), ZException);
+}
+
+TEST_F(ZDispatchableTest, EmptyNameMatchesAMethodWithoutOne)
+{
+    m_object.registerMethod(new LoggedMethod(m_log, ""));
+    Arguments args;
+    m_object.invokeByName("", args);
+    m_object.invokeByName(nullptr, args);
+    EXPECT_THAT(m_log.invoked, ElementsAre("", ""));
+}
+
+/// Ends a search that would go on and on.
+class EnoughOfThis { };
+
+class PatientMethod : public Method {
+public:
+    explicit PatientMethod(long patience)
+        : m_patience(patience)
+    {
+    }
+    [[nodiscard]] ZGStr<char> Name() const override
+    {
+        if (++m_asked == m_patience)
+            throw EnoughOfThis();
+        return m_asked == m_nameComesAt ? "late" : "last";
+    }
+    Value invoke(Arguments&) override { return Value(std::in_place, static_cast<int>(m_asked)); }
+
+    mutable long m_asked = 0;
+    long m_nameComesAt = 0;
+
+private:
+    long m_patience;
+};
+
+TEST_F(ZDispatchableTest, SearchForAnotherNameGoesOnWithTheLastMethodAlone)
+{
+    auto* last = new PatientMethod(1000000);
+    m_object.registerMethod(last);
+    Arguments args;
+    for (const char* name : {"a", "b", "c", "unknown"}) {
+        last->m_asked = 0;
+        EXPECT_THROW(m_object.invokeByName(name, args), EnoughOfThis);
+        EXPECT_EQ(last->m_asked, 1000000);
+    }
+    EXPECT_TRUE(m_log.asked.empty());
+    EXPECT_TRUE(m_log.invoked.empty());
+}
+
+TEST_F(ZDispatchableTest, SearchAsksForTheNameInEachPass)
+{
+    auto* last = new PatientMethod(1000);
+    last->m_nameComesAt = 700;
+    m_object.registerMethod(last);
+    Arguments args;
+    EXPECT_TRUE(m_object.invokeByName("late", args) == Value(std::in_place, 700));
+}
+
+TEST_F(ZDispatchableTest, NamesAreFreedInEachPass)
+{
+    m_object.registerMethod(new PatientMethod(1000));
+    Arguments args;
+    const long alive = blocksAlive();
+    EXPECT_THROW(m_object.invokeByName("unknown", args), EnoughOfThis);
+    EXPECT_EQ(blocksAlive(), alive);
+}
+
+TEST_F(ZDispatchableTest, SearchTakesNoLockSoMethodsCanBeRegisteredMeanwhile)
+{
+    struct Registrar : Method {
+        explicit Registrar(Object& object, Log& log)
+            : m_object(object)
+            , m_log(log)
+        {
+        }
+        [[nodiscard]] ZGStr<char> Name() const override
+        {
+            std::thread([this] { m_object.registerMethod(new LoggedMethod(m_log, "found")); }).join();
+            return "registrar";
+        }
+        Value invoke(Arguments&) override { return {}; }
+        Object& m_object;
+        Log& m_log;
+    };
+    m_object.registerMethod(new Registrar(m_object, m_log));
+    Arguments args;
+    m_object.invokeByName("found", args);
+    EXPECT_THAT(m_log.invoked, ElementsAre("found"));
+}
+
+// The end
+
+TEST(ZObjectTest, DisposesOfItsMethodsFromTheLastToTheFirst)
+{
+    Log log;
+    {
+        Object object([&] { EXPECT_TRUE(log.disposed.empty()); });
+        for (const char* name : {"a", "b", "c"})
+            object.registerMethod(new LoggedMethod(log, name));
+    }
+    EXPECT_THAT(log.disposed, ElementsAre("c", "b", "a"));
+}
+
+TEST(ZObjectTest, MethodMayLookAtItsObjectWhileItIsDisposedOf)
+{
+    struct Onlooker : Method {
+        Onlooker(Object& object, long& seen)
+            : m_object(object)
+            , m_seen(seen)
+        {
+        }
+        ~Onlooker() override { m_seen = m_object.InvokableMethods(); }
+        [[nodiscard]] ZGStr<char> Name() const override { return "onlooker"; }
+        Value invoke(Arguments&) override { return {}; }
+        Object& m_object;
+        long& m_seen;
+    };
+    long seen = 0;
+    {
+        Object object;
+        object.registerMethod(new Onlooker(object, seen));
+    }
+    EXPECT_EQ(seen, 1);
+}
+
+TEST(ZObjectTest, LastHandleDestroysItThroughItsVirtualDestructor)
+{
+    int destroyed = 0;
+    ZReference<ZObject> a(new Object([&] { ++destroyed; }));
+    ZReference<ZObject> b(a);
+    EXPECT_EQ(a.RefCount(), 2);
+    EXPECT_TRUE(a.release());
+    EXPECT_EQ(destroyed, 0);
+    EXPECT_FALSE(b.release());
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST(ZObjectTest, ThreadsRegisterSideBySide)
+{
+    Log log;
+    Object object;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < 50; ++i)
+                object.registerMethod(new PatientMethod(1));
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(object.InvokableMethods(), 200);
+}
+
+} // namespace
+} // namespace ZSpace

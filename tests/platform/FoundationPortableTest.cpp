@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+// What lists, folders, exceptions and the console are like on hosts without Foundation.
+
+#include "ZSpace/platform/Foundation.h"
+#include "tests/platform/Formatting.h"
+#include "tests/support/ChildProcess.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <ctime>
+
+namespace ZSpace::Testing {
+namespace {
+
+std::string printed(const NS::Array& array)
+{
+    return format("%@", array.native());
+}
+
+TEST(FoundationArrayPosix, PrintsOnOneLineWithQuotesWhereNeeded)
+{
+    EXPECT_EQ(printed(NS::Array::arrayWithObjects({"-uninstall", "YES"})), "(\"-uninstall\", YES)");
+    EXPECT_EQ(printed(NS::Array::arrayWithObjects({})), "()");
+    EXPECT_EQ(printed(NS::Array::arrayWithObjects({"aZ09_$/:."})), "(aZ09_$/:.)");
+    EXPECT_EQ(printed(NS::Array::arrayWithObjects({"", "a b", "a\"b\\", "a\nb", "\xC3\xA9"})),
+        "(\"\", \"a b\", \"a\\\"b\\\\\", \"a\\nb\", \"\xC3\xA9\")");
+    for (const char* item : {"a-b", "a,b", "a(b", "a)b", "a=b", "a@b", "a+b"})
+        EXPECT_EQ(printed(NS::Array::arrayWithObjects({item})), std::string("(\"") + item + "\")");
+}
+
+TEST(FoundationArrayPosix, ABadIndexIsNamed)
+{
+    try {
+        (void)NS::Array::arrayWithObjects({"a"}).objectAtIndex(1);
+        FAIL() << "nothing was raised";
+    } catch (const NS::Exception& exception) {
+        EXPECT_STREQ(exception.reason().UTF8String(), "item 1 was asked of a list of 1 items");
+    }
+}
+
+TEST(FoundationPathsPosix, ApplicationSupportIsWhereItIsOnMacos)
+{
+    const NS::Array folders =
+        NS::searchPathForDirectoriesInDomains(NS::SearchPathDirectory::ApplicationSupport,
+            NS::SearchPathDomainMask::MachineWide, NS::ExpandTilde::No);
+    EXPECT_EQ(folders.count(), 1U);
+    EXPECT_STREQ(folders.firstObject().UTF8String(), "/Library/Application Support");
+}
+
+TEST(ConsolePosix, ANullFormatIsEmpty)
+{
+    const std::string console = runInChild([] {
+        NS::log(nullptr);
+        return 0;
+    }).standardError;
+    EXPECT_THAT(console, testing::EndsWith("] \n"));
+}
+
+TEST(ConsolePosix, TellsLocalTime)
+{
+    const std::string kiritimati = runInChild([] {
+        setenv("TZ", "XXX-14", 1);
+        tzset();
+        const time_t now = time(nullptr) + 14 * 3600;
+        char date[32];
+        strftime(date, sizeof date, "%Y-%m-%d %H", gmtime(&now));
+        std::fprintf(stderr, "%s\n", date);
+        NS::log(NS::String("x").native());
+        return 0;
+    }).standardError;
+    EXPECT_THAT(kiritimati.substr(kiritimati.find('\n') + 1), testing::StartsWith(kiritimati.substr(0, 13)));
+}
+
+} // namespace
+} // namespace ZSpace::Testing

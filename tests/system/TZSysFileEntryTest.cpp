@@ -1,0 +1,254 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/system/TZSysFile.h"
+#include "tests/system/SysFileTests.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+#include <type_traits>
+
+namespace ZSpace {
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::UnorderedElementsAre;
+using ZSpace::Testing::bytesOf;
+
+static_assert(static_cast<int>(ZTRISTATE::No) == 0 && static_cast<int>(ZTRISTATE::Yes) == 1
+    && static_cast<int>(ZTRISTATE::Unknown) == -1);
+static_assert(std::is_copy_constructible_v<TZSysFile<char>> && std::is_copy_assignable_v<TZSysFile<char>>);
+
+// The object that stands for an entry of a folder, for both twins.
+template <typename T>
+class TZSysFileEntryTest : public ZSpace::Testing::SysFileTest<T> {
+};
+
+TYPED_TEST_SUITE(TZSysFileEntryTest, ZSpace::Testing::Widths, ZSpace::Testing::WidthNames);
+
+const ZTime s_created(2001, 2, 3, 4, 5, 6, 7);
+const ZTime s_accessed(2002, 3, 4, 5, 6, 7, 8);
+const ZTime s_modified(2003, 4, 5, 6, 7, 8, 9);
+
+TYPED_TEST(TZSysFileEntryTest, HoldsWhatItIsGiven)
+{
+    using SysFile = TZSysFile<TypeParam>;
+    const SysFile entry(
+        this->text("/no/such").c_str(), ZTRISTATE::Yes, ~0ULL, 1LL << 40, s_created, s_accessed, s_modified);
+    EXPECT_EQ(bytesOf(entry.Path()), "/no/such");
+    EXPECT_EQ(bytesOf(entry.Name()), "such");
+    EXPECT_EQ(bytesOf(entry.ParentPath()), "/no");
+    EXPECT_TRUE(entry.isDirectory());
+    EXPECT_FALSE(entry.isFile());
+    EXPECT_EQ(entry.Attributes(), ~0ULL);
+    EXPECT_EQ(entry.Size(), 1LL << 40);
+    EXPECT_EQ(entry.TimeCreated(), s_created);
+    EXPECT_EQ(entry.TimeAccessed(), s_accessed);
+    EXPECT_EQ(entry.TimeModified(), s_modified);
+    EXPECT_FALSE(entry.exists());
+}
+
+TYPED_TEST(TZSysFileEntryTest, PathIsKeptAsGiven)
+{
+    for (const char* path : {"/a/b/", "a", "", "//", "./a/../b"})
+        EXPECT_EQ(bytesOf(TestFixture::entryOf(path).Path()), path);
+}
+
+TYPED_TEST(TZSysFileEntryTest, KindIsAskedOnlyWhereItIsUnknown)
+{
+    const std::string file = this->make("file");
+    const std::string folder = this->folder().string();
+    for (const std::string& path : {file, folder, this->pathOf("missing")}) {
+        EXPECT_FALSE(TestFixture::entryOf(path, ZTRISTATE::No).isDirectory());
+        EXPECT_TRUE(TestFixture::entryOf(path, ZTRISTATE::Yes).isDirectory());
+        for (int unknown : {-1, 2, 7, -5}) {
+            const auto entry = TestFixture::entryOf(path, static_cast<ZTRISTATE>(unknown));
+            EXPECT_EQ(entry.isDirectory(), path == folder) << unknown;
+            EXPECT_EQ(entry.isFile(), path != folder) << unknown; // the negation, even where nothing is
+        }
+    }
+}
+
+TYPED_TEST(TZSysFileEntryTest, KindStaysAndExistenceIsAskedEachTime)
+{
+    const auto entry = TestFixture::entryOf(this->pathOf("x"));
+    EXPECT_FALSE(entry.exists());
+    fs::create_directory(this->pathOf("x"));
+    EXPECT_TRUE(entry.exists());
+    EXPECT_FALSE(entry.isDirectory());
+    fs::remove(this->pathOf("x"));
+    EXPECT_FALSE(entry.exists());
+}
+
+TYPED_TEST(TZSysFileEntryTest, SizeIsAskedUntilItIsAbove0)
+{
+    const auto entry = TestFixture::entryOf(this->pathOf("file"));
+    EXPECT_EQ(entry.Size(), -1);
+    this->make("file");
+    EXPECT_EQ(entry.Size(), 0);
+    this->make("file", "12345");
+    EXPECT_EQ(entry.Size(), 5);
+    this->make("file", "1234567");
+    EXPECT_EQ(entry.Size(), 5);
+    fs::remove(this->pathOf("file"));
+    EXPECT_EQ(entry.Size(), 5);
+}
+
+TYPED_TEST(TZSysFileEntryTest, GivenSizeBelow1IsNotKnown)
+{
+    using SysFile = TZSysFile<TypeParam>;
+    this->make("file", "12345");
+    for (long long size : {0LL, -1LL, -100LL}) {
+        const SysFile entry(this->path("file").c_str(), ZTRISTATE::No, 0, size, ZTime(), ZTime(), ZTime());
+        EXPECT_EQ(entry.Size(), 5);
+    }
+}
+
+TYPED_TEST(TZSysFileEntryTest, TimesAreAskedUntilTheyAreKnown)
+{
+    using SysFile = TZSysFile<TypeParam>;
+    const auto entry = TestFixture::entryOf(this->pathOf("file"));
+    EXPECT_TRUE(entry.TimeAccessed().isCleared());
+    EXPECT_TRUE(entry.TimeModified().isCleared());
+    EXPECT_TRUE(entry.TimeCreated().isCleared());
+    this->make("file");
+    ZTime accessed;
+    ZTime modified;
+    SysFile::lastAccessTimeOf(this->path("file").c_str(), accessed);
+    SysFile::lastChangeTimeOf(this->path("file").c_str(), modified);
+    EXPECT_EQ(entry.TimeAccessed(), accessed);
+    EXPECT_EQ(entry.TimeModified(), modified);
+    EXPECT_TRUE(entry.TimeCreated().isCleared()); // never asked for
+    fs::remove(this->pathOf("file"));
+    EXPECT_EQ(entry.TimeAccessed(), accessed);
+    EXPECT_EQ(entry.TimeModified(), modified);
+}
+
+TYPED_TEST(TZSysFileEntryTest, TimesCanBeSet)
+{
+    auto entry = TestFixture::entryOf(this->make("file"));
+    entry.TimeCreated(s_created);
+    entry.TimeAccessed(s_accessed);
+    entry.TimeModified(s_modified);
+    EXPECT_EQ(entry.TimeCreated(), s_created);
+    EXPECT_EQ(entry.TimeAccessed(), s_accessed);
+    EXPECT_EQ(entry.TimeModified(), s_modified);
+    entry.TimeAccessed(ZTime()); // not known again
+    EXPECT_FALSE(entry.TimeAccessed().isCleared());
+    EXPECT_NE(entry.TimeAccessed(), s_accessed);
+}
+
+TYPED_TEST(TZSysFileEntryTest, CopiesAreIndependent)
+{
+    using SysFile = TZSysFile<TypeParam>;
+    SysFile entry(this->text("/a/b").c_str(), ZTRISTATE::Yes, 5, 6, s_created, s_accessed, s_modified);
+    SysFile copy(entry);
+    SysFile assigned = TestFixture::entryOf("/x");
+    assigned = entry;
+    entry = TestFixture::entryOf("/y", ZTRISTATE::No);
+    for (const SysFile* same : {&copy, &assigned}) {
+        EXPECT_EQ(bytesOf(same->Path()), "/a/b");
+        EXPECT_TRUE(same->isDirectory());
+        EXPECT_EQ(same->Attributes(), 5u);
+        EXPECT_EQ(same->Size(), 6);
+        EXPECT_EQ(same->TimeModified(), s_modified);
+    }
+    EXPECT_EQ(bytesOf(entry.Path()), "/y");
+}
+
+TYPED_TEST(TZSysFileEntryTest, ParentIsLookedUp)
+{
+    this->make("file");
+    const auto parent = TestFixture::entryOf(this->pathOf("file")).Parent();
+    EXPECT_EQ(bytesOf(parent.Path()), this->folder().string());
+    EXPECT_TRUE(parent.isDirectory());
+    EXPECT_EQ(parent.Attributes(), 0u);
+    EXPECT_TRUE(parent.TimeCreated().isCleared());
+    const auto missing = TestFixture::entryOf(this->pathOf("missing/file")).Parent();
+    EXPECT_EQ(bytesOf(missing.Path()), this->pathOf("missing"));
+    EXPECT_FALSE(missing.isDirectory());
+    EXPECT_EQ(bytesOf(TestFixture::entryOf("/a").Parent().Path()), "");
+}
+
+TYPED_TEST(TZSysFileEntryTest, MovesAndKeepsItsPath)
+{
+    const auto entry = TestFixture::entryOf(this->make("a", "content"));
+    EXPECT_EQ(entry.moveTo(this->path("b").c_str()), 0);
+    EXPECT_EQ(bytesOf(entry.Path()), this->pathOf("a"));
+    EXPECT_FALSE(entry.exists());
+    EXPECT_EQ(this->contentOf("b"), "content");
+    EXPECT_EQ(entry.moveTo(this->path("c").c_str()), ENOENT);
+}
+
+TYPED_TEST(TZSysFileEntryTest, RenamesWithinItsFolderAndKeepsItsPath)
+{
+    fs::create_directory(this->pathOf("folder"));
+    for (const char* slash : {"", "/"}) {
+        fs::create_directory(this->pathOf("folder/b"));
+        const auto entry = TestFixture::entryOf(this->pathOf("folder/b") + slash);
+        EXPECT_EQ(entry.renameTo(this->text("c \xE9").c_str()), 0);
+        EXPECT_TRUE(fs::exists(this->pathOf("folder/c \xE9")));
+        EXPECT_EQ(bytesOf(entry.Path()), this->pathOf("folder/b") + slash);
+        EXPECT_EQ(entry.renameTo(this->text("d").c_str()), ENOENT);
+        fs::remove(this->pathOf("folder/c \xE9"));
+    }
+}
+
+TYPED_TEST(TZSysFileEntryTest, Removes)
+{
+    const auto entry = TestFixture::entryOf(this->make("a"));
+    EXPECT_EQ(entry.remove(), 0);
+    EXPECT_FALSE(fs::exists(this->pathOf("a")));
+    EXPECT_EQ(entry.remove(), ENOENT);
+    EXPECT_EQ(bytesOf(entry.Path()), this->pathOf("a"));
+}
+
+TYPED_TEST(TZSysFileEntryTest, FilesAndFoldersOfAFolder)
+{
+    using SysFile = TZSysFile<TypeParam>;
+    this->make("a");
+    this->make("b");
+    this->make(".DS_Store");
+    fs::create_directory(this->pathOf("c"));
+    fs::create_directory_symlink(this->pathOf("c"), this->pathOf("to c"));
+    const auto folder = TestFixture::entryOf(this->folder().string());
+    const auto files = folder.Files();
+    EXPECT_THAT(this->namesOf(files), UnorderedElementsAre("a", "b", ".DS_Store"));
+    for (const SysFile& file : files) {
+        EXPECT_TRUE(file.isFile());
+        EXPECT_TRUE(file.exists());
+    }
+    const auto folders = folder.SubDirectories();
+    EXPECT_THAT(this->namesOf(folders), UnorderedElementsAre(".", "..", "c", "to c"));
+    for (const SysFile& each : folders)
+        EXPECT_TRUE(each.isDirectory());
+    EXPECT_THAT(bytesOf(folder.FileNames()), UnorderedElementsAre("a", "b", ".DS_Store"));
+    EXPECT_THAT(bytesOf(folder.SubDirNames()), UnorderedElementsAre(".", "..", "c", "to c"));
+}
+
+TYPED_TEST(TZSysFileEntryTest, EmptyFolderHasNoFiles)
+{
+    const auto folder = TestFixture::entryOf(this->folder().string() + "/");
+    EXPECT_EQ(folder.Files().Count(), 0);
+    EXPECT_EQ(folder.FileNames().Count(), 0);
+    EXPECT_THAT(bytesOf(folder.SubDirNames()), UnorderedElementsAre(".", ".."));
+}
+
+TYPED_TEST(TZSysFileEntryTest, WhatIsNoFolderHasNothing)
+{
+    for (const std::string& path : {this->make("file"), this->pathOf("missing")}) {
+        const auto entry = TestFixture::entryOf(path, ZTRISTATE::Yes);
+        EXPECT_EQ(entry.Files().Count(), 0);
+        EXPECT_EQ(entry.SubDirectories().Count(), 0);
+        EXPECT_EQ(entry.FileNames().Count(), 0);
+        EXPECT_EQ(entry.SubDirNames().Count(), 0);
+    }
+}
+
+} // namespace
+} // namespace ZSpace
