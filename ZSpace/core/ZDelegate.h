@@ -117,7 +117,7 @@ public:
 
 private:
     Function m_function; // two words: the function (or its place in the table), what to add to the object's
-                         // address
+        // address
     Class* m_object;
 };
 

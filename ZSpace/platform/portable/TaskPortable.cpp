@@ -34,10 +34,7 @@ public:
     {
         note(posix_spawn_file_actions_adddup2(&m_actions, descriptor, copy));
     }
-    void closeAllFrom(int descriptor)
-    {
-        note(Host::addCloseFrom(m_actions, descriptor));
-    }
+    void closeAllFrom(int descriptor) { note(Host::addCloseFrom(m_actions, descriptor)); }
     /// What the first call that failed said; 0 when none did.
     [[nodiscard]] int error() const noexcept { return m_error; }
     [[nodiscard]] const posix_spawn_file_actions_t* get() const noexcept { return &m_actions; }
