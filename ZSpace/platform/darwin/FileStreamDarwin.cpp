@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/platform/FileStream.h"
+
+#include <fcntl.h>
+
+namespace ZSpace::Host {
+
+std::FILE* openFileStream(const char* path, const char* mode) noexcept
+{
+    std::FILE* const stream = std::fopen(path, mode); // knows no letter for O_CLOEXEC on all versions
+    if (stream)
+        fcntl(fileno(stream), F_SETFD, FD_CLOEXEC);
+    return stream;
+}
+
+} // namespace ZSpace::Host

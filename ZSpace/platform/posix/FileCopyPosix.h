@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+namespace ZSpace::Host {
+
+/// `copyContents` by `read` and `write` alone, which works for files of every kind.
+[[nodiscard]] int copyByReadingAndWriting(int from, int to) noexcept;
+
+} // namespace ZSpace::Host

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/platform/ReportFile.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ZSpace::Host {
+
+namespace {
+
+constexpr mode_t s_openToAll = 0777;
+constexpr mode_t s_reportMode = 0666;
+constexpr int s_reportFlags = O_RDWR | O_APPEND | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY;
+constexpr int s_directoryFlags = O_DIRECTORY | O_CLOEXEC;
+
+#if defined(O_PATH)
+constexpr int s_searchOnly = O_PATH;
+#elif defined(O_SEARCH)
+constexpr int s_searchOnly = O_SEARCH;
+#else
+constexpr int s_searchOnly = O_RDONLY;
+#endif
+
+/// Calls `open` until no signal interrupts it.
+/// @return the descriptor, or the error number negated.
+template <typename Open>
+int withoutInterruption(Open open) noexcept
+{
+    int descriptor = -1;
+    do {
+        descriptor = open();
+    } while (descriptor < 0 && errno == EINTR);
+    return descriptor < 0 ? -errno : descriptor;
+}
+
+int closeAndReturn(int descriptor, int result) noexcept
+{
+    close(descriptor);
+    return result;
+}
+
+/// Whether `file` is of a kind that only its owner can have put there.
+bool isTrustworthy(const struct stat& file) noexcept
+{
+    return S_ISREG(file.st_mode) && file.st_uid == geteuid() && file.st_nlink == 1;
+}
+
+/// Opens what another process, or an earlier call, has left at `name`. Without O_NONBLOCK a fifo, or a file that
+/// someone holds a lease on, would make the call wait.
+int openExisting(int directory, const char* name) noexcept
+{
+    const int file = withoutInterruption([=] { return openat(directory, name, s_reportFlags | O_NONBLOCK); });
+    if (file < 0)
+        return file;
+    struct stat status { };
+    if (fstat(file, &status) != 0)
+        return closeAndReturn(file, -errno);
+    if (!isTrustworthy(status))
+        return closeAndReturn(file, -EPERM);
+    if (fcntl(file, F_SETFL, O_APPEND) != 0) // no longer non-blocking
+        return closeAndReturn(file, -errno);
+    return file;
+}
+
+} // namespace
+
+int makeDirectoryOpenToAll(const char* path) noexcept
+{
+    if (mkdir(path, s_openToAll) != 0)
+        return errno;
+    const int directory = withoutInterruption(
+        [=] { return open(path, O_RDONLY | s_directoryFlags | O_NOFOLLOW | O_NONBLOCK); });
+    if (directory < 0)
+        return -directory;
+    struct stat status { };
+    int error = 0;
+    if (fstat(directory, &status) != 0)
+        error = errno;
+    else if (status.st_uid != geteuid())
+        error = EPERM; // the new directory has been replaced already
+    else if (fchmod(directory, s_openToAll) != 0)
+        error = errno;
+    return closeAndReturn(directory, error);
+}
+
+int openReportDirectory(const char* path) noexcept
+{
+    return withoutInterruption([=] { return open(path, s_searchOnly | s_directoryFlags); });
+}
+
+int openReportFile(int directory, const char* name) noexcept
+{
+    // A file that is removed between the two calls is created on the next round; nobody can win that race for ever.
+    constexpr int rounds = 8;
+    int file = -ENOENT;
+    for (int round = 0; round < rounds && file == -ENOENT; ++round) {
+        // Exclusive creation follows no link and opens nothing that exists, so it cannot wait.
+        file = withoutInterruption(
+            [=] { return openat(directory, name, s_reportFlags | O_CREAT | O_EXCL, s_reportMode); });
+        if (file == -EEXIST)
+            file = openExisting(directory, name);
+        else if (file == -ENOENT)
+            break; // the directory itself is gone
+    }
+    return file;
+}
+
+} // namespace ZSpace::Host
