@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Times, identifiers and values, each beside the usual ways to do the same.
+// Times, GUIDs and values, each next to the usual alternatives.
 
 #include "ZSpace/value/TZValue.h"
 #include "ZSpace/value/ZGUID.h"
@@ -34,7 +34,7 @@ using namespace ZSpace;
 
 using Value = TZValueBase<ZTypeId>;
 
-/// Hides from the compiler what is known about a value.
+/// Hides the value from the optimizer.
 template <typename T>
 T opaque(T value)
 {
@@ -62,7 +62,7 @@ BENCHMARK(timeText_ZTime);
 void timeText_ZTimeIntoArray(benchmark::State& state)
 {
     run(state, [] {
-        char text[ZTime::s_textRoom];
+        char text[ZTime::s_textCapacity];
         const long length = s_time.writeTextEx(text);
         benchmark::DoNotOptimize(text);
         return length;
@@ -144,7 +144,7 @@ void timeParse_absl(benchmark::State& state)
 }
 BENCHMARK(timeParse_absl);
 
-// The current time, in fields; on all threads that the machine has at once
+// The current time as fields, on one and two threads
 
 void timeNow_ZTime(benchmark::State& state)
 {
@@ -205,7 +205,7 @@ void timeDifference_absl(benchmark::State& state)
 }
 BENCHMARK(timeDifference_absl);
 
-// Identifiers
+// GUIDs
 
 const ZGUID s_guid(0x00112233, 0x4455, 0x6677, 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF);
 const char* const s_guidText = "{00112233-4455-6677-8899-aabbccddeeff}";
@@ -272,7 +272,7 @@ void guidParse_sscanf(benchmark::State& state)
 }
 BENCHMARK(guidParse_sscanf);
 
-// Numbers, as values that print themselves
+// Numbers to text
 
 constexpr int s_number = -1234567;
 
@@ -283,7 +283,7 @@ void numberText_Value(benchmark::State& state)
 }
 BENCHMARK(numberText_Value);
 
-void numberText_ValueOntoLine(benchmark::State& state)
+void numberText_ValueAppended(benchmark::State& state)
 {
     const Value value(std::in_place, s_number);
     ZMStr<char> line(100);
@@ -293,7 +293,7 @@ void numberText_ValueOntoLine(benchmark::State& state)
         return line.Length();
     });
 }
-BENCHMARK(numberText_ValueOntoLine);
+BENCHMARK(numberText_ValueAppended);
 
 void numberText_snprintf(benchmark::State& state)
 {
@@ -329,7 +329,7 @@ void numberText_absl(benchmark::State& state)
 }
 BENCHMARK(numberText_absl);
 
-// Making a value on the heap and dropping it, as a log record does for each argument
+// Allocating and freeing a value, as a log record does for each argument
 
 void valueOfInt_Value(benchmark::State& state)
 {
@@ -357,7 +357,7 @@ void valueOfText_any(benchmark::State& state)
 }
 BENCHMARK(valueOfText_any);
 
-// A line of a report: time, text, number, number, identifier
+// A log line: time, string, number, number, GUID
 
 void line_Values(benchmark::State& state)
 {
@@ -366,7 +366,7 @@ void line_Values(benchmark::State& state)
     ZMStr<char> line(300);
     run(state, [&] {
         line.remove(0);
-        char time[ZTime::s_textRoom];
+        char time[ZTime::s_textCapacity];
         line.append(time, s_time.writeTextEx(time));
         for (const Value& value : values) {
             line.append('\t');

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Parses any text as an identifier, as a token without a terminator. The result is that of a plain reading of
-// the format, prints as a text that parses to the same identifier, and is the same for wide text.
+// Parses arbitrary input, an unterminated token, as a GUID. The result must equal that of a straightforward
+// reference parser, survive printing and parsing, and be the same for wide input.
 
 #include "ZSpace/value/ZGUID.h"
 
@@ -45,7 +45,7 @@ void readBytes(const std::string& text, unsigned char* to, std::size_t count)
         to[i] = static_cast<unsigned char>(valueOf(text[2 * i]) * 16 + valueOf(text[2 * i + 1]));
 }
 
-ZGUID plainReading(std::string text, ZGUID guid)
+ZGUID referenceOf(std::string text, ZGUID guid)
 {
     if (!text.empty() && text[0] == '{')
         text = text.size() < 2 ? "" : text.substr(1, text.size() - 2);
@@ -71,15 +71,15 @@ ZGUID plainReading(std::string text, ZGUID guid)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // A copy of just the right size, so that a sanitizer sees each step beyond it.
+    // A copy of exactly this size, so that a sanitizer reports any access past the end.
     const std::vector<char> exact(data, data + size);
     const std::string text(exact.begin(), exact.end());
 
     const ZGUID before(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11);
     ZGUID guid(before);
     guid = ZStrToken<char>(exact.data(), static_cast<long>(size));
-    check(guid == plainReading(text, before));
-    check(ZGUID(ZStrToken<char>(exact.data(), static_cast<long>(size))) == plainReading(text, ZGUID()));
+    check(guid == referenceOf(text, before));
+    check(ZGUID(ZStrToken<char>(exact.data(), static_cast<long>(size))) == referenceOf(text, ZGUID()));
 
     std::vector<wchar_t> widened;
     for (const char c : exact)

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Parses any text as a time. What comes out is in range, prints as a text that parses to the same time, packs
-// and unpacks, and is the same for wide text. A plain reading of the format decides whether the text is a
-// time at all.
+// Parses arbitrary input as a time. The result must be in range, survive printing and parsing as well as
+// packing and unpacking, and be the same for wide input. A straightforward reference parser decides whether
+// the input is a time.
 
 #include "ZSpace/value/ZTime.h"
 

@@ -10,19 +10,19 @@
 
 namespace ZSpace {
 
-/// A run of raw elements that it may or may not own.
+/// A run of trivially copyable elements, owned or borrowed.
 ///
 ///     TZBinary<unsigned char> packet(bytes, 12, false);
 ///
-/// Owned elements come from array `new`, and each copy has its own; elements that are not owned are shared by
-/// all copies and stay the caller's. A length of 0 or less means empty.
+/// Owned elements come from array `new` and are copied with the object. Borrowed elements remain the
+/// caller's, and all copies share them. A length of 0 or less means empty.
 template <typename T>
 class TZBinary {
     static_assert(std::is_trivially_copyable_v<T>);
 
 public:
     constexpr TZBinary() noexcept = default;
-    /// With `owns` it takes `data` over.
+    /// If `owns` is true, takes ownership of `data`, which must come from array `new`.
     TZBinary(T* data, long long length, bool owns) noexcept
         : m_data(data)
         , m_length(length)
@@ -36,14 +36,14 @@ public:
     TZBinary& operator=(const TZBinary& other);
     TZBinary& operator=(TZBinary&& other) noexcept;
 
-    /// Frees owned elements, lets go of others, and is empty then.
+    /// Frees owned elements and leaves the object empty.
     void clear() noexcept;
 
     [[nodiscard]] T* Data() const noexcept { return m_data; }
     [[nodiscard]] long long Length() const noexcept { return m_length; }
     [[nodiscard]] bool Owns() const noexcept { return m_owns; }
 
-    /// Same length and same elements, whoever owns them.
+    /// Compares lengths and elements; ownership does not matter.
     bool operator==(const TZBinary& other) const noexcept
     {
         return m_length == other.m_length
@@ -67,7 +67,8 @@ TZBinary<T>::TZBinary(const TZBinary& other)
 {
     if (!m_owns)
         return;
-    m_data = nullptr; // the elements of `other` are not for this destructor, should allocation fail
+    m_data =
+        nullptr; // the destructor runs if the allocation throws, and must not free the elements of `other`
     if (other.count() > 0) {
         m_data = new T[static_cast<std::size_t>(other.count())];
         std::copy_n(other.m_data, other.count(), m_data);

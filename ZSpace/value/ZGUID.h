@@ -5,6 +5,7 @@
 
 #include "ZSpace/string/ZGStr.h"
 #include "ZSpace/string/ZMStr.h"
+#include "ZSpace/string/ZStrToken.h"
 
 #include <atomic>
 #include <bit>
@@ -14,16 +15,16 @@
 
 namespace ZSpace {
 
-/// A 16-byte identifier with a fixed text form.
+/// A 16-byte globally unique identifier with a fixed text form.
 ///
 ///     ZGUID id;
 ///     id.generate();
 ///     line << id.toCString();  // {5c1b0e2f-93aa-4d17-08f6-6a2d4f7be901}
 ///
-/// Its bytes count as one block in the order in which they lie in memory: equality, order, generation and the
-/// last two groups of the text go by that order. Sorted sets depend on it.
+/// Equality, order, generation and the last two groups of the text form use the bytes in memory order. Sorted
+/// sets depend on it.
 ///
-/// A plain value. Only the text forms that return a string allocate.
+/// Trivially copyable. Only the functions that return a string allocate.
 class ZGUID {
 public:
     /// The number of characters of the text form.
@@ -35,43 +36,43 @@ public:
         unsigned char b2, unsigned char b3, unsigned char b4, unsigned char b5, unsigned char b6,
         unsigned char b7)
     noexcept;
-    /// The fourth number is stored low byte first, and so prints with its bytes exchanged.
+    /// `fourth` is stored low byte first, so its bytes are swapped in the text form.
     ZGUID(unsigned int first, unsigned short second, unsigned short third, unsigned short fourth,
         unsigned char b2, unsigned char b3, unsigned char b4, unsigned char b5, unsigned char b6,
         unsigned char b7)
     noexcept;
-    /// The last six bytes are the first six characters of `text` themselves, a terminator in the sixth place
-    /// included. They stay zero for null and for a text of less than five characters.
+    /// Copies the first six characters of `text`, which may include the terminator as the sixth, to the last
+    /// six bytes unchanged. They are zero if `text` is null or shorter than five characters.
     ZGUID(unsigned int first, unsigned short second, unsigned short third, unsigned short fourth,
         const char* text)
     noexcept;
-    /// The text form, with or without braces and in either case. A text of other than five groups gives all
-    /// zeros; what is no hexadecimal digit counts as 0, and bytes that the last two groups lack stay as they
-    /// are.
+    /// Parses the text form, with or without braces, in upper or lower case. Text that does not have five
+    /// groups yields all zeros. A character that is not a hexadecimal digit counts as 0. Bytes that the last
+    /// two groups do not supply keep their values.
     ZGUID(ZStrToken<char> text) noexcept;
     ZGUID(ZStrToken<wchar_t> text) noexcept;
     ZGUID& operator=(ZStrToken<char> text) noexcept;
     ZGUID& operator=(ZStrToken<wchar_t> text) noexcept;
-    /// Null changes nothing.
+    /// Null is ignored.
     ZGUID& operator=(const ZGUID* other) noexcept;
 
     void clear() noexcept { *this = ZGUID(); }
-    /// Whether the groups and bytes add up to zero in 32 bits, the first two bytes of `data4` taken as one
-    /// number. Few others than the cleared one do.
+    /// Whether the groups and bytes add up to zero in 32 bits, with the first two bytes of `data4` as one
+    /// number. That also holds for a few values that are not all zeros.
     [[nodiscard]] bool isCleared() const noexcept;
     [[nodiscard]] bool operator!() const noexcept { return isCleared(); }
 
-    /// Fills the bytes from the C library's generator, which the first call in the process seeds with the
-    /// time in seconds. Not for secrets: processes of the same second share the sequence.
+    /// Fills the bytes with `rand()`, which the first call in the process seeds with the time in seconds. Not
+    /// for secrets: processes started in the same second generate the same sequence.
     void generate() noexcept;
 
     bool operator==(const ZGUID& other) const noexcept;
-    /// Null equals none.
+    /// False for null.
     bool operator==(const ZGUID* other) const noexcept { return other && *this == *other; }
-    /// Byte by byte from the first on, bytes read as signed numbers.
+    /// Lexicographic order of the bytes in memory, compared as signed numbers.
     std::strong_ordering operator<=>(const ZGUID& other) const noexcept;
 
-    /// `{00112233-4455-6677-8899-aabbccddeeff}`, always of that length and in lower case.
+    /// `{00112233-4455-6677-8899-aabbccddeeff}`, always that length and in lower case.
     [[nodiscard]] ZGStr<char> toCString() const;
     [[nodiscard]] ZGStr<wchar_t> toWString() const;
     [[nodiscard]] ZMStr<wchar_t> toString() const;
@@ -79,7 +80,7 @@ public:
     operator ZGStr<wchar_t>() const { return toWString(); }
     operator ZMStr<wchar_t>() const { return toString(); }
 
-    /// Writes the `s_textLength` characters of the text form without a terminator.
+    /// Writes `s_textLength` characters without a terminator.
     template <detail::StrChar T>
     void writeText(T* to) const noexcept;
 
@@ -97,10 +98,10 @@ static_assert(sizeof(ZGUID) == 16 && alignof(ZGUID) == 4);
 static_assert(offsetof(ZGUID, data1) == 0 && offsetof(ZGUID, data2) == 4);
 static_assert(offsetof(ZGUID, data3) == 6 && offsetof(ZGUID, data4) == 8);
 static_assert(std::is_trivially_copyable_v<ZGUID> && std::is_standard_layout_v<ZGUID>);
-static_assert(std::endian::native == std::endian::little, "the order of identifiers goes by their bytes");
+static_assert(
+    std::endian::native == std::endian::little, "the order and the text form depend on the byte order");
 
-/// Whether the C library's generator has been seeded. Threads that generate at once for the first time may
-/// both seed it.
+/// Whether `rand()` has been seeded. Threads whose first calls of `generate` coincide may both seed it.
 inline constinit std::atomic<bool> randInitialized{false};
 
 extern template void ZGUID::writeText(char*) const noexcept;

@@ -15,7 +15,7 @@ namespace ZSpace {
 
 namespace {
 
-// What the fields may hold.
+// Validation
 
 constexpr unsigned short validYear(unsigned short year) noexcept
 {
@@ -47,7 +47,7 @@ constexpr unsigned short validMilliseconds(unsigned short milliseconds) noexcept
     return milliseconds > 999 ? 999 : milliseconds;
 }
 
-/// The packed form: where each field starts and how many bits it has.
+/// The first bit and the width of a field in the packed form.
 struct PackedField {
     [[nodiscard]] constexpr unsigned long long pack(unsigned number) const noexcept
     {
@@ -79,7 +79,7 @@ timeval clockTime() noexcept
     return now;
 }
 
-/// Writes a number with leading zeros, whole where it is wider.
+/// Writes a number padded with zeros to `width`, or all its digits if it is wider.
 template <typename T>
 T* writePadded(T* to, unsigned number, long width) noexcept
 {
@@ -103,9 +103,9 @@ T* writeTwoDigits(T* to, unsigned number) noexcept
 
 using Pieces = std::array<ZStrToken<char>, 6>;
 
-/// Cuts a text at two "-", one "T" and two ":". Behind the "T" a "-" is a character like any other, and so is
-/// a ":" ahead of it.
-/// @return false if there are more of them or fewer.
+/// Splits a string at two "-", one "T" and two ":". A ":" before the "T" and a "-" after it do not count as
+/// separators.
+/// @return false if there are more or fewer separators.
 bool split(ZStrToken<char> text, Pieces& pieces) noexcept
 {
     constexpr std::size_t middle = 2;
@@ -131,7 +131,7 @@ bool split(ZStrToken<char> text, Pieces& pieces) noexcept
 
 } // namespace
 
-/// Pins the place of each field: values are copied byte by byte.
+/// Stored times are copied byte by byte, so the offsets are fixed.
 struct ZTime::Layout {
     static_assert(offsetof(ZTime, m_milliseconds) == 0);
     static_assert(offsetof(ZTime, m_second) == 2);
@@ -303,7 +303,7 @@ ZTime::operator unsigned int() const noexcept
     return static_cast<unsigned int>(secondsAsUtc());
 }
 
-/// Leaves milliseconds and weekday alone.
+/// Keeps milliseconds and weekday.
 /// @return the days since 1970, from which the weekday follows.
 int ZTime::setSeconds(long long secondsSince1970) noexcept
 {
@@ -323,8 +323,8 @@ int ZTime::setSeconds(long long secondsSince1970) noexcept
 long long ZTime::secondsAsUtc() const noexcept
 {
     using namespace std::chrono;
-    // Counted from the first, as month and day of a cleared time are 0. Years above the signed range are
-    // those that shifting leaves when it goes past the year 0.
+    // Month and day are added because both are 0 in the cleared time. Years above the signed range result
+    // from shifting to before the year 0.
     const year_month month = year(static_cast<short>(m_year)) / January + months(m_month - 1);
     const sys_days day = sys_days(month / 1) + days(m_day - 1);
     return sys_seconds(day).time_since_epoch().count() + m_hour * 3600L + m_minute * 60L + m_second;
@@ -383,14 +383,14 @@ template long ZTime::writeTextEx(wchar_t*) const noexcept;
 
 namespace {
 
-/// The characters that a text form's string has room for at first; both forms fit.
-constexpr long s_builderRoom = 24;
+/// The initial capacity of a returned string; both text forms fit.
+constexpr long s_builderCapacity = 24;
 
 template <typename T>
 ZMStr<T> textOf(const ZTime& time)
 {
-    T text[ZTime::s_textRoom];
-    ZMStr<T> built(s_builderRoom);
+    T text[ZTime::s_textCapacity];
+    ZMStr<T> built(s_builderCapacity);
     built.append(text, time.writeText(text));
     return built;
 }
@@ -398,8 +398,8 @@ ZMStr<T> textOf(const ZTime& time)
 template <typename T>
 ZMStr<T> textExOf(const ZTime& time)
 {
-    T text[ZTime::s_textRoom];
-    ZMStr<T> built(s_builderRoom);
+    T text[ZTime::s_textCapacity];
+    ZMStr<T> built(s_builderCapacity);
     built.append(text, time.writeTextEx(text));
     return built;
 }
@@ -428,13 +428,13 @@ ZMStr<wchar_t> ZTime::toWStringEx() const
 
 ZTime::operator ZGStr<char>() const
 {
-    char text[s_textRoom];
+    char text[s_textCapacity];
     return ZGStr<char>(text, writeText(text));
 }
 
 ZTime::operator ZGStr<wchar_t>() const
 {
-    wchar_t text[s_textRoom];
+    wchar_t text[s_textCapacity];
     return ZGStr<wchar_t>(text, writeText(text));
 }
 

@@ -5,6 +5,7 @@
 
 #include "ZSpace/string/ZGStr.h"
 #include "ZSpace/string/ZMStr.h"
+#include "ZSpace/string/ZStrToken.h"
 
 #include <compare>
 #include <concepts>
@@ -16,32 +17,32 @@ namespace ZSpace {
 
 namespace detail {
 
-/// A class that owns text of either width.
+/// A string class of either width that owns its characters.
 template <typename S>
-concept StringClass = std::same_as<S, ZGStr<char>> || std::same_as<S, ZGStr<wchar_t>> || std::same_as<S,
-    ZMStr<char>> || std::same_as<S, ZMStr<wchar_t>>;
+concept StringClass = std::disjunction_v<std::is_same<S, ZGStr<char>>, std::is_same<S, ZGStr<wchar_t>>,
+    std::is_same<S, ZMStr<char>>, std::is_same<S, ZMStr<wchar_t>>>;
 
 } // namespace detail
 
-/// A calendar time with milliseconds, held field by field in ten bytes.
+/// A calendar time with milliseconds, stored as separate fields in ten bytes.
 ///
 ///     ZTime now(true);
 ///     line << now.toCStringEx();  // 2024-03-05T07:08:09.042
 ///
-/// No zone is stored. The clock and the seconds since 1970 fill the fields in UTC; texts and numbers are
-/// taken as they come. All fields are zero in the cleared time. Everything else that is stored goes through
-/// the same rules: a year outside 1600 to 3000 becomes 1970, a month outside 1 to 12 and a day outside 1 to
-/// 31 become 1, an hour above 23, a minute or a second above 59 becomes 0, milliseconds above 999 become 999
-/// (0 in their setter). Day and month are not compared: 31 February stays.
+/// The time zone is not stored. The clock and seconds since 1970 set the fields in UTC; strings and numbers
+/// set them as given. In the cleared time all fields are zero. All other input is validated: a year outside
+/// 1600 to 3000 becomes 1970, a month outside 1 to 12 or a day outside 1 to 31 becomes 1, an hour above 23 or
+/// a minute or second above 59 becomes 0, and milliseconds above 999 become 999 (but 0 in their setter). The
+/// day is not checked against the month: 31 February is kept.
 ///
-/// A plain value. Only the text forms that return a string allocate. Shifting asks the C library about the
-/// local time zone, which nobody may change at that moment.
+/// Trivially copyable. Only the functions that return a string allocate. Shifting uses the local time zone of
+/// the C library, which must not change at the same time.
 class ZTime {
 public:
-    /// The room that `writeText` and `writeTextEx` need for every possible time.
-    static constexpr long s_textRoom = 32;
+    /// The buffer size in characters that suffices for `writeText` and `writeTextEx`.
+    static constexpr long s_textCapacity = 32;
 
-    /// The current time, or the cleared one.
+    /// The current time or the cleared time.
     ZTime(bool now = false) noexcept
     {
         if (now)
@@ -49,7 +50,7 @@ public:
     }
     ZTime(unsigned short year, unsigned char month, unsigned char day, unsigned char hour,
         unsigned char minute, unsigned char second, unsigned short milliseconds) noexcept;
-    /// The text form; the cleared time for a text that is none.
+    /// Parses the text form; other strings yield the cleared time.
     ZTime(const char* text) noexcept;
     ZTime(const wchar_t* text) noexcept;
     template <detail::StringClass S>
@@ -63,7 +64,7 @@ public:
     ZTime(const unsigned long long& packed) noexcept;
     ZTime(const unsigned long& packed) noexcept;
 
-    /// A text that is not in the text form changes nothing. Wide text is narrowed first.
+    /// Parses the text form; other strings leave the time unchanged. Wide strings are narrowed first.
     ZTime& operator=(const char* text) noexcept;
     ZTime& operator=(const wchar_t* text) noexcept;
     template <detail::StringClass S>
@@ -78,10 +79,10 @@ public:
     ZTime& operator=(const unsigned long long& packed) noexcept;
     ZTime& operator=(const unsigned long& packed) noexcept;
 
-    /// The current time in UTC, from one look at the clock.
+    /// Sets the current time in UTC.
     void setNow() noexcept;
     void clear() noexcept;
-    /// Whether all fields are zero, the weekday aside.
+    /// Whether all fields except the weekday are zero.
     [[nodiscard]] bool isCleared() const noexcept;
 
     void set(unsigned short year, unsigned char month, unsigned char day, unsigned char hour,
@@ -98,24 +99,24 @@ public:
     [[nodiscard]] unsigned char Second() const noexcept { return m_second; }
     [[nodiscard]] unsigned short MilliSeconds() const noexcept { return m_milliseconds; }
 
-    /// Each stores what the rules make of the number and gives what it stored.
+    /// Each setter returns the validated number that it stored.
     unsigned short Year(unsigned short year) noexcept;
     unsigned char Month(unsigned char month) noexcept;
     unsigned char Day(unsigned char day) noexcept;
     unsigned char Hour(unsigned char hour) noexcept;
     unsigned char Minute(unsigned char minute) noexcept;
     unsigned char Second(unsigned char second) noexcept;
-    /// Unlike everywhere else, a number above 999 becomes 0.
+    /// Unlike everywhere else, milliseconds above 999 become 0.
     unsigned short MilliSeconds(unsigned short milliseconds) noexcept;
 
-    /// The packed form: year, month, day, hour, minute, second and milliseconds in 12, 4, 5, 5, 6, 6 and 10
-    /// bits, the last one lowest. Orders like the time.
+    /// The packed form: the year in bits 36 to 47, month in 32 to 35, day in 27 to 31, hour in 22 to 26,
+    /// minute in 16 to 21, second in 10 to 15, milliseconds in 0 to 9. Packed forms order like times.
     operator unsigned long long() const noexcept;
     operator unsigned long() const noexcept { return static_cast<unsigned long long>(*this); }
     /// Seconds since 1970-01-01T00:00:00, modulo 2^32.
     operator unsigned int() const noexcept;
 
-    /// `2024-03-05T07:08:09`; the Ex forms add the milliseconds: `2024-03-05T07:08:09.042`.
+    /// `2024-03-05T07:08:09`; the Ex functions append the milliseconds: `2024-03-05T07:08:09.042`.
     [[nodiscard]] ZMStr<char> toCString() const;
     [[nodiscard]] ZMStr<char> toCStringEx() const;
     [[nodiscard]] ZMStr<wchar_t> toWString() const;
@@ -123,19 +124,19 @@ public:
     operator ZGStr<char>() const;
     operator ZGStr<wchar_t>() const;
 
-    /// The same texts, written to an array of `s_textRoom` characters without a terminator.
+    /// Write the same characters to a buffer of `s_textCapacity` characters, without a terminator.
     /// @return the number of characters.
     template <detail::StrChar T>
     long writeText(T* to) const noexcept;
     template <detail::StrChar T>
     long writeTextEx(T* to) const noexcept;
 
-    /// The whole seconds from `other` to this time, both read as times of one zone without daylight saving.
+    /// Whole seconds from `other` to this time, both interpreted as UTC.
     long long operator-(const ZTime& other) const noexcept;
 
-    /// Shifts by seconds, read as an unsigned 32-bit count. The fields are taken as local time and the result
-    /// is written in UTC, so where the zone is another the time moves by the zone's offset, too: times have
-    /// been stored that way. Milliseconds and weekday stay.
+    /// Shift by seconds, taken modulo 2^32. The fields are read as local time and written in UTC, so the time
+    /// also moves by the offset of the local zone: stored times depend on that. Milliseconds and weekday are
+    /// kept.
     ZTime& operator+=(unsigned int seconds) noexcept { return shift(static_cast<long long>(seconds)); }
     ZTime& operator-=(unsigned int seconds) noexcept { return shift(-static_cast<long long>(seconds)); }
     template <std::integral I>
@@ -149,8 +150,8 @@ public:
         return ZTime(*this) -= static_cast<unsigned int>(seconds);
     }
 
-    /// Times compare by their packed forms, as they do with a text, which is parsed into a cleared time. With
-    /// an `unsigned int` the seconds since 1970 are compared.
+    /// Comparisons use the packed forms; a string is parsed first and compares as the cleared time if it is
+    /// not a time. Comparisons with `unsigned int` use the seconds since 1970.
     bool operator==(const ZTime& other) const noexcept { return packed() == other.packed(); }
     bool operator==(const unsigned long long& other) const noexcept { return packed() == other; }
     bool operator==(const unsigned long& other) const noexcept { return packed() == other; }
@@ -189,8 +190,8 @@ private:
     [[nodiscard]] long long secondsAsUtc() const noexcept;
     int setSeconds(long long secondsSince1970) noexcept;
     void setPacked(unsigned long long packed) noexcept;
-    static const char* charactersOf(const char* text) noexcept { return text; }
-    static const wchar_t* charactersOf(const wchar_t* text) noexcept { return text; }
+    static const char* charactersOf(const char* string) noexcept { return string; }
+    static const wchar_t* charactersOf(const wchar_t* string) noexcept { return string; }
     void parse(ZStrToken<char> text) noexcept;
     ZTime& shift(long long seconds) noexcept;
 
@@ -209,7 +210,7 @@ private:
 static_assert(sizeof(ZTime) == 10 && alignof(ZTime) == 2);
 static_assert(std::is_trivially_copyable_v<ZTime> && std::is_standard_layout_v<ZTime>);
 
-/// Fills the record of a calendar time, daylight saving off; fields that are not given become 0.
+/// Sets the given fields of a C library record; the others become 0, so daylight saving is off.
 void fill_tm(std::tm& record, unsigned char second, unsigned char minute, unsigned char hour,
     unsigned char day, unsigned char month, unsigned short year) noexcept;
 
@@ -223,8 +224,8 @@ extern template long ZTime::writeTextEx(wchar_t*) const noexcept;
 /// Milliseconds since 1970.
 unsigned long long GetSystemTimeMillis() noexcept;
 
-/// Hundredths of a second, from the low 32 bits of the millisecond count: starts again from 0 about
-/// every 49.7 days and stays below 429496730.
+/// Hundredths of a second, from the low 32 bits of the millisecond count: wraps to 0 about every 49.7 days
+/// and never exceeds 429496729.
 unsigned int GetTickCount() noexcept;
 
 namespace ZSpace {

@@ -7,7 +7,7 @@
 
 namespace ZSpace {
 
-/// The kind of a typed value: one bit for each kind. `ZTypeId_array` is joined with the kind of the items.
+/// The kind of a typed value: one bit for each kind. `ZTypeId_array` is combined with the kind of the items.
 using ZTypeId = std::uint32_t;
 
 inline constexpr ZTypeId ZTypeId_none = 0;
@@ -24,7 +24,7 @@ inline constexpr ZTypeId ZTypeId_float = 0x1000;
 inline constexpr ZTypeId ZTypeId_double = 0x2000;
 inline constexpr ZTypeId ZTypeId_char = 0x10000;
 inline constexpr ZTypeId ZTypeId_wchar_t = 0x20000;
-inline constexpr ZTypeId ZTypeId_cstring = 0x40000; ///< a pointer to characters that others own
+inline constexpr ZTypeId ZTypeId_cstring = 0x40000; ///< a pointer to characters, not owned
 inline constexpr ZTypeId ZTypeId_wcstring = 0x80000;
 inline constexpr ZTypeId ZTypeId_string = 0x100000; ///< `ZGStr<char>`
 inline constexpr ZTypeId ZTypeId_wstring = 0x200000; ///< `ZGStr<wchar_t>`
@@ -34,7 +34,7 @@ inline constexpr ZTypeId ZTypeId_time = 0x1000000; ///< `ZTime`
 inline constexpr ZTypeId ZTypeId_guid = 0x2000000; ///< `ZGUID`
 inline constexpr ZTypeId ZTypeId_structure = 0x4000000; ///< `TZValueStructureBase<ZTypeId, char>`
 inline constexpr ZTypeId ZTypeId_reference = 0x8000000; ///< `ZReference<ZObject>`
-inline constexpr ZTypeId ZTypeId_pointer = 0x10000000; ///< an address, with nothing behind it owned
+inline constexpr ZTypeId ZTypeId_pointer = 0x10000000; ///< an address; what it points to is not owned
 inline constexpr ZTypeId ZTypeId_memory = 0x20000000; ///< a block of bytes
 inline constexpr ZTypeId ZTypeId_array = 0x80000000; ///< `ZValueArrayBase`
 

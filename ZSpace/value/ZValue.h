@@ -5,24 +5,32 @@
 
 #include "ZSpace/value/TZValue.h"
 
-#include <bit>
-#include <iterator>
 #include <type_traits>
 #include <utility>
 
 namespace ZSpace {
 
-/// A value of one kind, with its type: `ZValue<int, ZTypeId_int>(42)`.
+namespace detail {
+
+/// Whether a `ZValue` of type `T` can use a cell: same types, or pointers that differ in `const` alone.
+template <typename T, typename Cell>
+inline constexpr bool s_fitsCell = std::is_same_v<T, Cell>;
+
+template <typename T, typename Pointee>
+inline constexpr bool s_fitsCell<T*, Pointee*> =
+    std::conjunction_v<std::is_same<std::remove_cv_t<T>, std::remove_cv_t<Pointee>>,
+        std::is_convertible<T*, Pointee*>>;
+
+} // namespace detail
+
+/// A value whose kind is fixed by its type: `ZValue<int, ZTypeId_int>(42)`.
 ///
-/// Exists for every kind whose content is one object. C strings may be held as `char*` or `const char*`.
+/// Available for every kind whose content is one object. C strings may be held as `char*` or `const char*`.
 template <typename T, ZTypeId tag>
 class ZValue : public TZValueBase<ZTypeId> {
     using Base = TZValueBase<ZTypeId>;
     using Cell = detail::CellOf<tag>;
-    static_assert(
-        std::is_same_v<T,
-            Cell> || (std::is_pointer_v<T> && std::is_convertible_v<T, Cell> && std::is_same_v<std::remove_cv_t<std::remove_pointer_t<T>>, std::remove_cv_t<std::remove_pointer_t<Cell>>>),
-        "the tag is that of another type");
+    static_assert(detail::s_fitsCell<T, Cell>, "the tag belongs to another type");
 
 public:
     explicit ZValue(const T& value = T())
@@ -38,7 +46,7 @@ public:
     ZValue& operator=(const ZValue&) = default;
     ZValue& operator=(ZValue&&) noexcept = default;
 
-    /// A default `T` where the value has been cleared or given another kind through its base.
+    /// Returns `T()` if the value was cleared or given another kind through its base.
     T Value() const;
     void Value(const T& value) { Base::operator=(Base(std::in_place, static_cast<const Cell&>(value))); }
 };
@@ -57,10 +65,10 @@ T ZValue<T, tag>::Value() const
 
 namespace detail {
 
-/// Kinds of numbers that compare although they are different.
+/// Two sets of kinds whose numbers are comparable.
 struct MixedKinds {
     ZTypeId first;
-    ZTypeId second; ///< any of these
+    ZTypeId second; ///< a set of tags
 };
 
 inline constexpr ZTypeId s_charKinds = ZTypeId_signed_char | ZTypeId_unsigned_char;
@@ -87,10 +95,10 @@ inline constexpr MixedKinds s_mixedKinds[]{
 
 } // namespace detail
 
-/// Values of different kinds. Numbers compare in the type of the first one where it is `double` or `float`
-/// (not with `unsigned long long`) or a wider integer, and the two kinds of bytes with each other. An integer
-/// takes the other number modulo its own width: `unsigned char` 200 equals `signed char` -56. All other pairs
-/// are different.
+/// Compares numbers of different kinds. The second number is converted to the type of the first if that type
+/// is `double` or `float` (but not from `unsigned long long`), a wider integer, or if both are bytes.
+/// Conversion to an integer is modulo its width: `unsigned char` 200 equals `signed char` -56. All other
+/// pairs are unequal.
 template <typename A, ZTypeId a, typename B, ZTypeId b>
 requires(a != b) bool operator==(const ZValue<A, a>& first, const ZValue<B, b>& second)
 {

@@ -10,12 +10,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <utility>
 
 namespace ZSpace {
 
 namespace {
 
-/// The size of the cell that a new value of a kind has.
+/// The size of the cell that `createType` allocates for a kind.
 unsigned int cellSizeOf(ZTypeId item) noexcept
 {
     const detail::ValueKind* kind = detail::kindOf(item);
@@ -61,7 +62,7 @@ const TZValueBase<ZTypeId>& ZValueArrayBase::ArrayItem(unsigned int index) const
 void ZValueArrayBase::ArrayItem(unsigned int index, const Value& value)
 {
     Value*& item = slot(index);
-    delete std::exchange(item, value.clone()); // the old item goes last: it may be `value`
+    delete std::exchange(item, value.clone()); // the old item is destroyed last: it may be `value`
 }
 
 void ZValueArrayBase::ArrayAdd(Value* value)

@@ -7,17 +7,17 @@
 
 namespace ZSpace {
 
-/// A value that is a list of values, which it owns.
+/// A value that owns a list of values.
 ///
 ///     ZValueArrayBase numbers(ZTypeId_int);
 ///     numbers.ArrayAdd(TZValueBase<ZTypeId>(std::in_place, 42));
 ///
-/// The items lie on the heap one by one and are held in a block of pointers that ends with null; counting
-/// walks it, and each item added moves to a block that is longer by one. Arrays of values stay short. Items
-/// of another kind than the array's are taken as they are.
+/// Each item is a heap object; the content is a null-terminated block of pointers to them. Counting walks the
+/// block, and adding an item reallocates it, because arrays of values stay short. The kind of an item is not
+/// checked against the array's.
 ///
-/// An index at or past the number of items throws `ZOutOfBoundsException`. Want of memory is passed on and
-/// leaves the array as it was.
+/// An index at or past the item count throws `ZOutOfBoundsException`. A failed allocation throws
+/// `std::bad_alloc` and leaves the array unchanged.
 class ZValueArrayBase : public TZValueBase<ZTypeId> {
     using Value = TZValueBase<ZTypeId>;
 
@@ -34,12 +34,12 @@ public:
 
     [[nodiscard]] unsigned int ArrayItemCount() const noexcept;
     Value& ArrayItem(unsigned int index);
-    // NOLINTNEXTLINE(modernize-use-nodiscard): the check alone may be what is asked for
+    // NOLINTNEXTLINE(modernize-use-nodiscard): callers may want the range check alone
     const Value& ArrayItem(unsigned int index) const;
-    /// Puts a copy of `value` in the place of an item.
+    /// Replaces an item by a copy of `value`, which may be an item of this array.
     void ArrayItem(unsigned int index, const Value& value);
 
-    /// Takes `value` over, also where that fails. Null is ignored.
+    /// Takes ownership of `value`, also if it throws. Null is ignored.
     void ArrayAdd(Value* value);
     /// Adds a copy; `value` may be an item of this array.
     void ArrayAdd(const Value& value);
@@ -52,12 +52,12 @@ public:
     /// The size of an item's content in bytes.
     [[nodiscard]] unsigned int ArrayItemSize() const noexcept { return m_size; }
 
-    /// As many items, and each equal to its counterpart.
+    /// Compares the item counts and each pair of items.
     bool operator==(const ZValueArrayBase& other) const;
     using Value::operator==;
 
 private:
-    /// Null also where the value has been cleared or given another kind through its base.
+    /// Null also if the value was cleared or given another kind through its base.
     [[nodiscard]] Value** items() const noexcept
     {
         return m_type & ZTypeId_array ? static_cast<Value**>(m_content) : nullptr;

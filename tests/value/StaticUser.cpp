@@ -13,7 +13,7 @@ namespace {
 
 using namespace ZSpace;
 
-/// Whether times, identifiers and values of every kind work at this point of the program's life.
+/// Whether times, GUIDs and values of every kind work at this point of the program's lifetime.
 bool everythingWorks()
 {
     ZMStr<char> line;
@@ -31,15 +31,15 @@ bool everythingWorks()
         && ZTime(true) > "2024-01-01T00:00:00" && !ZAppContext().Path().isEmpty() && object == object;
 }
 
-/// Lives from before `main` until after it.
+/// Constructed before `main` and destroyed after it.
 class StaticUser {
 public:
-    StaticUser() { tell("before main"); }
+    StaticUser() { report("before main"); }
     StaticUser(const StaticUser&) = delete;
     StaticUser& operator=(const StaticUser&) = delete;
-    ~StaticUser() { tell("after main"); }
+    ~StaticUser() { report("after main"); }
 
-    static void tell(const char* when)
+    static void report(const char* when)
     {
         std::printf("%s: %s\n", when, everythingWorks() ? "fine" : "broken");
         std::fflush(stdout);
@@ -52,6 +52,6 @@ const StaticUser s_user;
 
 int main()
 {
-    StaticUser::tell("in main");
+    StaticUser::report("in main");
     return 0;
 }

@@ -10,13 +10,13 @@ namespace {
 
 TEST(StaticUserTest, ValuesWorkBeforeMainAndAfterIt)
 {
-    // A program of its own, whose static object uses them at both ends of its life.
+    // A helper program with a static object that uses them in its constructor and destructor.
     FILE* program = popen(ZSPACE_BINARY_DIR "/tests/value/value_static_user", "r");
     ASSERT_TRUE(program);
-    std::string said(1000, '\0');
-    said.resize(std::fread(said.data(), 1, said.size(), program));
+    std::string output(1000, '\0');
+    output.resize(std::fread(output.data(), 1, output.size(), program));
     EXPECT_EQ(pclose(program), 0);
-    EXPECT_EQ(said, "before main: fine\nin main: fine\nafter main: fine\n");
+    EXPECT_EQ(output, "before main: fine\nin main: fine\nafter main: fine\n");
 }
 
 } // namespace

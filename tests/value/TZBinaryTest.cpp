@@ -13,15 +13,10 @@
 #include <utility>
 #include <vector>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using testing::ElementsAre;
-using ZSpace::Testing::asWord;
-using ZSpace::Testing::blocksAlive;
-using ZSpace::Testing::failEachAllocation;
-using ZSpace::Testing::keep;
-using ZSpace::Testing::wordAt;
 
 using Binary = TZBinary<unsigned char>;
 
@@ -57,7 +52,7 @@ TEST(TZBinaryTest, StartsEmpty)
     EXPECT_TRUE(binary == Binary());
 }
 
-TEST(TZBinaryTest, CopiesOwnBytesAndSharesOthers)
+TEST(TZBinaryTest, CopiesOwnedBytesAndSharesBorrowedOnes)
 {
     const Binary owning(new unsigned char[3]{1, 2, 3}, 3, true);
     const Binary copy(owning);
@@ -79,7 +74,7 @@ TEST(TZBinaryTest, CopiesOwnBytesAndSharesOthers)
     EXPECT_THAT(bytesOf(assigned), ElementsAre(1, 2, 3));
 }
 
-TEST(TZBinaryTest, OwnedEmptyBlocksAreNotShared)
+TEST(TZBinaryTest, CopiesOfOwnedEmptyBlocksAreNull)
 {
     const Binary empty(new unsigned char[0], 0, true);
     const Binary copy(empty);
@@ -90,7 +85,7 @@ TEST(TZBinaryTest, OwnedEmptyBlocksAreNotShared)
     EXPECT_EQ(Binary(nothing).Data(), nullptr);
 }
 
-TEST(TZBinaryTest, ClearingFreesOwnedBytesOnly)
+TEST(TZBinaryTest, ClearingFreesOnlyOwnedBytes)
 {
     const long alive = blocksAlive();
     Binary owning(new unsigned char[3], 3, true);
@@ -106,19 +101,19 @@ TEST(TZBinaryTest, ClearingFreesOwnedBytesOnly)
     EXPECT_EQ(bytes[0], 4);
 }
 
-TEST(TZBinaryTest, MovesItsBytes)
+TEST(TZBinaryTest, MovingTransfersTheBytes)
 {
     auto* bytes = new unsigned char[2]{1, 2};
     Binary binary(bytes, 2, true);
     Binary moved(std::move(binary));
     EXPECT_EQ(moved.Data(), bytes);
-    EXPECT_EQ(binary.Data(), nullptr); // NOLINT(bugprone-use-after-move): empty is what is promised
+    EXPECT_EQ(binary.Data(), nullptr); // NOLINT(bugprone-use-after-move): documented to be empty
     Binary target(new unsigned char[1], 1, true);
     EXPECT_EQ(&(target = std::move(moved)), &target);
     EXPECT_EQ(target.Data(), bytes);
 }
 
-TEST(TZBinaryTest, EqualityIsThatOfLengthAndBytes)
+TEST(TZBinaryTest, EqualityComparesLengthAndBytes)
 {
     unsigned char a[]{1, 2, 3};
     unsigned char b[]{1, 2, 4};
@@ -130,7 +125,7 @@ TEST(TZBinaryTest, EqualityIsThatOfLengthAndBytes)
     EXPECT_FALSE(Binary(nullptr, 3, false) == Binary(a, 3, false));
 }
 
-TEST(TZBinaryTest, FailedCopyLeavesTheTargetAsItWas)
+TEST(TZBinaryTest, FailedCopyLeavesTheTargetUnchanged)
 {
     const Binary owning(new unsigned char[3]{1, 2, 3}, 3, true);
     const auto copyIt = [&] {
@@ -140,10 +135,10 @@ TEST(TZBinaryTest, FailedCopyLeavesTheTargetAsItWas)
     EXPECT_EQ(failEachAllocation(copyIt), 1);
     unsigned char bytes[]{4};
     Binary target(bytes, 1, false);
-    const ZSpace::Testing::AllocationFault fault(1);
+    const AllocationFault fault(1);
     EXPECT_THROW(target = owning, std::bad_alloc);
     EXPECT_EQ(target.Data(), bytes);
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

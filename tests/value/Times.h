@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <optional>
 #include <ostream>
@@ -16,7 +18,7 @@
 
 namespace ZSpace {
 
-/// For messages of failing tests.
+/// For failure messages.
 inline void PrintTo(const ZTime& time, std::ostream* out)
 {
     *out << static_cast<const char*>(time.toCStringEx());
@@ -26,7 +28,7 @@ inline void PrintTo(const ZTime& time, std::ostream* out)
 
 namespace ZSpace::Testing {
 
-/// The process's time zone while it lives, given as in the environment variable.
+/// Sets the time zone of the process, in the format of `TZ`, for its own lifetime.
 class TimeZone {
 public:
     explicit TimeZone(const char* zone)
@@ -51,10 +53,10 @@ private:
     std::optional<std::string> m_old;
 };
 
-/// Valid times from all over the range, the same ones in every run.
+/// Generates valid times over the whole range, the same sequence in every run.
 class RandomTimes {
 public:
-    ZSpace::ZTime next()
+    ZTime next()
     {
         return {static_cast<unsigned short>(within(1600, 3000)), byte(1, 12), byte(1, 31), byte(0, 23),
             byte(0, 59), byte(0, 59), static_cast<unsigned short>(within(0, 999))};
@@ -67,8 +69,8 @@ private:
     std::mt19937 m_random{20240305};
 };
 
-/// The fields of a time as the C library's record, daylight saving off.
-[[nodiscard]] inline std::tm recordOf(const ZSpace::ZTime& time)
+/// The fields of a time as a C library record, with daylight saving off.
+[[nodiscard]] inline std::tm recordOf(const ZTime& time)
 {
     std::tm record{};
     record.tm_year = time.Year() - 1900;
@@ -80,11 +82,35 @@ private:
     return record;
 }
 
-/// The C library's seconds since 1970 for the fields of a time read as UTC.
-[[nodiscard]] inline long long utcSecondsOf(const ZSpace::ZTime& time)
+/// Seconds since 1970 of a time read as UTC, as the C library computes them.
+[[nodiscard]] inline long long utcSecondsOf(const ZTime& time)
 {
     std::tm record = recordOf(time);
     return timegm(&record);
 }
+
+/// The representation of a time.
+using TimeBytes = std::array<unsigned char, 10>;
+
+[[nodiscard]] inline TimeBytes bytesOf(const ZTime& time)
+{
+    TimeBytes bytes;
+    std::memcpy(bytes.data(), &time, bytes.size());
+    return bytes;
+}
+
+[[nodiscard]] inline ZTime timeOf(const TimeBytes& bytes)
+{
+    ZTime time(false);
+    std::memcpy(&time, bytes.data(), bytes.size());
+    return time;
+}
+
+[[nodiscard]] inline std::string textOf(const ZTime& time)
+{
+    return static_cast<const char*>(time.toCStringEx());
+}
+
+inline const ZTime s_sampleTime(2024, 3, 5, 7, 8, 9, 42);
 
 } // namespace ZSpace::Testing

@@ -6,7 +6,11 @@
 #include "ZSpace/object/ZObject.h"
 #include "ZSpace/value/ZValueArray.h"
 
-#include <functional>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -27,8 +31,8 @@ inline void PrintTo(const Value& value, std::ostream* out)
 
 namespace ZSpace::Testing {
 
-/// An object that counts how many of its kind there are.
-class CountedObject : public ZSpace::ZObject {
+/// An object that counts its live instances.
+class CountedObject : public ZObject {
 public:
     static inline int s_alive = 0;
 
@@ -36,45 +40,44 @@ public:
     ~CountedObject() override { --s_alive; }
 };
 
-using StructureOwner = std::unique_ptr<ZSpace::Structure, void (*)(ZSpace::Structure*)>;
+using StructureOwner = std::unique_ptr<Structure, void (*)(Structure*)>;
 
-inline StructureOwner structureOf(const char* name, const std::vector<ZSpace::Value>& members)
+inline StructureOwner structureOf(const char* name, const std::vector<Value>& members)
 {
-    return {ZSpace::Structure::create(name, members.data(), static_cast<unsigned int>(members.size())),
-        &ZSpace::Structure::release};
+    return {Structure::create(name, members.data(), static_cast<unsigned int>(members.size())),
+        &Structure::release};
 }
 
-inline ZSpace::Value arrayOf(ZSpace::ZTypeId item, const std::vector<ZSpace::Value>& items)
+inline Value arrayOf(ZTypeId item, const std::vector<Value>& items)
 {
-    ZSpace::ZValueArrayBase array(item);
-    for (const ZSpace::Value& each : items)
+    ZValueArrayBase array(item);
+    for (const Value& each : items)
         array.ArrayAdd(each);
     return array;
 }
 
-/// A kind of values with two different examples.
+/// A kind of value with two unequal examples.
 struct SampleKind {
     const char* name;
-    ZSpace::ZTypeId tag;
+    ZTypeId tag;
     unsigned int size;
-    ZSpace::Value sample;
+    Value sample;
     const char* text; ///< of the sample
-    ZSpace::Value other;
+    Value other;
     bool equalsItself = true;
 };
 
-/// Owned by the caller.
-inline ZSpace::TZBinary<unsigned char> ownedBytes(std::initializer_list<unsigned char> bytes)
+/// An owning binary with these bytes.
+inline TZBinary<unsigned char> ownedBytes(std::initializer_list<unsigned char> bytes)
 {
     auto* data = new unsigned char[bytes.size()];
     std::copy(bytes.begin(), bytes.end(), data);
     return {data, static_cast<long long>(bytes.size()), true};
 }
 
-/// Every kind there is, in the order of their tags.
+/// All kinds in the order of their tags, and tag 0.
 inline std::vector<SampleKind> everyKind()
 {
-    using namespace ZSpace;
     constexpr auto cell = std::in_place;
     static const char* const text = "text";
     static const wchar_t* const wide = L"wide";
@@ -125,6 +128,26 @@ inline std::vector<SampleKind> everyKind()
         {"array", 0x80000080, 4, arrayOf(0x80, {one, two}), "", arrayOf(0x80, {one})},
         {"no value", 0, 0, Value(), "", Value(cell, 0)},
     };
+}
+
+[[nodiscard]] inline std::string textOf(const Value& value)
+{
+    return static_cast<const char*>(value.toCString());
+}
+
+[[nodiscard]] inline std::string appendedTextOf(const Value& value)
+{
+    ZMStr<char> text("> ");
+    value.appendTo(text);
+    EXPECT_EQ(text.Length(), static_cast<long>(std::strlen(text)));
+    return std::string(text).substr(2);
+}
+
+/// The content of a value, as an object of its type.
+template <typename T>
+[[nodiscard]] const T& contentOf(const TZType<ZTypeId>& value)
+{
+    return *static_cast<const T*>(value.Content());
 }
 
 } // namespace ZSpace::Testing

@@ -18,13 +18,11 @@
 #include <utility>
 #include <vector>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using testing::Each;
 using testing::ElementsAre;
-using ZSpace::Testing::failEachAllocation;
-using ZSpace::Testing::wordAt;
 
 using Array = std::unique_ptr<unsigned char[], void (*)(const unsigned char*)>;
 
@@ -42,7 +40,7 @@ Array owned(unsigned char* bytes)
     return {bytes, &ZBITFIELD::release};
 }
 
-/// An array of exactly the bytes that n bits take, so that a sanitizer sees every step beyond it.
+/// An array of exactly the bytes that n bits need, so that a sanitizer reports any access past its end.
 Array exactArray(int n, unsigned char filling = 0)
 {
     Array bytes = owned(ZBITFIELD::create(n));
@@ -88,7 +86,7 @@ void expectOutOfBounds(Operation operation)
 
 // Construction and copying
 
-TEST(ZBitFieldTest, HoldsAPointerToItsBytesAndThenTheLength)
+TEST(ZBitFieldTest, IsAPointerToItsBytesFollowedByTheLength)
 {
     ZBITFIELD field(10);
     field.clear();
@@ -101,7 +99,7 @@ TEST(ZBitFieldTest, HoldsAPointerToItsBytesAndThenTheLength)
     EXPECT_EQ(field.Length(), 10);
 }
 
-TEST(ZBitFieldTest, LengthsOfZeroAndLessHoldNothing)
+TEST(ZBitFieldTest, NegativeLengthsCountAsZero)
 {
     for (int n : {0, -1, INT_MIN}) {
         ZBITFIELD field(n);
@@ -113,7 +111,7 @@ TEST(ZBitFieldTest, LengthsOfZeroAndLessHoldNothing)
     }
 }
 
-TEST(ZBitFieldTest, CopiesAllBytesWhateverTheirValues)
+TEST(ZBitFieldTest, CopiesAllBytesIncludingZeros)
 {
     const unsigned char bytes[]{0, 0, 0x81};
     const ZBITFIELD field(bytes, 20);
@@ -128,7 +126,7 @@ TEST(ZBitFieldTest, CopiesAllBytesWhateverTheirValues)
     EXPECT_EQ(assigned, field);
 }
 
-TEST(ZBitFieldTest, ReadsNoByteThatTheBitsDoNotTake)
+TEST(ZBitFieldTest, ReadsOnlyTheBytesThatTheBitsNeed)
 {
     for (int n = 0; n <= 33; ++n) {
         const Array bytes = exactArray(n, 0xFF);
@@ -153,7 +151,7 @@ TEST(ZBitFieldTest, MovingLeavesAnEmptyField)
     ZBITFIELD field = fieldOf("1011");
     ZBITFIELD moved(std::move(field));
     EXPECT_EQ(textOf(moved), "1011");
-    EXPECT_EQ(field.Length(), 0); // NOLINT(bugprone-use-after-move): empty is what is promised
+    EXPECT_EQ(field.Length(), 0); // NOLINT(bugprone-use-after-move): documented to be empty
     field.clear();
     EXPECT_EQ(field, ZBITFIELD(field));
     EXPECT_EQ(textOf(field += moved), "1011");
@@ -179,7 +177,7 @@ TEST(ZBitFieldTest, BitsPastTheEndOfASliceAreZero)
 {
     const unsigned char bytes[]{0xFF, 0xFF};
     const ZBITFIELD field(bytes, 16);
-    // Equality looks at the bit behind the last one.
+    // Equality includes the bit after the last one.
     EXPECT_EQ(ZBITFIELD(field, 0, 5), fieldOf("11111"));
     EXPECT_EQ(ZBITFIELD(field, 3, 11), fieldOf("11111111111"));
 }
@@ -223,7 +221,7 @@ TEST(ZBitFieldTest, IndicesOutsideThrow)
     EXPECT_EQ(textOf(field), "0000000000");
 }
 
-TEST(ZBitFieldTest, WritesTheBitsOfAnotherField)
+TEST(ZBitFieldTest, CopiesTheBitsOfAnotherFieldUpToTheFirstThatDoesNotFit)
 {
     ZBITFIELD field = fieldOf("000000");
     field.set(2, fieldOf("101"));
@@ -232,7 +230,7 @@ TEST(ZBitFieldTest, WritesTheBitsOfAnotherField)
     EXPECT_EQ(textOf(field), "010101");
     field.set(6, ZBITFIELD());
     expectOutOfBounds([&] { field.set(4, fieldOf("111")); });
-    EXPECT_EQ(textOf(field), "010111"); // up to the end they are written
+    EXPECT_EQ(textOf(field), "010111"); // the bits that fit are written
     expectOutOfBounds([&] { field.set(-1, fieldOf("11")); });
     expectOutOfBounds([&] { field.set(INT_MAX, fieldOf("11")); });
     EXPECT_EQ(textOf(field), "010111");
@@ -255,7 +253,7 @@ TEST(ZBitFieldTest, Concatenates)
     EXPECT_EQ(empty, field);
 }
 
-TEST(ZBitFieldTest, ConcatenationsAreThoseOfTheTexts)
+TEST(ZBitFieldTest, ConcatenatesLikeStrings)
 {
     std::mt19937 random(11);
     for (int i = 0; i < 300; ++i) {
@@ -280,7 +278,7 @@ TEST(ZBitFieldTest, BitsPastTheEndOfAConcatenationAreZero)
     EXPECT_EQ(field, fieldOf("11111"));
 }
 
-TEST(ZBitFieldTest, OrTakesTheSetBitsThatThereIsRoomFor)
+TEST(ZBitFieldTest, OrIgnoresBitsPastItsOwnLength)
 {
     const ZBITFIELD a = fieldOf("1100");
     EXPECT_EQ(textOf(a | fieldOf("0110")), "1110");
@@ -290,10 +288,10 @@ TEST(ZBitFieldTest, OrTakesTheSetBitsThatThereIsRoomFor)
     EXPECT_EQ(textOf(a | ZBITFIELD()), "1100");
     EXPECT_EQ(textOf(a), "1100");
     EXPECT_EQ((a | fieldOf("11111")).Length(), 4);
-    EXPECT_EQ(a | fieldOf("00001"), a); // not even into the byte's spare bits
+    EXPECT_EQ(a | fieldOf("00001"), a); // nor are the unused bits of the last byte changed
 }
 
-TEST(ZBitFieldTest, InertOperatorsLeaveTheFieldAsItIs)
+TEST(ZBitFieldTest, OperatorsWithoutEffectLeaveTheFieldUnchanged)
 {
     ZBITFIELD field = fieldOf("1100");
     const ZBITFIELD other = fieldOf("0011");
@@ -308,7 +306,7 @@ TEST(ZBitFieldTest, InertOperatorsLeaveTheFieldAsItIs)
     EXPECT_EQ(textOf(field), "1100");
 }
 
-TEST(ZBitFieldTest, EqualityTakesInTheBitBehindTheLast)
+TEST(ZBitFieldTest, EqualityIncludesTheBitAfterTheLast)
 {
     const auto field = [](unsigned char byte, int n) { return ZBITFIELD(&byte, n); };
     EXPECT_TRUE(field(0x05, 4) == field(0x05, 4));
@@ -335,9 +333,9 @@ TEST(ZBitFieldTest, PrintsBitZeroFirst)
     EXPECT_STREQ(wide, L"1000000001");
 }
 
-// Bare arrays
+// Plain byte arrays
 
-TEST(ZBitFieldArrayTest, WritingABitGivesTheMask)
+TEST(ZBitFieldArrayTest, WritingABitReturnsTheMask)
 {
     const Array bytes = exactArray(16);
     EXPECT_EQ(ZBITFIELD::bit(bytes.get(), 3, true), 0x08);
@@ -352,7 +350,7 @@ TEST(ZBitFieldArrayTest, WritingABitGivesTheMask)
     EXPECT_EQ(bytes[1], 0);
 }
 
-TEST(ZBitFieldArrayTest, OringABitGivesItsNewValue)
+TEST(ZBitFieldArrayTest, OringABitReturnsItsNewValue)
 {
     const Array bytes = exactArray(8);
     EXPECT_FALSE(ZBITFIELD::bitOr(bytes.get(), 2, false));
@@ -361,7 +359,7 @@ TEST(ZBitFieldArrayTest, OringABitGivesItsNewValue)
     EXPECT_EQ(bytes[0], 4);
 }
 
-TEST(ZBitFieldArrayTest, AndingDoesNothing)
+TEST(ZBitFieldArrayTest, AndingHasNoEffect)
 {
     const Array bytes = exactArray(8, 0x0F);
     const Array zeros = exactArray(8);
@@ -401,7 +399,7 @@ TEST(ZBitFieldArrayTest, CopiesAndOrsRunsOfBits)
     }
 }
 
-TEST(ZBitFieldArrayTest, CountsBelowOneDoNothing)
+TEST(ZBitFieldArrayTest, CountsBelowOneHaveNoEffect)
 {
     const Array bytes = exactArray(8, 0x55);
     for (int n : {0, -1, INT_MIN}) {
@@ -426,7 +424,7 @@ TEST(ZBitFieldArrayTest, ClearsWholeBytes)
     EXPECT_EQ(bytes[2], 0xFF);
 }
 
-TEST(ZBitFieldArrayTest, EqualityUnderTheMask)
+TEST(ZBitFieldArrayTest, EqualityIncludesOneBitPastTheEnd)
 {
     for (int n = 1; n <= 24; ++n) {
         for (int differing = 0; differing < 8 * ZBITFIELD::byteCount(n); ++differing) {
@@ -440,7 +438,7 @@ TEST(ZBitFieldArrayTest, EqualityUnderTheMask)
 
 // Failures
 
-TEST(ZBitFieldTest, FailedAllocationsLeaveTheFieldAsItWas)
+TEST(ZBitFieldTest, FailedAllocationsLeaveTheFieldUnchanged)
 {
     const ZBITFIELD field = fieldOf("1011");
     EXPECT_EQ(failEachAllocation([&] { ZBITFIELD(100); }), 1);
@@ -448,7 +446,7 @@ TEST(ZBitFieldTest, FailedAllocationsLeaveTheFieldAsItWas)
     EXPECT_EQ(failEachAllocation([&] { ZBITFIELD(field, 1, 2); }), 1);
     EXPECT_EQ(failEachAllocation([&] { std::ignore = field | field; }), 1);
     ZBITFIELD target = fieldOf("01");
-    const ZSpace::Testing::AllocationFault fault(1, ZSpace::Testing::AllocationFault::Kind::Lasting);
+    const AllocationFault fault(1, AllocationFault::Kind::Lasting);
     EXPECT_THROW(target = field, std::bad_alloc);
     EXPECT_THROW(target += field, std::bad_alloc);
     EXPECT_TRUE(target.get(1));
@@ -456,4 +454,4 @@ TEST(ZBitFieldTest, FailedAllocationsLeaveTheFieldAsItWas)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -28,12 +28,14 @@ void PrintTo(const ZGUID& guid, std::ostream* out)
     *out << static_cast<const char*>(guid.toCString());
 }
 
+} // namespace ZSpace
+
+namespace ZSpace::Testing {
 namespace {
 
 using testing::Each;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
-using ZSpace::Testing::allocationsMade;
 
 static_assert(sizeof(ZGUID) == 16 && alignof(ZGUID) == 4);
 static_assert(std::is_trivially_copyable_v<ZGUID>);
@@ -80,7 +82,7 @@ const ZGUID s_sample(0x00112233, 0x4455, 0x6677, 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0
 
 // Layout and construction
 
-TEST(ZGUIDTest, LiesInMemoryAsLittleEndianNumbersAndThenBytes)
+TEST(ZGUIDTest, IsStoredAsLittleEndianNumbersFollowedByBytes)
 {
     EXPECT_THAT(bytesOf(s_sample),
         ElementsAre(
@@ -111,7 +113,7 @@ TEST(ZGUIDTest, FourthNumberIsStoredLowByteFirst)
     EXPECT_EQ(textOf(guid), "{00000001-0002-0003-3412-05060708090a}");
 }
 
-TEST(ZGUIDTest, TakesSixCharactersOfATextAsTheyAre)
+TEST(ZGUIDTest, CopiesSixCharactersOfAStringUnchanged)
 {
     const auto lastBytes = [](const char* text) {
         const ZGUID guid(1, 2, 3, 0x1234, text);
@@ -144,9 +146,9 @@ TEST(ZGUIDTest, AssignsFromAnotherAndFromAPointer)
     EXPECT_EQ(guid, s_sample);
 }
 
-// Comparing
+// Comparison
 
-TEST(ZGUIDTest, EqualityLooksAtEveryByte)
+TEST(ZGUIDTest, EqualityComparesEveryByte)
 {
     EXPECT_TRUE(s_sample == guidOf(bytesOf(s_sample)));
     EXPECT_TRUE(s_sample == &s_sample);
@@ -161,7 +163,7 @@ TEST(ZGUIDTest, EqualityLooksAtEveryByte)
     }
 }
 
-TEST(ZGUIDTest, OrderGoesByMemoryFromTheFirstByte)
+TEST(ZGUIDTest, OrderFollowsTheBytesInMemory)
 {
     const ZGUID one(1, 0, 0, 0, 0, 0, 0, 0, 0, 0);
     const ZGUID twoHundredFiftySix(0x100, 0, 0, 0, 0, 0, 0, 0, 0, 0);
@@ -171,7 +173,7 @@ TEST(ZGUIDTest, OrderGoesByMemoryFromTheFirstByte)
     EXPECT_FALSE(one > one);
 }
 
-TEST(ZGUIDTest, OrderReadsBytesAsSigned)
+TEST(ZGUIDTest, OrderComparesBytesAsSigned)
 {
     for (std::size_t i = 0; i < 16; ++i) {
         Bytes negative{};
@@ -184,7 +186,7 @@ TEST(ZGUIDTest, OrderReadsBytesAsSigned)
     }
 }
 
-TEST(ZGUIDTest, OrderAgreesWithThatOfSignedBytes)
+TEST(ZGUIDTest, OrderIsLexicographicOverSignedBytes)
 {
     RandomGuids guids;
     std::mt19937 random(7);
@@ -204,11 +206,11 @@ TEST(ZGUIDTest, OrderAgreesWithThatOfSignedBytes)
     }
 }
 
-TEST(ZGUIDTest, CountsAsClearedWhenItsPartsAddUpToZero)
+TEST(ZGUIDTest, CountsAsClearedIfItsPartsAddUpToZero)
 {
     EXPECT_TRUE(ZGUID(0xFFFFFFFF, 1, 0, 0, 0, 0, 0, 0, 0, 0).isCleared());
     EXPECT_TRUE(!ZGUID(0xFFFFFFFF, 0, 1, 0, 0, 0, 0, 0, 0, 0));
-    EXPECT_TRUE(!ZGUID(0xFFFFFF00, 0, 0, 0x0100, 0, 0, 0, 0, 0, 0)); // bytes 0 and 1 are one number
+    EXPECT_TRUE(!ZGUID(0xFFFFFF00, 0, 0, 0x0100, 0, 0, 0, 0, 0, 0)); // bytes 0 and 1 count as one number
     EXPECT_TRUE(!ZGUID(0u - 21, 0, 0, 0, 1, 2, 3, 4, 5, 6));
     EXPECT_TRUE(!ZGUID(0u - 3 * 0xFFFF - 6 * 0xFF, 0xFFFF, 0xFFFF, 0xFFFF, 255, 255, 255, 255, 255, 255));
     EXPECT_FALSE(!ZGUID(0xFFFFFFFF, 0, 0, 0, 0, 0, 0, 0, 0, 0));
@@ -239,7 +241,7 @@ TEST(ZGUIDTest, TextForms)
     EXPECT_EQ(std::string(bare, sizeof bare), text);
 }
 
-TEST(ZGUIDTest, TextTakesNoAllocationBeyondItsResult)
+TEST(ZGUIDTest, TextFormsAllocateOnlyTheirResult)
 {
     const auto countOf = [](auto make) {
         const long before = allocationsMade();
@@ -251,8 +253,8 @@ TEST(ZGUIDTest, TextTakesNoAllocationBeyondItsResult)
     EXPECT_EQ(countOf([] { return s_sample.toString(); }), 1);
     EXPECT_EQ(countOf([] { return ZGUID("{00112233-4455-6677-8899-aabbccddeeff}"); }), 0);
     EXPECT_EQ(countOf([] { return ZGUID(L"{00112233-4455-6677-8899-aabbccddeeff}"); }), 0);
-    EXPECT_EQ(ZSpace::Testing::failEachAllocation([] { std::ignore = s_sample.toCString(); }), 1);
-    EXPECT_EQ(ZSpace::Testing::failEachAllocation([] { std::ignore = s_sample.toString(); }), 1);
+    EXPECT_EQ(failEachAllocation([] { std::ignore = s_sample.toCString(); }), 1);
+    EXPECT_EQ(failEachAllocation([] { std::ignore = s_sample.toString(); }), 1);
 }
 
 TEST(ZGUIDTest, ParsesItsOwnTextInEveryForm)
@@ -283,7 +285,7 @@ struct Parsed {
     const char* result;
 };
 
-TEST(ZGUIDTest, ParsesTextsOfAnyShape)
+TEST(ZGUIDTest, ParsesMalformedText)
 {
     const Parsed table[]{
         // Not five groups.
@@ -294,12 +296,12 @@ TEST(ZGUIDTest, ParsesTextsOfAnyShape)
         {"a-b-c-d", "{00000000-0000-0000-0000-000000000000}"},
         {"a-b-c-d-e-f", "{00000000-0000-0000-0000-000000000000}"},
         {"00112233445566778899aabbccddeeff", "{00000000-0000-0000-0000-000000000000}"},
-        // Braces: the last character goes whatever it is, but only behind an opening one.
+        // An opening brace removes the last character, whatever that is.
         {"{00112233-4455-6677-8899-aabbccddeeff", "{00112233-4455-6677-8899-aabbccddee00}"},
         {"{00112233-4455-6677-8899-aabbccddeeffx", "{00112233-4455-6677-8899-aabbccddeeff}"},
         {"00112233-4455-6677-8899-aabbccddeeff}", "{00112233-4455-6677-8899-aabbccddeeff}"},
         {" {00112233-4455-6677-8899-aabbccddeeff}", "{00001122-4455-6677-8899-aabbccddeeff}"},
-        // Digits that are none, groups that are too short or too long.
+        // Characters that are not digits, groups that are too short or too long.
         {"0011223g-44x5-6-7-aabbccddeeff", "{00112230-4405-6000-0000-aabbccddeeff}"},
         {"12-3-4-5-6", "{12000000-3000-4000-0000-000000000000}"},
         {"----", "{00000000-0000-0000-0000-000000000000}"},
@@ -312,7 +314,7 @@ TEST(ZGUIDTest, ParsesTextsOfAnyShape)
     }
 }
 
-TEST(ZGUIDTest, BytesThatTheTextLacksStayAsTheyAre)
+TEST(ZGUIDTest, BytesThatTheTextDoesNotSupplyAreKept)
 {
     ZGUID guid(s_sample);
     guid = "1-2-3-4-567";
@@ -331,7 +333,7 @@ TEST(ZGUIDTest, WideDigitsAreNotNarrowed)
         "{00000000-0000-0000-0000-000000000000}");
 }
 
-TEST(ZGUIDTest, ParsesNoMoreThanTheTokenShows)
+TEST(ZGUIDTest, ParsingStopsAtTheEndOfTheToken)
 {
     const char* text = "{00112233-4455-6677-8899-aabbccddeeff}-";
     EXPECT_EQ(ZGUID(ZStrToken<char>(text, 38)), s_sample);
@@ -340,17 +342,17 @@ TEST(ZGUIDTest, ParsesNoMoreThanTheTokenShows)
     EXPECT_TRUE(!ZGUID(ZStrToken<char>(text, 0)));
     EXPECT_TRUE(!ZGUID(ZStrToken<char>()));
     EXPECT_TRUE(!ZGUID(ZStrToken<wchar_t>(nullptr, 0)));
-    // A zero ends the text.
+    // A zero ends the token.
     EXPECT_EQ(textOf(ZGUID(ZStrToken<char>("1-2-3-4-5\0-6", 12))), "{10000000-2000-3000-0000-000000000000}");
     EXPECT_EQ(textOf(ZGUID(ZStrToken<char>("1-2-3-4\0-5", 10))), "{00000000-0000-0000-0000-000000000000}");
 }
 
 // Generation
 
-TEST(ZGUIDTest, GeneratesFromTheLowBytesOfTheCLibrarysNumbers)
+TEST(ZGUIDTest, GeneratesFromTheLowBytesOfRand)
 {
     ZGUID guid;
-    guid.generate(); // from here on the generator is seeded
+    guid.generate(); // seeds rand()
     EXPECT_TRUE(randInitialized);
     std::srand(1234);
     guid.generate();
@@ -361,7 +363,7 @@ TEST(ZGUIDTest, GeneratesFromTheLowBytesOfTheCLibrarysNumbers)
     EXPECT_EQ(bytesOf(guid), expected);
 }
 
-TEST(ZGUIDTest, SeedsWithTheSecondsOnce)
+TEST(ZGUIDTest, SeedsRandOnceWithTheSeconds)
 {
     const std::time_t before = std::time(nullptr);
     randInitialized = false;
@@ -370,16 +372,16 @@ TEST(ZGUIDTest, SeedsWithTheSecondsOnce)
     ZGUID second;
     second.generate();
     const std::time_t after = std::time(nullptr);
-    bool isFromTheClock = false;
+    bool isSeededByClock = false;
     for (std::time_t seed = before; seed <= after; ++seed) {
         std::srand(static_cast<unsigned int>(seed));
         ZGUID expected;
         expected.generate();
         ZGUID next;
         next.generate();
-        isFromTheClock |= first == expected && second == next;
+        isSeededByClock |= first == expected && second == next;
     }
-    EXPECT_TRUE(isFromTheClock);
+    EXPECT_TRUE(isSeededByClock);
 }
 
 TEST(ZGUIDTest, GeneratesDifferentValues)
@@ -393,7 +395,7 @@ TEST(ZGUIDTest, GeneratesDifferentValues)
     EXPECT_EQ(texts.size(), 1000u);
 }
 
-TEST(ZGUIDTest, ThreadsGenerateSideBySide)
+TEST(ZGUIDTest, ThreadsGenerateConcurrently)
 {
     randInitialized = false;
     std::vector<std::thread> threads;
@@ -409,4 +411,4 @@ TEST(ZGUIDTest, ThreadsGenerateSideBySide)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// What depends on the local time zone, and what must not.
+// Operations that depend on the local time zone, and operations that must not.
 
 #include "tests/value/Times.h"
 
@@ -10,24 +10,19 @@
 
 #include <cstring>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
-
-using ZSpace::Testing::RandomTimes;
-using ZSpace::Testing::recordOf;
-using ZSpace::Testing::TimeZone;
-using ZSpace::Testing::utcSecondsOf;
 
 class ZTimeZoneTest : public testing::TestWithParam<const char*> {
     const TimeZone m_zone{GetParam()};
 };
 
-// Given by rule, so that they are the same on a host without a time zone data base, and some by name.
+// Mostly POSIX rules, which work without a time zone database.
 INSTANTIATE_TEST_SUITE_P(Zones, ZTimeZoneTest,
     testing::Values("UTC0", "EST5EDT,M3.2.0,M11.1.0", "CET-1CEST,M3.5.0,M10.5.0/3", "IST-5:30", "NPT-5:45",
         "LINT-14", "AoE12", "AEST-10AEDT,M10.1.0,M4.1.0/3", "Europe/London", "America/St_Johns"));
 
-TEST_P(ZTimeZoneTest, DifferenceIsThatOfTheFieldsReadAsUtc)
+TEST_P(ZTimeZoneTest, DifferenceReadsBothOperandsAsUtc)
 {
     RandomTimes times;
     for (int i = 0; i < 500; ++i) {
@@ -77,10 +72,10 @@ TEST_P(ZTimeZoneTest, ShiftingReadsLocalTimeAndWritesUtc)
     }
 }
 
-TEST(ZTimeShiftTest, MovesByTheOffsetOfTheZoneAsWell)
+TEST(ZTimeShiftTest, AlsoMovesByTheZoneOffset)
 {
     const ZTime time(2024, 1, 15, 12, 0, 0, 7);
-    const TimeZone behind("EST5");
+    const TimeZone zone("EST5");
     EXPECT_EQ(time + 60u, ZTime(2024, 1, 15, 17, 1, 0, 7));
     EXPECT_EQ(time - 60u, ZTime(2024, 1, 15, 16, 59, 0, 7));
     EXPECT_EQ(time + 0u, ZTime(2024, 1, 15, 17, 0, 0, 7));
@@ -93,13 +88,13 @@ TEST(ZTimeShiftTest, ReadsLocalTimeWithoutDaylightSaving)
     EXPECT_EQ(ZTime(2024, 1, 1, 12, 0, 0, 0) + 0u, ZTime(2024, 1, 1, 11, 0, 0, 0));
 }
 
-TEST(ZTimeShiftTest, LeavesTheRangeOfYearsWhereTheSecondsDo)
+TEST(ZTimeShiftTest, ResultMayLeaveTheRangeOfYears)
 {
     const TimeZone zone("UTC0");
     EXPECT_STREQ((ZTime(3000, 12, 31, 23, 59, 59, 0) + 1).toCString(), "3001-01-01T00:00:00");
     EXPECT_STREQ((ZTime(1600, 1, 1, 0, 0, 0, 0) - 1).toCString(), "1599-12-31T23:59:59");
     EXPECT_STREQ((ZTime(1970, 1, 1, 0, 0, 0, 0) + 4294967295u).toCString(), "2106-02-07T06:28:15");
-    // Before the year 0 the count of years wraps around.
+    // Years before 0 wrap around.
     EXPECT_STREQ((ZTime(false) - 1).toCString(), "65535-11-29T23:59:59");
 }
 
@@ -116,7 +111,7 @@ TEST(ZTimeShiftTest, KeepsTheWeekday)
     EXPECT_EQ(shifted - now, 86400);
 }
 
-TEST(ZTimeShiftTest, TakesSecondsModuloThirtyTwoBits)
+TEST(ZTimeShiftTest, SecondsAreTakenModulo32Bits)
 {
     const TimeZone zone("UTC0");
     const ZTime time(2024, 1, 15, 12, 0, 0, 0);
@@ -126,4 +121,4 @@ TEST(ZTimeShiftTest, TakesSecondsModuloThirtyTwoBits)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -15,14 +15,10 @@
 #include <random>
 #include <vector>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using testing::ElementsAre;
-using ZSpace::Testing::AllocationFault;
-using ZSpace::Testing::allocationsMade;
-using ZSpace::Testing::blocksAlive;
-using ZSpace::Testing::failEachAllocation;
 
 constexpr auto s_cell = std::in_place;
 
@@ -42,7 +38,7 @@ std::vector<int> numbersOf(const ZValueArrayBase& array)
     return items;
 }
 
-const Value* const* slotsOf(const ZValueArrayBase& array)
+const Value* const* blockOf(const ZValueArrayBase& array)
 {
     return static_cast<const Value* const*>(array.Content());
 }
@@ -67,16 +63,16 @@ TEST(ZValueArrayTest, StartsEmptyWithTheKindAndCellSizeOfItsItems)
     }
 }
 
-TEST(ZValueArrayTest, HoldsItsItemsInABlockOfPointersThatEndsWithNull)
+TEST(ZValueArrayTest, ContentIsANullTerminatedBlockOfPointers)
 {
     const ZValueArrayBase array = numbers({7, 8, 9});
     EXPECT_EQ(array.ArrayItemCount(), 3u);
-    EXPECT_EQ(slotsOf(array)[1], &array.ArrayItem(1));
-    EXPECT_EQ(slotsOf(array)[3], nullptr);
+    EXPECT_EQ(blockOf(array)[1], &array.ArrayItem(1));
+    EXPECT_EQ(blockOf(array)[3], nullptr);
     EXPECT_THAT(numbersOf(array), ElementsAre(7, 8, 9));
 }
 
-TEST(ZValueArrayTest, IndicesOutsideThrow)
+TEST(ZValueArrayTest, IndexOutOfRangeThrows)
 {
     ZValueArrayBase array(ZTypeId_int);
     const ZValueArrayBase& constant = array;
@@ -97,7 +93,7 @@ TEST(ZValueArrayTest, IndicesOutsideThrow)
     EXPECT_EQ(array.ArrayItemCount(), 1u);
 }
 
-TEST(ZValueArrayTest, AddingAPointerTakesTheValueOver)
+TEST(ZValueArrayTest, AddingAPointerTakesOwnership)
 {
     ZValueArrayBase array(ZTypeId_int);
     auto* value = new Value(s_cell, 5);
@@ -107,7 +103,7 @@ TEST(ZValueArrayTest, AddingAPointerTakesTheValueOver)
     EXPECT_EQ(array.ArrayItemCount(), 1u);
 }
 
-TEST(ZValueArrayTest, EachAddMovesToABlockThatIsLongerByOne)
+TEST(ZValueArrayTest, EachAddReallocatesTheBlock)
 {
     ZValueArrayBase array = numbers({1, 2});
     const long alive = blocksAlive();
@@ -118,11 +114,11 @@ TEST(ZValueArrayTest, EachAddMovesToABlockThatIsLongerByOne)
     EXPECT_EQ(blocksAlive() - alive, 1);
 }
 
-TEST(ZValueArrayTest, OwnItemsCanBeAdded)
+TEST(ZValueArrayTest, ItsOwnItemsCanBeAdded)
 {
     ZValueArrayBase array = numbers({1, 2});
     array.ArrayAdd(array.ArrayItem(0));
-    array.ArrayAdd(static_cast<const Value&>(array)); // and even the array itself
+    array.ArrayAdd(static_cast<const Value&>(array)); // and so can the array itself
     EXPECT_EQ(array.ArrayItemCount(), 4u);
     EXPECT_TRUE(array.ArrayItem(2) == array.ArrayItem(0));
     EXPECT_EQ(static_cast<const ZValueArrayBase&>(array.ArrayItem(3)).ArrayItemCount(), 3u);
@@ -140,15 +136,15 @@ TEST(ZValueArrayTest, ItemsKeepTheirClassAndName)
     EXPECT_TRUE(copy == outer);
 }
 
-TEST(ZValueArrayTest, ReplacesAnItemByACopy)
+TEST(ZValueArrayTest, ReplacesAnItemWithACopy)
 {
     ZValueArrayBase array = numbers({1, 2, 3});
     array.ArrayItem(1, Value(s_cell, 20));
     EXPECT_THAT(numbersOf(array), ElementsAre(1, 20, 3));
-    array.ArrayItem(1, array.ArrayItem(1)); // by itself
+    array.ArrayItem(1, array.ArrayItem(1)); // with itself
     array.ArrayItem(0, array.ArrayItem(2));
     EXPECT_THAT(numbersOf(array), ElementsAre(3, 20, 3));
-    EXPECT_EQ(slotsOf(array)[3], nullptr);
+    EXPECT_EQ(blockOf(array)[3], nullptr);
 }
 
 TEST(ZValueArrayTest, RemovesItemsAndKeepsTheTerminator)
@@ -235,29 +231,29 @@ TEST(ZValueArrayTest, CopiesItemByItem)
     assigned = empty;
     EXPECT_EQ(assigned.Content(), nullptr);
     EXPECT_EQ(ZValueArrayBase(empty).Content(), nullptr);
-    // Its own item may be assigned to an array.
+    // An array can be assigned one of its own items.
     ZValueArrayBase outer(array.Type());
     outer.ArrayAdd(array);
     outer = static_cast<const ZValueArrayBase&>(outer.ArrayItem(0));
     EXPECT_THAT(numbersOf(outer), ElementsAre(10, 2));
 }
 
-TEST(ZValueArrayTest, EqualityIsThatOfTheItems)
+TEST(ZValueArrayTest, EqualityComparesTheItems)
 {
     EXPECT_TRUE(numbers({1, 2}) == numbers({1, 2}));
     EXPECT_FALSE(numbers({1, 2}) == numbers({1, 3}));
     EXPECT_FALSE(numbers({1, 2}) == numbers({1}));
     EXPECT_TRUE(numbers({1, 2}) != numbers({2, 1}));
     EXPECT_TRUE(numbers({}) == numbers({}));
-    EXPECT_TRUE(numbers({}) == ZValueArrayBase(ZTypeId_bool)); // as lists they are the same
+    EXPECT_TRUE(numbers({}) == ZValueArrayBase(ZTypeId_bool)); // as arrays, whatever their item kind
     const Value asValue = numbers({});
     const Value other = ZValueArrayBase(ZTypeId_bool);
-    EXPECT_FALSE(asValue == other); // as values they are of different kinds
+    EXPECT_FALSE(asValue == other); // as values, their kinds differ
     EXPECT_TRUE(asValue == numbers({}));
     EXPECT_TRUE(numbers({}) == asValue);
 }
 
-TEST(ZValueArrayTest, StaysUsableAfterAChangeThroughItsBase)
+TEST(ZValueArrayTest, RemainsUsableAfterAChangeThroughItsBase)
 {
     ZValueArrayBase array = numbers({1});
     static_cast<Value&>(array) = Value(s_cell, 5LL);
@@ -273,7 +269,7 @@ TEST(ZValueArrayTest, StaysUsableAfterAChangeThroughItsBase)
     EXPECT_THAT(numbersOf(array), ElementsAre(7));
 }
 
-TEST(ZValueArrayTest, FailedAllocationsLeaveTheArrayAsItWas)
+TEST(ZValueArrayTest, FailedAllocationsLeaveTheArrayUnchanged)
 {
     ZValueArrayBase array = numbers({1, 2});
     const Value value(s_cell, 3);
@@ -284,11 +280,11 @@ TEST(ZValueArrayTest, FailedAllocationsLeaveTheArrayAsItWas)
         EXPECT_EQ(blocksAlive(), alive);
     }
     {
-        auto* given = new Value(s_cell, 3);
+        auto* passed = new Value(s_cell, 3);
         const long alive = blocksAlive();
         const AllocationFault fault(1);
-        EXPECT_THROW(array.ArrayAdd(given), std::bad_alloc);
-        EXPECT_EQ(blocksAlive(), alive - 2); // taken over all the same
+        EXPECT_THROW(array.ArrayAdd(passed), std::bad_alloc);
+        EXPECT_EQ(blocksAlive(), alive - 2); // ownership was transferred anyway
     }
     {
         const AllocationFault fault(2);
@@ -300,4 +296,4 @@ TEST(ZValueArrayTest, FailedAllocationsLeaveTheArrayAsItWas)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -15,7 +15,7 @@
 #include <tuple>
 #include <type_traits>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using Bool = ZValue<bool, 2>;
@@ -50,7 +50,7 @@ void expectHolds(const T& value, const char* text)
     EXPECT_EQ(held.toCString(), text);
 }
 
-TEST(ZValueTest, ExistsForEveryKindWithAValueType)
+TEST(ZValueTest, IsAvailableForEveryKindWhoseContentIsOneObject)
 {
     expectHolds<bool, 2>(true, "1");
     expectHolds<unsigned char, 4>(200, "200");
@@ -69,7 +69,7 @@ TEST(ZValueTest, ExistsForEveryKindWithAValueType)
     expectHolds<const wchar_t*, 0x80000>(L"wide", "wide");
     expectHolds<ZGStr<char>, 0x100000>("text", "text");
     expectHolds<ZGStr<wchar_t>, 0x200000>(L"wide", "wide");
-    expectHolds<TZBinary<unsigned char>, 0x400000>(ZSpace::Testing::ownedBytes({1, 0xAB}), "01ab");
+    expectHolds<TZBinary<unsigned char>, 0x400000>(ownedBytes({1, 0xAB}), "01ab");
     expectHolds<ZBITFIELD, 0x800000>(ZBITFIELD(3), "");
     expectHolds<ZTime, 0x1000000>(ZTime(2024, 3, 5, 7, 8, 9, 1), "2024-03-05T07:08:09");
     expectHolds<ZGUID, 0x2000000>(ZGUID(), "{00000000-0000-0000-0000-000000000000}");
@@ -77,7 +77,7 @@ TEST(ZValueTest, ExistsForEveryKindWithAValueType)
     expectHolds<void*, 0x10000000>(reinterpret_cast<void*>(0xAB), "00000000000000ab");
 }
 
-TEST(ZValueTest, GivesAndTakesItsValue)
+TEST(ZValueTest, ValueCanBeReadAndReplaced)
 {
     Int number(5);
     EXPECT_EQ(number.Value(), 5);
@@ -90,7 +90,7 @@ TEST(ZValueTest, GivesAndTakesItsValue)
     EXPECT_NE(static_cast<const char*>(text.Value()), static_cast<const char*>(text.Value()));
 }
 
-TEST(ZValueTest, CStringsMayBeHeldAsPointersToCharactersThatCanBeChanged)
+TEST(ZValueTest, CStringsCanBePointersToMutableCharacters)
 {
     char text[] = "text";
     ZValue<char*, 0x40000> value(text);
@@ -112,7 +112,7 @@ TEST(ZValueTest, KeepsItsNameWhenItsValueChanges)
     EXPECT_EQ(copy.Value(), 7);
 }
 
-TEST(ZValueTest, GivesADefaultWhereItHoldsNoSuchValue)
+TEST(ZValueTest, ReturnsADefaultIfItsKindWasChanged)
 {
     Int number(5);
     number.clear(number.Type());
@@ -133,19 +133,19 @@ TEST(ZValueTest, ClonesToItsOwnClass)
     EXPECT_EQ(dynamic_cast<Int&>(*clone).Value(), 5);
 }
 
-TEST(ZValueTest, FailedChangeLeavesTheValueAsItWas)
+TEST(ZValueTest, FailedReplacementLeavesTheValueUnchanged)
 {
     Int number(5);
     {
-        const ZSpace::Testing::AllocationFault fault(1);
+        const AllocationFault fault(1);
         EXPECT_THROW(number.Value(6), std::bad_alloc);
     }
     EXPECT_EQ(number.Value(), 5);
 }
 
-// Values of one kind
+// Values of the same kind
 
-TEST(ZValueTest, ValuesOfOneKindCompareAsUsual)
+TEST(ZValueTest, ValuesOfTheSameKindCompareAsUsual)
 {
     EXPECT_TRUE(Int(5) == Int(5));
     EXPECT_TRUE(Int(5) != Int(6));
@@ -155,13 +155,13 @@ TEST(ZValueTest, ValuesOfOneKindCompareAsUsual)
     EXPECT_FALSE(bits == bits);
 }
 
-// Values of different kinds. The pairs that compare, first the type in which they do.
+// Values of different kinds: each row lists a first type and the second types that are comparable with it.
 
 template <typename First, typename... Seconds>
 struct Row {
 };
 
-// clang-format off: as a table
+// clang-format off
 using MixedPairs =
     std::tuple<Row<Double, LongLong, Int, Short, SignedChar, UnsignedInt, UnsignedShort, UnsignedChar>,
         Row<Float, LongLong, Int, Short, SignedChar, UnsignedInt, UnsignedShort, UnsignedChar>,
@@ -216,13 +216,13 @@ void expectAllComparisons()
     (expectComparisonsOf<Numbers, Numbers...>(), ...);
 }
 
-TEST(MixedComparisonTest, EveryPairOfNumbersComparesAsItsTableSays)
+TEST(MixedComparisonTest, EveryPairOfNumbersFollowsTheTable)
 {
     expectAllComparisons<UnsignedChar, SignedChar, UnsignedShort, Short, UnsignedInt, Int, UnsignedLongLong,
         LongLong, Float, Double>();
 }
 
-TEST(MixedComparisonTest, SecondNumberIsTakenModuloTheWidthOfTheFirst)
+TEST(MixedComparisonTest, SecondNumberIsConvertedModuloTheWidthOfTheFirst)
 {
     EXPECT_TRUE(UnsignedShort(65535) == SignedChar(-1));
     EXPECT_TRUE(UnsignedChar(200) == SignedChar(-56));
@@ -234,16 +234,16 @@ TEST(MixedComparisonTest, SecondNumberIsTakenModuloTheWidthOfTheFirst)
     EXPECT_FALSE(UnsignedShort(255) == SignedChar(-1));
 }
 
-TEST(MixedComparisonTest, FloatingNumbersTakeIntegersInTheirOwnPrecision)
+TEST(MixedComparisonTest, IntegersAreRoundedToTheFloatingPointType)
 {
-    EXPECT_TRUE(Float(16777216.0f) == Int(16777217)); // a float holds no such odd number
+    EXPECT_TRUE(Float(16777216.0f) == Int(16777217)); // not representable as a float
     EXPECT_FALSE(Double(16777216.0) == Int(16777217));
     EXPECT_TRUE(Double(9223372036854775808.0) == LongLong(LLONG_MAX));
     EXPECT_FALSE(Double(0.5) == Int(0));
     EXPECT_FALSE(Double(std::numeric_limits<double>::quiet_NaN()) == Int(0));
 }
 
-TEST(MixedComparisonTest, OtherPairsAreDifferentInEitherOrder)
+TEST(MixedComparisonTest, OtherPairsAreUnequalInEitherOrder)
 {
     EXPECT_FALSE(Int(5) == LongLong(5));
     EXPECT_TRUE(LongLong(5) == Int(5));
@@ -258,7 +258,7 @@ TEST(MixedComparisonTest, OtherPairsAreDifferentInEitherOrder)
     EXPECT_FALSE((ZValue<ZGStr<char>, 0x100000>() == ZValue<const char*, 0x40000>()));
 }
 
-TEST(MixedComparisonTest, ThroughTheirBaseValuesOfDifferentKindsAreDifferent)
+TEST(MixedComparisonTest, ComparedThroughTheBaseDifferentKindsAreUnequal)
 {
     const Value& number = LongLong(5);
     EXPECT_FALSE(number == static_cast<const Value&>(Int(5)));
@@ -266,4 +266,4 @@ TEST(MixedComparisonTest, ThroughTheirBaseValuesOfDifferentKindsAreDifferent)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

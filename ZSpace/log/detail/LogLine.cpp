@@ -45,7 +45,7 @@ void writeThread(Prefix& prefix, unsigned int thread) noexcept
 void writeSecond(Prefix& prefix, time_t second) noexcept
 {
     const ZTime time(static_cast<unsigned int>(second));
-    char text[ZTime::s_textRoom];
+    char text[ZTime::s_textCapacity];
     time.writeText(text);
     std::memcpy(prefix.text + s_time, text, s_timeLength);
     prefix.text[s_milliseconds - 1] = '.';

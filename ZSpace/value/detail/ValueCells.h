@@ -27,8 +27,8 @@ template <typename... Kinds>
 struct CellKinds : Kinds... {
 };
 
-/// All of them. The other kinds are structures, memory blocks and arrays, whose contents vary in size.
-// clang-format off: one kind to a line
+/// The list of these kinds. The contents of structures, memory blocks and arrays vary in size.
+// clang-format off
 using AllCellKinds = CellKinds<CellKind<bool, ZTypeId_bool>, CellKind<unsigned char, ZTypeId_unsigned_char>,
     CellKind<signed char, ZTypeId_signed_char>, CellKind<unsigned short, ZTypeId_unsigned_short>,
     CellKind<short, ZTypeId_short>, CellKind<unsigned int, ZTypeId_unsigned_int>, CellKind<int, ZTypeId_int>,
@@ -41,13 +41,13 @@ using AllCellKinds = CellKinds<CellKind<bool, ZTypeId_bool>, CellKind<unsigned c
     CellKind<ZReference<ZObject>, ZTypeId_reference>, CellKind<void*, ZTypeId_pointer>>;
 // clang-format on
 
-// Of all kinds, the one base that fits is deduced.
+// Template argument deduction picks the one base class that matches.
 template <typename T, ZTypeId tag>
 CellKind<T, tag> cellKindOfType(const CellKind<T, tag>*);
 template <ZTypeId tag, typename T>
 CellKind<T, tag> cellKindOfTag(const CellKind<T, tag>*);
 
-/// The types that a content cell can have.
+/// The types of content cells.
 template <typename T>
 concept CellType = requires(const AllCellKinds* all)
 {
@@ -62,20 +62,20 @@ template <ZTypeId tag>
 using CellOf = typename decltype(cellKindOfTag<tag>(static_cast<const AllCellKinds*>(nullptr)))::Type;
 
 template <typename T>
-inline constexpr bool s_isText = std::same_as<T, ZGStr<char>> || std::same_as<T, ZGStr<wchar_t>>;
+inline constexpr bool s_isString = std::same_as<T, ZGStr<char>> || std::same_as<T, ZGStr<wchar_t>>;
 
-/// A copy that is null for the empty text.
+/// Returns a copy, which is a null string if the source is empty.
 template <typename T>
-[[nodiscard]] ZGStr<T> copyOfText(const ZGStr<T>& text)
+[[nodiscard]] ZGStr<T> copyOfString(const ZGStr<T>& string)
 {
-    return text.isEmpty() ? ZGStr<T>() : ZGStr<T>(text);
+    return string.isEmpty() ? ZGStr<T>() : ZGStr<T>(string);
 }
 
-/// The cell of a new value. An empty string is kept as a null one.
+/// Allocates the cell of a new value. An empty string is stored as a null string.
 template <CellType T, typename Source>
 [[nodiscard]] T* newCell(Source&& source)
 {
-    if constexpr (s_isText<T>) {
+    if constexpr (s_isString<T>) {
         if (source.isEmpty())
             return new T();
     }

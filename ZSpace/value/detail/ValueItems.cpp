@@ -21,7 +21,7 @@ ValueItem* copyItems(const ValueItem* items)
     const std::size_t count = countItems(items);
     if (count == 0)
         return nullptr;
-    // All null at first, so what is there after a failure is a block that can be freed.
+    // Value-initialized, so that the block can be freed if cloning an item throws.
     std::unique_ptr<ValueItem[], decltype(&freeItems)> copies(new ValueItem[count + 1](), &freeItems);
     std::transform(items, items + count, copies.get(), [](ValueItem item) { return item->clone(); });
     return copies.release();

@@ -9,12 +9,12 @@
 
 namespace ZSpace::detail {
 
-/// The content of an array of values: a block of pointers to its items, ended by a null pointer. Null is an
-/// array without items.
+/// The content of an array of values: a null-terminated block of pointers to its items. Null if the array is
+/// empty.
 using ValueItem = TZValueBase<ZTypeId>*;
 
 [[nodiscard]] std::size_t countItems(const ValueItem* items) noexcept;
-/// A block with a clone of each item; null for no items.
+/// Allocates a block with a clone of each item; null if there are none.
 [[nodiscard]] ValueItem* copyItems(const ValueItem* items);
 void freeItems(ValueItem* items) noexcept;
 [[nodiscard]] bool areEqualItems(const ValueItem* a, const ValueItem* b);

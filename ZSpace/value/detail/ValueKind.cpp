@@ -16,16 +16,16 @@ namespace ZSpace::detail {
 
 namespace {
 
-// What is special about the content of some kinds; the templates are the rule.
+// Most kinds use the function templates; the specializations and overloads are the exceptions.
 
 template <typename T>
-T* newFirstCell()
+T* newInitialCell()
 {
     return new T();
 }
 
 template <>
-ZTime* newFirstCell()
+ZTime* newInitialCell()
 {
     return new ZTime(true);
 }
@@ -41,14 +41,14 @@ bool areEqualCells(const ZReference<ZObject>& a, const ZReference<ZObject>& b) n
     return a.get() == b.get();
 }
 
-/// Deliberately not even themselves.
+/// A bit field never equals a bit field, not even itself, and callers rely on it.
 bool areEqualCells(const ZBITFIELD&, const ZBITFIELD&) noexcept
 {
     return false;
 }
 
-/// For both kinds of strings that text is printed to. A narrow string ends at its first zero, so a character
-/// that is or becomes zero is left out, and all that follows it.
+/// Appends a value's string form to a `ZGStr` or `ZMStr`. A narrow string ends at its first zero, so a
+/// character that is zero, or becomes zero by narrowing, ends the output.
 template <typename Out>
 struct Printer {
     template <typename Number>
@@ -76,7 +76,7 @@ struct Printer {
     }
     void operator()(const ZTime& time) const noexcept
     {
-        char text[ZTime::s_textRoom];
+        char text[ZTime::s_textCapacity];
         out.append(text, time.writeText(text));
     }
     void operator()(const ZGUID& guid) const noexcept
@@ -95,13 +95,13 @@ struct Printer {
     Out& out;
 };
 
-// The operations of each kind whose content is one object.
+// The operations of the kinds whose content is one object.
 
 template <typename T>
 struct Cell {
     static const T& in(const void* content) noexcept { return *static_cast<const T*>(content); }
 
-    static void* create() { return newFirstCell<T>(); }
+    static void* create() { return newInitialCell<T>(); }
     static void* copy(ValueContent content) { return newCell<T>(in(content.data)); }
     static void destroy(void* content) noexcept { delete static_cast<T*>(content); }
     static bool areEqual(ValueContent a, ValueContent b) { return areEqualCells(in(a.data), in(b.data)); }
@@ -168,7 +168,7 @@ template <typename Kind>
 constexpr ValueKind s_variableKind{0, nullptr, &Kind::copy, &Kind::destroy, &Kind::areEqual,
     &printNothing<ZGStr<char>>, &printNothing<ZMStr<char>>};
 
-// The table, by the number of the tag's bit.
+// The kinds, indexed by the bit number of their tags.
 
 using KindTable = std::array<const ValueKind*, 32>;
 

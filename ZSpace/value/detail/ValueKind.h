@@ -15,11 +15,11 @@ struct ValueContent {
     unsigned int size;
 };
 
-/// All that a value does differently from one kind to the next.
+/// The operations that differ from kind to kind.
 struct ValueKind {
-    /// The size of a cell that `create` makes.
+    /// The size in bytes of a cell that `create` allocates.
     unsigned int size;
-    /// A cell with its first value. Null for kinds that cannot be made without being told more.
+    /// Allocates a cell with its initial value. Null for kinds whose tag alone does not describe a cell.
     void* (*create)();
     void* (*copy)(ValueContent content);
     void (*destroy)(void* content) noexcept;
@@ -28,7 +28,7 @@ struct ValueKind {
     void (*printTo)(ZMStr<char>& text, const void* content) noexcept;
 };
 
-/// The kind of a tag; null for the tag of no value and for tags that are unknown.
+/// Returns null for tag 0 and for unknown tags.
 [[nodiscard]] const ValueKind* kindOf(ZTypeId tag) noexcept;
 
 } // namespace ZSpace::detail
