@@ -17,8 +17,7 @@ namespace ZSpace {
 
 namespace {
 
-/// The C library's name of a mode, null for one that is none. The "e" asks for a descriptor that programs
-/// started by the process do not get; hosts that do not know it ignore it.
+/// The mode string of `fopen`, null for an unknown mode. The "e" asks for a close-on-exec descriptor.
 const char* nameOfMode(int mode)
 {
     switch (mode) {
@@ -35,7 +34,7 @@ const char* nameOfMode(int mode)
     }
 }
 
-/// A stream on a duplicate of `descriptor`, null if there cannot be one.
+/// A stream on a close-on-exec duplicate of `descriptor`; null on failure.
 FILE* openDuplicate(int descriptor, const char* mode)
 {
     const int duplicate = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
@@ -198,7 +197,7 @@ bool ZIOGFile<File, T, TX>::writeAsync(WriteCallback* callback, DataRef data)
         return Ex::writeAsync(callback, std::move(data));
     if (this->isWriting())
         return false;
-    // The stream may be gone before its thread has begun. The file will not: no destructor closes it.
+    // The stream may be destroyed before its thread starts. The file stays open: no destructor closes it.
     const auto work = [stream = this, file = m_file](WriteCallback* toCall, const DataRef& toWrite) {
         const auto write = [file](T const* items, long count, long& written) {
             return writeTo(file, items, count, written);
@@ -220,7 +219,7 @@ int ZIOGFile<File, T, TX>::read(T* buffer, long count, long& got)
 {
     if (!m_file)
         return -1;
-    // Counts have 32 bits here, so that what is read beyond them wraps.
+    // The count is a signed 32-bit value by definition, so it wraps beyond 2 GiB.
     got = count > 0 ? static_cast<int>(fread(buffer, 1, static_cast<std::size_t>(count), m_file)) : 0;
     return ferror(m_file);
 }

@@ -9,36 +9,36 @@
 
 namespace ZSpace {
 
-/// A file of the C library as a stream.
+/// A stdio file as a stream.
 ///
 ///     ZIOGFile<> file;
 ///     if (file.open("/tmp/report.txt", ZIOGFile<>::ModeAppend) == 0)
 ///         file.write("done\n", -1);
 ///     file.close();
 ///
-/// Destruction leaves the file open: whoever opens it closes it. It waits for a read that is under way; a
-/// write goes on and needs the stream no more, only the file, which must then stay open. Buffering,
-/// end-of-file and error marks, and what must stand between reading and writing, are those of the C library.
-/// The descriptor is not passed on to programs that the process starts, where the host can arrange that on
-/// opening.
+/// The destructor does not close the file; call `close` first. It waits for an outstanding asynchronous read.
+/// An outstanding write goes on without the stream and needs only the file, which must then stay open.
 ///
-/// A closed stream answers true for `EOS`, false for `BOS`, 0 for `State` and `close`, and -1 for all else,
+/// Buffering, the end-of-file and error indicators, and the rule to flush or move between reading and writing
+/// are those of the C library. Child processes do not inherit the descriptor.
+///
+/// On a closed stream `EOS` returns true, `BOS` false, `State` and `close` 0, and everything else -1,
 /// whatever the arguments.
 template <typename File = FILE*, typename T = char, typename TX = ZStreamTransaction>
 class ZIOGFile : public ZStreamEx<T, TX> {
     using Ex = ZStreamEx<T, TX>;
-    static_assert(sizeof(T) == 1, "counts go to the C library as bytes");
+    static_assert(sizeof(T) == 1, "counts are passed to the C library as bytes");
 
 public:
     using typename Ex::DataRef;
     using typename Ex::WriteCallback;
 
-    /// The modes of `open`. `State()` is made of the first two as flags.
+    /// The modes of `open`; `State` combines the first two as flags.
     enum Mode : int {
-        ModeRead = 2, ///< there must be a file
-        ModeWrite = 4, ///< creates the file or empties it
-        ModeReadWrite = 6, ///< there must be a file
-        ModeAppend = 8 ///< creates the file or keeps what is there; reads anywhere, writes at the end
+        ModeRead = 2, ///< the file must exist
+        ModeWrite = 4, ///< creates or truncates the file
+        ModeReadWrite = 6, ///< the file must exist
+        ModeAppend = 8 ///< creates the file or keeps its content; reads anywhere, writes at the end
     };
 
     ZIOGFile() = default;
@@ -47,22 +47,21 @@ public:
     using ZInStream<T, TX>::read;
     using ZOutStream<T, TX>::write;
 
-    /// A stream of its own on the same open file: both move one offset, and what either has buffered is
-    /// its own. Closed if this one is.
-    /// @return null if the file cannot be shared. The caller owns the stream.
+    /// A new stream on a duplicate of the descriptor: both share one file offset, each has its own buffer.
+    /// The clone of a closed stream is closed.
+    /// @return null on failure. The caller owns the stream.
     [[nodiscard]] ZIOGFile* clone() const override;
 
     [[nodiscard]] int State() const override;
 
-    /// Closes the stream first.
-    /// @return 0, or the error number (EINVAL for a mode that is none); the stream is then closed. The name
-    /// goes narrow as strings do: the low 8 bits of each unit.
+    /// Closes the stream, then opens the file. A wide path is narrowed to the low 8 bits of each unit.
+    /// @return 0, or the error number (EINVAL for an unknown mode); the stream is then closed.
     virtual int open(wchar_t const* path, int mode);
     virtual int open(char const* path, int mode);
 
-    /// @return 0, also when the C library fails to write the rest.
+    /// @return 0, even if buffered data cannot be written: call `flush` first to find out.
     int close() override;
-    /// Measures by going to the end and back.
+    /// Moves to the end and back.
     long long Size() override;
     [[nodiscard]] bool BOS() override;
     [[nodiscard]] bool EOS() override;
@@ -74,35 +73,35 @@ public:
     void beginTransaction() override;
     void endTransaction() override;
 
-    /// A negative `count` is the length of the text at `data`. Where there is nothing to write, `written`
-    /// stays as it is.
-    /// @return 0 if anything was written, else the error mark of the file.
+    /// A negative `count` means the length of the null-terminated string `data`. If there is nothing to write,
+    /// `written` does not change.
+    /// @return 0 if anything was written, otherwise the file's error indicator.
     int write(T const* data, long count, long& written) override;
-    /// Hands what is buffered to the system.
+    /// Writes the buffered data to the file.
+    /// @return 0, or EOF on failure.
     virtual int flush();
 
-    /// @return the error mark of the file; at its end that is 0 with `got` below `count`.
+    /// @return the file's error indicator. At the end of the file this is 0, with `got` below `count`.
     int read(T* buffer, long count, long& got) override;
 
-    /// Needs only the file, not this object, once begun; a derived class, whose `write` may be another, gets
-    /// `ZStreamEx`'s own way.
+    /// Once started, the write needs only the file, not this object. A derived class, which may override
+    /// `write`, falls back to `ZStreamEx::writeAsync`.
     bool writeAsync(WriteCallback* callback, DataRef data) override;
 
-    /// From now on each `write` reaches the system at once and whole, in a single call whatever its length
-    /// (what a full disk or pipe takes only a part of is gone on with). For lines that several processes
-    /// append to one file. To be asked for after `open`, before anything else.
+    /// Turns buffering off: each `write` becomes one system call, whatever its length, and is continued if
+    /// the system takes only a part. For lines that several processes append to one file. Call it right after
+    /// `open`.
     /// @return false if the stream is closed.
     bool writeThrough();
 
-    /// Hands `count` items to the system past the C library, which is then needed only for what the system
-    /// does not take at first: that goes on, or fails and sets the error mark, as in `write`. The cheapest
-    /// way to write at the end of a file of which nobody asks the position, as the C library does not learn
-    /// of it. Only after `writeThrough`.
-    /// @return the number of items that were taken; 0 for a closed stream.
+    /// Writes `count` items with one system call that bypasses the C library. What the system does not take at
+    /// once is written as by `write`, which sets the error indicator on failure. The cheapest way to append
+    /// where nobody asks for the position, of which the C library does not learn. Only after `writeThrough`.
+    /// @return the number of items written; 0 for a closed stream or a `count` below 1.
     long writeAtOnce(T const* data, long count) noexcept;
 
-    /// Whether something has failed since the file was opened or the mark was cleared; false for a closed
-    /// stream.
+    /// The error indicator: whether an operation has failed since the file was opened or the indicator
+    /// cleared. False for a closed stream.
     [[nodiscard]] bool hasError() const noexcept { return m_file && ferror(m_file); }
     void clearError() noexcept
     {

@@ -8,39 +8,41 @@
 
 namespace ZSpace {
 
-/// What streams take for transactions unless told otherwise: spans that guard nothing and cost nothing.
+/// The transaction policy of all streams by default: it takes no lock and costs nothing.
 using ZStreamTransaction = TZThreadSafeTransaction<ZThreadPseudoLock_T<pthread_mutex_t>>;
 
-/// The part that both halves of a stream share: where it stands, how long it is, closing it.
+/// The base that both halves of a stream share: position, size, state and closing.
 ///
-/// No stream takes a lock: two threads may use one stream only where their owner keeps them apart. Nothing
-/// throws; results are -1 where no file is open, and else what the C library says.
+/// Streams take no lock: threads that share one need a lock of their own, for example
+/// `std::lock_guard guard(lock)` with a `ZThreadLock_T<pthread_mutex_t>` around each span of operations.
+/// Nothing throws. Results are -1 when no file is open, otherwise those of the C library.
 template <typename TX = ZStreamTransaction>
 class ZStreamBase : public TX {
 public:
-    // The order of the virtual operations is part of the interface, here and in all classes above.
+    // The order of the virtual operations is part of the interface, here and in all derived classes.
 
     ZStreamBase(const ZStreamBase&) = delete; // a stream is one place in one file
     ZStreamBase& operator=(const ZStreamBase&) = delete;
     virtual ~ZStreamBase() = default;
 
-    /// The bytes of an item; all counts and positions are items.
+    /// The size of an item in bytes; all counts and positions are in items.
     [[nodiscard]] virtual unsigned long long ItemSize() = 0;
+    /// In items.
     virtual long long Size() = 0;
     /// Whether the position is the beginning.
     [[nodiscard]] virtual bool BOS() = 0;
-    /// Whether a read has run into the end; being at the end is not enough.
+    /// Whether a read has hit the end; a position at the end is not enough.
     [[nodiscard]] virtual bool EOS() = 0;
     [[nodiscard]] virtual long long Position() = 0;
-    /// Moving gives 0, or what the C library says.
+    /// The move operations return 0, or the C library's error result.
     virtual int moveBegin() = 0;
     virtual int moveEnd() = 0;
     virtual int moveTo(long long position) = 0;
     virtual int move(long long offset) = 0;
-    /// 0 while closed; else 2 if it can be read, plus 4 if it can be written.
+    /// 0 while closed; otherwise 2 if it can be read, plus 4 if it can be written.
     [[nodiscard]] virtual int State() const = 0;
     virtual int close() = 0;
-    /// Mark a span of operations that belong together.
+    /// Mark a span of operations that belong together; locks nothing with the default policy.
     virtual void beginTransaction() { TX::beginTransaction(); }
     virtual void endTransaction() { TX::endTransaction(); }
 
@@ -48,36 +50,36 @@ protected:
     ZStreamBase() = default;
 
 private:
-    // With room of its own this part never merges with one of the classes above: what they override then has
-    // its place in their own tables, in the order in which they declare it.
-    [[maybe_unused]] char m_room = 0;
+    // Non-empty, so the ABI cannot choose it as primary base of a derived class and merge their vtables.
+    [[maybe_unused]] char m_padding = 0;
 };
 
-/// The half that is read.
+/// The input half of a stream.
 template <typename T = char, typename TX = ZStreamTransaction>
 class ZInStream : public virtual ZStreamBase<TX> {
 public:
-    /// Reads at most `count` items; `got` is how many they were.
-    /// @return 0, or a status of the stream's own kind.
+    /// Reads at most `count` items and sets `got` to their number.
+    /// @return 0, or a status that the stream defines.
     virtual int read(T* buffer, long count, long& got) = 0;
-    /// The same.
-    /// @return the number of items, -1 when the status was not 0.
+    /// Reads at most `count` items.
+    /// @return the number of items read, or -1 if the three-argument form fails.
     virtual long read(T* buffer, long count);
 };
 
-/// The half that is written.
+/// The output half of a stream.
 template <typename T = char, typename TX = ZStreamTransaction>
 class ZOutStream : public virtual ZStreamBase<TX> {
 public:
-    /// Writes `count` items; `written` is how many they were.
-    /// @return 0, or a status of the stream's own kind.
+    /// Writes `count` items and sets `written` to the number that was taken.
+    /// @return 0, or a status that the stream defines.
     virtual int write(T const* data, long count, long& written) = 0;
-    /// The same; a negative `count` is the length of the text at `data`, for which null is the empty text.
-    /// @return the number of items, -1 when the status was not 0.
+    /// Writes `count` items; a negative `count` means the length of the null-terminated string `data` (0 for
+    /// null).
+    /// @return the number of items written, or -1 if the three-argument form fails.
     virtual long write(T const* data, long count);
 };
 
-/// Both halves, on one shared base.
+/// Both halves on one shared base.
 ///
 ///     void addLine(ZStream<>& stream, const char* line)
 ///     {

@@ -20,36 +20,35 @@
 
 namespace ZSpace {
 
-/// A stream that can be asked to do its work later and to report to a callback.
+/// A stream with operations that run later and report to a callback.
 ///
 ///     using Stream = ZStreamAsync<>;
 ///     auto show = zMakeDelegate<Stream::ReadCallback>(
 ///         [](Stream*, int status, long, char const* buffer, long got) { ... });
 ///     if (stream.readAsync(show.get(), 4096))
-///         show.release(); // the worker destroys it
+///         show.release(); // the worker thread destroys it
 ///
-/// A request gives whether it was taken; one that was refused leaves the callback and the stream alone. Until
-/// the callback has returned, the stream must not be used in other ways, except that a read and a write may
-/// be under way at once.
+/// Each request returns whether it was started; a refused one changes neither callback nor stream. Do not use
+/// the stream in other ways until the callback has returned, except that one read and one write may be
+/// outstanding at the same time.
 template <typename T = char, typename TX = ZStreamTransaction>
 class ZStreamAsync : public ZStream<T, TX> {
 public:
-    /// What is written: shared, so that it lives as long as anybody needs it.
+    /// The data to write; shared, so that it lives until the write is done.
     using DataRef = ZRef<ZArray<T, ZAllocation<T>>, TZRefCounter<int>>;
 
-    // All callbacks get the stream first and return nothing.
+    // The first argument of every callback is the stream.
     using NumberCallback = ZDelegate2<void, ZStreamAsync*, long long>;
     using FlagCallback = ZDelegate2<void, ZStreamAsync*, bool>;
     using StatusCallback = ZDelegate2<void, ZStreamAsync*, int>;
-    /// Status, and the position or offset asked for.
+    /// Status, and the requested position or offset.
     using MoveCallback = ZDelegate3<void, ZStreamAsync*, int, long long>;
-    /// Status, the count asked for, the buffer (good during the call only) and the number of items in it.
+    /// Status, requested count, buffer (valid only during the call) and number of items in it.
     using ReadCallback = ZDelegate5<void, ZStreamAsync*, int, long, T const*, long>;
-    /// Status, the data and the number of items written.
+    /// Status, data and number of items written.
     using WriteCallback = ZDelegate4<void, ZStreamAsync*, int, DataRef, long>;
 
-    /// A new stream of the same kind, null where this kind or this stream cannot have one. The caller owns
-    /// it.
+    /// A new stream of the same kind, or null if it cannot be cloned. The caller owns it.
     [[nodiscard]] virtual ZStreamAsync* clone() const { return nullptr; }
 
     virtual bool SizeAsync(NumberCallback* callback) = 0;
@@ -62,23 +61,23 @@ public:
     virtual bool moveAsync(MoveCallback* callback, long long offset) = 0;
     virtual bool StateAsync(StatusCallback* callback) = 0;
     virtual bool closeAsync(StatusCallback* callback) = 0;
-    /// Takes the callback over once the read is under way.
+    /// Adopts the callback if the read is started: the worker thread destroys it after the call.
     virtual bool readAsync(ReadCallback* callback, long count) = 0;
-    /// The callback stays its owner's, who keeps it until it has been called.
+    /// The caller keeps the callback, which must live until it has been called.
     virtual bool writeAsync(WriteCallback* callback, DataRef data) = 0;
 };
 
-/// Reads and writes on threads of their own; the other ten requests are refused.
+/// Reads and writes, each on a thread of its own; refuses the other ten requests.
 ///
-/// One read and one write may be under way; further ones are refused until the callback has returned. The
-/// callback runs on the worker's thread. Should the system have no thread left, the request counts as taken,
-/// but nothing is done, nobody is called, and the callback of a read stays with its owner. Want of memory
-/// passes on before anything is begun.
+/// One read and one write may be outstanding; further ones are refused until the callback has returned. The
+/// callback runs on the worker thread. If the system cannot create a thread, the request still returns true,
+/// but nothing is done, the callback is not called, and that of a read stays with its owner. If allocation
+/// fails, the request throws `std::bad_alloc` before it starts anything.
 ///
-/// Destruction waits for a read, unless the read's callback is what destroys the stream, and lets a write go
-/// on by itself. This class comes too late for the parts above it, so each class that implements `read` calls
-/// `waitForRead` first thing in its destructor; and one whose `write` needs the object calls `waitForWrite`
-/// or provides otherwise.
+/// The destructor waits for an outstanding read, unless the callback of that read destroys the stream. An
+/// outstanding write goes on. When this destructor runs, the members of derived classes are already gone: a
+/// class that implements `read` must call `waitForRead` in its own destructor, and one whose `write` uses the
+/// object must call `waitForWrite`.
 template <typename T = char, typename TX = ZStreamTransaction>
 class ZStreamEx : public ZStreamAsync<T, TX> {
     using Async = ZStreamAsync<T, TX>;
@@ -105,28 +104,28 @@ public:
     bool StateAsync(StatusCallback*) override { return refuse(Operation::State); }
     bool closeAsync(StatusCallback*) override { return refuse(Operation::Close); }
 
-    /// Reads `count` items into a buffer of that size. Where there is no memory for it, the callback gets the
-    /// status ENOMEM, a null buffer and no items.
+    /// Reads up to `count` items into a buffer of that size. If it cannot be allocated, the callback receives
+    /// the status ENOMEM, a null buffer and no items.
     bool readAsync(ReadCallback* callback, long count) override;
-    /// Writes until all is written or a write gives a status other than 0, which the callback gets with what
-    /// was written before. An empty handle ends the process with a report.
+    /// Writes until everything is written or a write fails; the callback receives that status and the number
+    /// of items written before. An empty handle aborts after a report through `z_dbg_error`.
     bool writeAsync(WriteCallback* callback, DataRef data) override;
 
 protected:
     ZStreamEx() = default;
 
-    /// Returns once no read is under way; at once in the callback of that read.
+    /// Waits until no read is outstanding. Returns at once in the callback of that read.
     void waitForRead() noexcept { worker(Operation::Read).join(); }
     void waitForWrite() noexcept { worker(Operation::Write).join(); }
 
     [[nodiscard]] bool isWriting() noexcept { return worker(Operation::Write).isRunning(); }
 
-    /// What does a write on its thread.
+    /// Runs a write on its thread.
     using WriteBinder = ZDelegate2<void, WriteCallback*, DataRef>;
     void executeWrite(std::unique_ptr<WriteBinder> binder, WriteCallback* callback, DataRef data);
 
-    /// Calls `write`, which is like the stream's operation, as often as it takes, and then `callback` with
-    /// `stream`. Leaves the stream itself alone.
+    /// Calls `write`, a function like the stream's operation, until everything is written or it fails, then
+    /// `callback`. Does not use `stream` itself, only passes it on.
     template <typename Write>
     static void writeAll(Write write, ZStreamEx* stream, WriteCallback* callback, const DataRef& data);
 
@@ -200,7 +199,7 @@ template <typename D, typename A>
 void ZStreamEx<T, TX>::execute(
     Operation operation, std::unique_ptr<ZDelegate2<void, D, A>> binder, D first, A second)
 {
-    // The binder has one owner at every moment: nothing fails once the executor has it.
+    // The executor adopts the binder; nothing throws between its construction and the release below.
     static_assert(std::is_nothrow_move_constructible_v<D> && std::is_nothrow_move_constructible_v<A>);
     auto executor = std::make_unique<ZExecutor2V<D, A>>(binder.get(), std::move(first), std::move(second));
     static_cast<void>(binder.release());
@@ -211,7 +210,7 @@ template <typename T, typename TX>
 void ZStreamEx<T, TX>::thread_ReadAsync(ReadCallback* callback, long count)
 {
     const std::unique_ptr<ReadCallback> owned(callback);
-    // Not cleared first: only the items that were read are anybody's business.
+    // Uninitialized: only the items that were read are valid.
     const std::unique_ptr<T[]> buffer(
         count < 0 ? nullptr : new (std::nothrow) T[static_cast<std::size_t>(count)]);
     long got = 0;

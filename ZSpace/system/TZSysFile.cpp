@@ -19,9 +19,7 @@ namespace ZSpace {
 
 namespace {
 
-// Everything here works on narrow paths: both twins come down to it.
-
-/// A path as the system takes it.
+/// A path as system calls take it: narrow and never null.
 class SystemPath {
 public:
     explicit SystemPath(const char* path) noexcept
@@ -33,7 +31,7 @@ public:
         , m_path(m_narrowed)
     {
     }
-    SystemPath(const SystemPath&) = delete; // it may point into itself
+    SystemPath(const SystemPath&) = delete; // m_path may point into m_narrowed
     SystemPath& operator=(const SystemPath&) = delete;
 
     operator const char*() const noexcept { return m_path ? m_path : ""; }
@@ -59,10 +57,10 @@ bool isKind(const char* path, mode_t kind) noexcept
     return stat(path, &status) == 0 && (status.st_mode & S_IFMT) == kind;
 }
 
-bool isFolderIn(DIR* folder, const char* name) noexcept
+bool isDirectoryIn(DIR* directory, const char* name) noexcept
 {
     struct stat status;
-    return fstatat(dirfd(folder), name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+    return fstatat(dirfd(directory), name, &status, 0) == 0 && S_ISDIR(status.st_mode);
 }
 
 ZStrToken<char> withoutLastSlash(ZStrToken<char> path) noexcept
@@ -84,19 +82,19 @@ ZStrToken<char> nameOf(ZStrToken<char> path) noexcept
     return path.subString(path.lastIndexOf('/') + 1);
 }
 
-/// Calls `take` with the open folder and the name of each entry.
-/// @return the error number of opening, else 0.
-template <typename Take>
-int readFolder(const char* path, Take take)
+/// Calls `visit` with the open directory and the name of each entry.
+/// @return 0, or the error number if the directory cannot be opened.
+template <typename Visit>
+int readEntries(const char* path, Visit visit)
 {
-    struct Closing {
-        void operator()(DIR* folder) const noexcept { closedir(folder); }
+    struct Closer {
+        void operator()(DIR* directory) const noexcept { closedir(directory); }
     };
-    const std::unique_ptr<DIR, Closing> folder(opendir(*path ? path : "/"));
-    if (!folder)
+    const std::unique_ptr<DIR, Closer> directory(opendir(*path ? path : "/"));
+    if (!directory)
         return errno;
-    while (const dirent* entry = readdir(folder.get()))
-        take(folder.get(), static_cast<const char*>(entry->d_name));
+    while (const dirent* entry = readdir(directory.get()))
+        visit(directory.get(), static_cast<const char*>(entry->d_name));
     return 0;
 }
 
@@ -104,8 +102,8 @@ bool isListed(const char* name) noexcept
 {
     if (*name != '.')
         return true;
-    const ZStrToken<char> text(name);
-    return text != "." && text != ".." && text != ".DS_Store";
+    const ZStrToken<char> token(name);
+    return token != "." && token != ".." && token != ".DS_Store";
 }
 
 /// An open file of the C library that closes itself. It has no buffer: chunks go from one to another as they
@@ -174,7 +172,7 @@ int shiftFrom1970(ZTime& time, time_t seconds) noexcept
 
 } // namespace
 
-// Folders
+// Directories
 
 template <typename T>
 ZMStr<T> TZSysFile<T>::getCurrentDirectory()
@@ -230,13 +228,13 @@ int TZSysFile<T>::moveDirectory(const T* from, const T* to)
 template <typename T>
 int TZSysFile<T>::readDirectory(const T* path, ZList<ZMStr<T>>& names)
 {
-    ZMStr<T> text;
-    return readFolder(SystemPath(path), [&](DIR*, const char* name) {
+    ZMStr<T> listed;
+    return readEntries(SystemPath(path), [&](DIR*, const char* name) {
         if (!isListed(name))
             return;
-        text.remove(0);
-        text << name;
-        names.add(text);
+        listed.remove(0);
+        listed << name;
+        names.add(listed);
     });
 }
 
@@ -256,17 +254,17 @@ template <typename T>
 int TZSysFile<T>::list(const T* path, Wanted wanted, ZList<TZSysFile>& entries)
 {
     TZSysFile entry(path, ZTRISTATE::No, 0, -1, ZTime(), ZTime(), ZTime());
-    ZMStr<T>& text = entry.m_path;
-    if (text.isEmpty() || text.at(-1) != '/')
-        text.append('/');
-    const long folderLength = text.Length();
-    return readFolder(SystemPath(path), [&](DIR* folder, const char* name) {
-        const bool isFolder = isFolderIn(folder, name);
-        if (wanted != Wanted::All && isFolder != (wanted == Wanted::Directories))
+    ZMStr<T>& entryPath = entry.m_path;
+    if (entryPath.isEmpty() || entryPath.at(-1) != '/')
+        entryPath.append('/');
+    const long directoryLength = entryPath.Length();
+    return readEntries(SystemPath(path), [&](DIR* directory, const char* name) {
+        const bool isDirectory = isDirectoryIn(directory, name);
+        if (wanted != Wanted::All && isDirectory != (wanted == Wanted::Directories))
             return;
-        entry.m_isDirectory = isFolder;
-        text.remove(folderLength);
-        text << name;
+        entry.m_isDirectory = isDirectory;
+        entryPath.remove(directoryLength);
+        entryPath << name;
         entries.add(entry);
     });
 }
@@ -304,7 +302,7 @@ int TZSysFile<T>::copyFile(const T* from, const T* to)
     return s_copyFailed;
 }
 
-// What there is
+// Queries
 
 template <typename T>
 bool TZSysFile<T>::exists(const T* path)
@@ -396,7 +394,7 @@ ZMStr<T> TZSysFile<T>::getNameOf(const T* path)
     return ZMStr<T>(nameOf(static_cast<const char*>(SystemPath(path))));
 }
 
-// An entry of a folder
+// Directory entries
 
 template <typename T>
 void TZSysFile<T>::pinLayout() noexcept

@@ -10,86 +10,87 @@
 
 namespace ZSpace {
 
-/// An answer that may still have to be found out. All numbers other than the first two mean the third.
+/// A flag that may be unknown. All other numbers mean unknown, too.
 enum class ZTRISTATE : int {
     No = 0,
     Yes = 1,
     Unknown = -1,
 };
 
-/// Files and folders: operations on paths, and an entry of a folder with what is known about it.
+/// File-system operations on paths; an object is a directory entry that caches what it has looked up.
 ///
 ///     ZList<TZSysFile<char>> entries;
 ///     if (TZSysFile<char>::readDirectory("/var/log", entries) == 0)
 ///         for (const TZSysFile<char>& entry : entries)
 ///             total += entry.Size();
 ///
-/// The wide twin makes each path narrow as strings do, by the low 8 bits of each unit, and then does the same
-/// as the narrow one; text that comes from the system goes wide byte by byte. A null path is an empty one.
+/// The wide class narrows each path to the low 8 bits of each unit and then does the same as the narrow one;
+/// strings from the system are widened byte by byte. A null path counts as empty.
 ///
-/// Errors are returned: the error number, unless an operation says otherwise. Nothing throws except for want
-/// of memory, and adding to a list ends the process then. Calls do not depend on each other and may come from
-/// any thread, `changeDirectory` aside, which moves the whole process. One object belongs to one thread at a
-/// time, since questions about size and times keep the answers in it.
+/// Operations return 0 or an error number unless stated otherwise, and throw nothing but `std::bad_alloc`.
+/// They may be called from any thread; `changeDirectory` affects the whole process. An object must be
+/// used by one thread at a time, even if const, because it caches size and times.
 template <typename T>
 class TZSysFile {
 public:
-    /// What `copyFile` gives where it does not succeed.
+    /// The errors of `copyFile`.
     static constexpr int s_copyFailed = 0x0F000000;
     static constexpr int s_sourceNotOpened = 0x0F000004;
     static constexpr int s_targetNotOpened = 0x0F000005;
-    /// What operations give that do nothing.
+    /// The results of operations that are not implemented.
     static constexpr int s_notImplemented = static_cast<int>(0x80000000);
     static constexpr int s_noPatterns = -1;
 
-    // Folders
+    // Directories
 
-    /// Empty where the path has more than 1023 bytes or cannot be had.
+    /// Empty if the path has more than 1023 bytes or is unknown.
     [[nodiscard]] static ZMStr<T> getCurrentDirectory();
     [[nodiscard]] static ZMStr<T> getCurrentVolume();
-    /// Adds the one volume there is.
+    /// Adds the only volume.
     static int getVolumes(ZList<ZMStr<T>>& out);
     static int changeDirectory(const T* path);
+    /// Creates a directory with mode 0777, less the process's mask.
     /// @return 0 or -1.
     static int makeDirectory(const T* path);
-    /// Removes an empty folder; never what is in it.
+    /// Removes an empty directory; ignores `recursive`.
     /// @return 0 or -1.
     static int removeDirectory(const T* path, bool recursive = false);
     static int renameDirectory(const T* from, const T* to);
     static int moveDirectory(const T* from, const T* to);
 
-    /// Adds the names in a folder, in the order of the system, without ".", ".." and ".DS_Store". The empty
-    /// path is the root here and below.
+    /// Adds the names in a directory, in the order of the system, without ".", ".." and ".DS_Store". Here and
+    /// below, an empty path means the root.
     static int readDirectory(const T* path, ZList<ZMStr<T>>& names);
-    /// Adds all entries of a folder, "." and ".." included, each with its path and whether it is a folder.
+    /// Adds all entries of a directory, including "." and "..", each with its path and kind.
     static int readDirectory(const T* path, ZList<TZSysFile>& entries);
-    /// Not implemented: there is no way to say which names are wanted.
+    /// Not implemented: returns `s_noPatterns`.
     static int readDirectory(const T* path, const T* pattern, ZList<TZSysFile>& entries);
 
     // Files
 
     static int moveFile(const T* from, const T* to);
     static int removeFile(const T* path);
-    /// Copies the content alone. A file copied onto itself stays as it is. Where reading or writing fails,
-    /// the target is removed (unless it is a device).
-    /// @return 0 or one of the three codes.
+    /// Copies the content only. A file copied onto itself does not change. If reading or writing fails, the
+    /// target is removed.
+    /// @return 0 or one of the three codes above.
     static int copyFile(const T* from, const T* to);
 
-    // What there is; links are followed
+    // Queries; they follow links
 
     [[nodiscard]] static bool exists(const T* path);
-    /// Whether it is a regular file.
+    /// Whether the path names a regular file.
     [[nodiscard]] static bool isFile(const T* path);
     [[nodiscard]] static bool isDirectory(const T* path);
-    /// In bytes, -1 if there is no such file.
+    /// In bytes; -1 on failure.
     [[nodiscard]] static long long sizeOf(const T* path);
-    /// Begin at 1970-01-01T00:00:00.000 and shift by whole seconds, in the way of `ZTime`. Where there is no
-    /// such file, `time` stays as it is.
+    /// Set `time` to 1970-01-01T00:00:00.000 plus whole seconds, added as `ZTime` does. On failure, `time` does
+    /// not change.
     /// @return 0 or -1.
     static int lastAccessTimeOf(const T* path, ZTime& time);
     static int lastChangeTimeOf(const T* path, ZTime& time);
 
-    // Not implemented: they change nothing. `setCreationTimeOf` says that it has succeeded.
+    // Not implemented: they change nothing and return `s_notImplemented`, except for `setCreationTimeOf`,
+    // which returns 0.
 
     static int getAttributes(const T* path, unsigned long long& attributes);
     static int setAttributes(const T* path, unsigned long long attributes);
@@ -98,17 +99,17 @@ public:
     static int setLastAccessTimeOf(const T* path, const ZTime& time);
     static int setLastChangeTimeOf(const T* path, const ZTime& time);
 
-    // Paths as text
+    // Path strings
 
-    /// What stands before and after the last "/", one "/" at the very end aside: `/a/b/` gives `/a` and `b`,
-    /// `/a` an empty text and `a`, `a/` twice `a`, `/` two empty texts.
+    /// The strings before and after the last "/", after one trailing "/" is dropped: "/a" and "b" for "/a/b/",
+    /// "" and "a" for "/a", "a" and "a" for "a/", "" and "" for "/".
     [[nodiscard]] static ZMStr<T> getParentOf(const T* path);
     [[nodiscard]] static ZMStr<T> getNameOf(const T* path);
 
-    // An entry of a folder
+    // Directory entries
 
-    /// Nothing is looked up, except for a `directory` that is unknown. A size below 1 and cleared times are
-    /// not known yet.
+    /// Looks up the kind if `directory` is unknown, and nothing else. A size below 1 and cleared times mean
+    /// not yet known.
     TZSysFile(ZStrToken<T> path, ZTRISTATE directory, unsigned long long attributes, long long size,
         const ZTime& created, const ZTime& accessed, const ZTime& modified);
 
@@ -117,32 +118,32 @@ public:
     [[nodiscard]] ZMStr<T> ParentPath() const { return getParentOf(m_path); }
     [[nodiscard]] TZSysFile Parent() const;
 
-    /// Asks the disk each time.
+    /// Looks it up each time.
     [[nodiscard]] bool exists() const { return exists(m_path); }
-    /// As found out when the entry was made; all that is no folder is a file.
+    /// As determined at construction; everything but a directory counts as a file.
     [[nodiscard]] bool isFile() const { return !isDirectory(); }
     [[nodiscard]] bool isDirectory() const { return m_isDirectory != 0; }
 
-    /// Asks the disk until that gives a size above 0, which is kept.
+    /// Looks the size up until it is above 0, then caches it.
     long long Size() const;
     [[nodiscard]] unsigned long long Attributes() const { return m_attributes; }
-    /// Never asks the disk.
+    /// Never looked up.
     [[nodiscard]] ZTime TimeCreated() const { return m_created; }
-    /// Ask the disk until that gives a time, which is kept.
+    /// Look the time up until that succeeds, then cache it.
     ZTime TimeAccessed() const;
     ZTime TimeModified() const;
     void TimeCreated(const ZTime& time) { m_created = time; }
     void TimeAccessed(const ZTime& time) { m_accessed = time; }
     void TimeModified(const ZTime& time) { m_modified = time; }
 
-    /// The disk changes, the entry does not: it goes on naming the old path.
+    /// Moves the file; this object keeps the old path.
     int moveTo(const T* to) const { return moveFile(m_path, to); }
-    /// Within the folder.
+    /// Renames the file within its directory; this object keeps the old path.
     int renameTo(const T* name) const;
     int remove() const { return removeFile(m_path); }
 
-    /// What is in this folder: all but the folders, or the folders alone ("." and ".." among them). Empty
-    /// where it cannot be read.
+    /// The entries of this directory that are not directories, or those that are (including "." and "..").
+    /// Empty if the directory cannot be read.
     [[nodiscard]] ZList<TZSysFile> Files() const;
     [[nodiscard]] ZList<TZSysFile> SubDirectories() const;
     [[nodiscard]] ZList<ZMStr<T>> FileNames() const;

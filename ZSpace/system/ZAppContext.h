@@ -12,7 +12,7 @@
 
 namespace ZSpace {
 
-/// What there is to know about the running process: its program file, number, main thread and arguments.
+/// The running process: its executable, process id, main thread and arguments.
 ///
 ///     int main(int argc, char** argv)
 ///     {
@@ -21,8 +21,8 @@ namespace ZSpace {
 ///         return context;
 ///     }
 ///
-/// Made once, on the main thread, and read afterwards; there is no lock. Text that the system gives is
-/// widened byte by byte.
+/// Construct it once, on the main thread, and only read it afterwards; there is no lock. Strings from the
+/// system are widened byte by byte.
 class ZAppContext {
 public:
     ZAppContext();
@@ -31,12 +31,12 @@ public:
     ZAppContext& operator=(const ZAppContext&) = default;
     virtual ~ZAppContext();
 
-    /// Takes the calling thread for the main thread, appends the path of the program file to `Path()`, and
-    /// sets the exit value to 0.
+    /// Records the calling thread as main thread, appends the executable's path to `Path()`, and sets the exit
+    /// value to 0.
     void loadProcessData();
-    /// Asks for the number of the process again: a child made by `fork` has another.
+    /// Updates the process id, which changes in a child created by `fork`.
     void loadThreadData() noexcept;
-    /// Adds the arguments behind the program's name.
+    /// Appends the arguments after the program's name.
     void initArguments(int argc, const char* const* argv);
     void initArguments(int argc, const wchar_t* const* argv);
 
@@ -44,16 +44,16 @@ public:
     operator int() const noexcept { return m_exitValue; }
 
     [[nodiscard]] long ArgCount() const noexcept { return m_arguments.Count(); }
-    /// A negative index counts from the end; before the first means the first, past the last the last. Not to
-    /// be asked for when there are no arguments; gives an empty text then.
+    /// A negative index counts from the end; an index out of range is clamped to the first or last argument.
+    /// Returns an empty string if there are no arguments.
     [[nodiscard]] ZMStr<wchar_t> Arg(long index) const;
     [[nodiscard]] ZGStr<wchar_t> ArgW(long index) const;
 
-    /// The full path of the program file, empty where the system would not tell.
+    /// The full path of the executable; empty if the system does not know it.
     [[nodiscard]] ZMStr<wchar_t> Path() const { return m_path; }
     [[nodiscard]] bool isMainThread() const noexcept;
 
-    /// The value of an environment variable; empty for one that is not set.
+    /// The value of an environment variable; empty if it is not set.
     [[nodiscard]] static ZMStr<wchar_t> getEnv(const char* name);
     [[nodiscard]] static ZMStr<wchar_t> getEnv(const wchar_t* name);
     [[nodiscard]] static ZMStr<wchar_t> getEnv(ZMStr<wchar_t>& name);

@@ -7,22 +7,22 @@
 
 namespace ZSpace {
 
-/// A function of a library, and where it came from.
+/// A function of a library and its origin.
 class ZLibraryResource {
 public:
     using Callable = int (*)();
 
-    /// Copies both texts; handle and function are kept as they are.
+    /// Copies both strings; stores handle and function.
     ZLibraryResource(const wchar_t* path, const wchar_t* name, void* handle, Callable function);
 
-    /// Does nothing on this platform, and gives 0.
+    /// Does nothing on this platform and returns 0.
     static int load(ZLibraryResource& resource) noexcept;
 
     [[nodiscard]] const ZGStr<wchar_t>& Path() const noexcept { return m_path; }
     [[nodiscard]] const ZGStr<wchar_t>& Name() const noexcept { return m_name; }
     [[nodiscard]] void* Handle() const noexcept { return m_handle; }
     [[nodiscard]] Callable Function() const noexcept { return m_function; }
-    /// 1 from construction on.
+    /// Always 1.
     [[nodiscard]] int State() const noexcept { return m_state; }
 
 private:
@@ -35,12 +35,12 @@ private:
 
 static_assert(sizeof(ZLibraryResource) == 5 * sizeof(void*));
 
-/// The loader of libraries. On this platform it loads none: every operation succeeds and does nothing.
+/// The library loader. On this platform it loads nothing: every operation does nothing and succeeds.
 class ZLibrary {
 public:
     using Callable = ZLibraryResource::Callable;
 
-    ZLibrary() = delete; // has no state
+    ZLibrary() = delete; // all operations are static
 
     /// Sets `function` to null.
     static int load(const wchar_t* path, const wchar_t* name, Callable& function);

@@ -7,7 +7,7 @@ namespace ZSpace {
 
 namespace {
 
-// Where the alternative at index 0 begins in `ObjectType`.
+// The `ObjectType` of the variant's first alternative.
 constexpr unsigned int s_firstType = 2;
 
 template <typename Content>

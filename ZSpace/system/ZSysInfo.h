@@ -12,14 +12,13 @@
 
 namespace ZSpace {
 
-/// Keys and the names to show for them. Both are texts that live as long as the program and compare by
-/// address.
+/// Maps keys to display names. Both are string literals, which are compared by address.
 using ZSysInfoKeyMap = ZMap<const wchar_t*, const wchar_t*>;
 
 /// One named fact about the system: a value, a list of values, a native pointer or a map of further keys.
 ///
-/// Key and name are static texts, never copied. What the fact holds is shared with the handles it was made
-/// from. Asking for another kind than it holds gives an empty answer.
+/// Key and name must be string literals; they are not copied. The content is shared with the handles passed
+/// to the constructor. Reading it as another kind returns an empty result.
 class ZSysInfoObject {
 public:
     using ValueHandle = ZRef<TZValueBase<ZTypeId>>;
@@ -35,13 +34,14 @@ public:
     /// 2 for a value, 3 for a list of values, 4 for a native pointer, 5 for a map of keys.
     [[nodiscard]] unsigned int ObjectType() const noexcept { return m_type; }
 
-    /// A copy of the value; the empty value for another kind. An empty handle ends the process with a report.
+    /// A copy of the value; the none value for another kind. An empty handle aborts after a report through
+    /// `z_dbg_error`.
     [[nodiscard]] TZValueBase<ZTypeId> Value() const;
     /// Copies of the values in order.
     [[nodiscard]] ZList<TZValueBase<ZTypeId>> Values() const;
-    /// The pointer, which nobody here owns; null for another kind.
+    /// The pointer, which is not owned; null for another kind.
     [[nodiscard]] void* NativeValue() const noexcept;
-    /// The map of keys.
+    /// A copy of the map.
     [[nodiscard]] ZSysInfoKeyMap KeyMap() const;
 
 private:
@@ -51,7 +51,7 @@ private:
     std::variant<ValueHandle, ValueList, void*, ZSysInfoKeyMap> m_content; // in the order of the types
 };
 
-/// What answers for a family of facts.
+/// A source of facts.
 class ZSysInfoProvider {
 public:
     ZSysInfoProvider() = default;
@@ -61,14 +61,14 @@ public:
 
     [[nodiscard]] virtual const wchar_t* Key() const = 0;
     [[nodiscard]] virtual const wchar_t* Name() const = 0;
-    /// Looks at the system again.
+    /// Updates cached facts.
     virtual void refreshInfo() = 0;
-    /// Drops what was found.
+    /// Drops cached facts.
     virtual void releaseInfo() = 0;
     /// Adds every key that `getObject` knows.
     virtual void getKeys(ZSysInfoKeyMap& keys) const = 0;
-    /// The fact with this key.
-    /// @return 0 when there is one; otherwise another status.
+    /// Looks up the fact with this key.
+    /// @return 0 if it exists, otherwise another status.
     virtual unsigned int getObject(const wchar_t* key, ZRef<ZSysInfoObject>& out) = 0;
 
 protected:
@@ -81,15 +81,15 @@ protected:
         const wchar_t* key, const wchar_t* name, const ZSysInfoKeyMap& keys);
 };
 
-/// The providers of a program, asked in the order in which they were added.
+/// The providers of a program, queried in the order in which they were added.
 class ZSysInfo {
 public:
-    /// Takes the provider over; null is ignored.
+    /// Adopts the provider; null is ignored.
     void addProvider(ZSysInfoProvider* provider);
     void addProvider(const ZRef<ZSysInfoProvider>& provider);
-    /// Key and name of each provider that has both.
+    /// The key and name of each provider that has both.
     [[nodiscard]] ZSysInfoKeyMap getLoadedProviders() const;
-    /// The first provider's answer; an empty handle when none has one.
+    /// The fact of the first provider that knows the key; an empty handle if none does.
     [[nodiscard]] ZRef<ZSysInfoObject> getObject(const wchar_t* key) const;
 
 private:

@@ -18,43 +18,43 @@ const wchar_t* const ZSysInfoPath_NPaths_HomeFolder = L"Home folder";
 const wchar_t* const ZSysInfoPath_Paths_TempFolder = L"system.paths.tempfolder";
 const wchar_t* const ZSysInfoPath_NPaths_TempFolder = L"Temp folder";
 
-/// The log folder with its "/", or empty for the default.
+/// The log directory with its trailing "/"; empty for the default.
 constinit ZGStr<wchar_t> customLogDirW;
 
 namespace {
 
-constexpr const wchar_t* s_defaultTempFolder = L"/tmp";
-constexpr const wchar_t* s_logFolderName = L"CdLogs";
-constexpr mode_t s_openToEveryUser = 0777;
+constexpr const wchar_t* s_defaultTempDirectory = L"/tmp";
+constexpr const wchar_t* s_logDirectoryName = L"CdLogs";
+constexpr mode_t s_openToAll = 0777;
 constexpr unsigned int s_unknownKey = 0xFFFFFFFF;
 
-template <typename Text>
-void endWithSeparator(Text& path)
+template <typename String>
+void endWithSeparator(String& path)
 {
     if (!path.right(1).isLike(Z_SYS_ENV_PATH_SEPW))
         path += Z_SYS_ENV_PATH_SEPW;
 }
 
-/// The variable's text, or the first alternative that is not empty, as a folder.
-ZMStr<wchar_t> folderFrom(const char* variable, const wchar_t* alternative)
+/// The directory that an environment variable names, or `alternative` if it is empty.
+ZMStr<wchar_t> directoryFrom(const char* variable, const wchar_t* alternative)
 {
-    ZMStr<wchar_t> folder = ZAppContext::getEnv(variable);
-    if (folder.isEmpty())
-        folder = alternative;
-    endWithSeparator(folder);
-    return folder;
+    ZMStr<wchar_t> directory = ZAppContext::getEnv(variable);
+    if (directory.isEmpty())
+        directory = alternative;
+    endWithSeparator(directory);
+    return directory;
 }
 
-ZGStr<char> narrowed(const ZGStr<wchar_t>& text)
+ZGStr<char> narrowed(const ZGStr<wchar_t>& string)
 {
     ZGStr<char> result;
-    result.appendValueOf(static_cast<const wchar_t*>(text));
+    result.appendValueOf(static_cast<const wchar_t*>(string));
     return result;
 }
 
-ZRef<TZValueBase<ZTypeId>> valueOf(const ZGStr<wchar_t>& text)
+ZRef<TZValueBase<ZTypeId>> valueOf(const ZGStr<wchar_t>& string)
 {
-    return ZRef<TZValueBase<ZTypeId>>(new TZValueBase<ZTypeId>(text));
+    return ZRef<TZValueBase<ZTypeId>>(new TZValueBase<ZTypeId>(string));
 }
 
 void addMembers(ZSysInfoKeyMap& keys)
@@ -106,7 +106,7 @@ unsigned int ZSysInfoPaths::getObject(const wchar_t* key, ZRef<ZSysInfoObject>& 
 
 ZMStr<wchar_t> ZSysInfoPaths::getHomeFolder()
 {
-    return folderFrom(Z_SYS_ENV_HOMEDIR, Z_SYS_ALT_HOMEDIR);
+    return directoryFrom(Z_SYS_ENV_HOMEDIR, Z_SYS_ALT_HOMEDIR);
 }
 
 ZGStr<wchar_t> ZSysInfoPaths::getHomeFolderW()
@@ -121,7 +121,7 @@ ZGStr<char> ZSysInfoPaths::getHomeFolderA()
 
 ZMStr<wchar_t> ZSysInfoPaths::getTempFolder()
 {
-    return folderFrom(Z_SYS_ENV_TEMPDIR, s_defaultTempFolder);
+    return directoryFrom(Z_SYS_ENV_TEMPDIR, s_defaultTempDirectory);
 }
 
 ZGStr<wchar_t> ZSysInfoPaths::getTempFolderW()
@@ -136,28 +136,30 @@ ZGStr<char> ZSysInfoPaths::getTempFolderA()
 
 void ZSysInfoPaths::setUserLogDirW(const wchar_t* dir)
 {
-    customLogDirW.remove(0); // cut, not freed: `dir` may be this very text
-    ZGStr<wchar_t> folder(dir);
-    if (folder.isEmpty())
+    customLogDirW.remove(0); // empties without freeing: `dir` may be this very string
+    ZGStr<wchar_t> directory(dir);
+    if (directory.isEmpty())
         return;
-    if (!TZSysFile<wchar_t>::exists(folder)) {
-        TZSysFile<wchar_t>::makeDirectory(folder);
-        chmod(narrowed(folder), s_openToEveryUser); // the process's mask has narrowed the mode
+    const ZGStr<char> path = narrowed(directory);
+    if (!TZSysFile<char>::exists(path)) {
+        TZSysFile<char>::makeDirectory(path);
+        chmod(path, s_openToAll); // the process's mask has narrowed the mode
     }
-    endWithSeparator(folder);
-    customLogDirW = folder;
+    endWithSeparator(directory);
+    customLogDirW = directory;
 }
 
 ZGStr<wchar_t> ZSysInfoPaths::getUserLogDirW()
 {
     if (!customLogDirW.isEmpty())
         return customLogDirW;
-    ZMStr<wchar_t> folder = getHomeFolder();
-    folder += s_logFolderName;
-    if (!TZSysFile<wchar_t>::exists(folder))
-        TZSysFile<wchar_t>::makeDirectory(folder);
-    endWithSeparator(folder);
-    return ZGStr<wchar_t>(folder);
+    ZMStr<wchar_t> directory = getHomeFolder();
+    directory += s_logDirectoryName;
+    const ZGStr<char> path = narrowed(ZGStr<wchar_t>(directory));
+    if (!TZSysFile<char>::exists(path))
+        TZSysFile<char>::makeDirectory(path);
+    endWithSeparator(directory);
+    return ZGStr<wchar_t>(directory);
 }
 
 ZGStr<wchar_t> ZSysInfoPaths::getNewLogFileNameW(const char* prefix, const char* extension)

@@ -3,69 +3,32 @@
 
 #include "ZSpace/stream/ZIOGFile.h"
 
-#include "tests/support/AllocationFaults.h"
+#include "tests/stream/FileTests.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Descriptors.h"
 #include "tests/support/FileFields.h"
-#include "tests/support/ReadFaults.h"
 #include "tests/support/Slots.h"
-#include "tests/support/StreamTests.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <csignal>
-#include <fstream>
+#include <cstdio>
+#include <filesystem>
 #include <memory>
-#include <sstream>
 #include <string>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <thread>
 #include <type_traits>
 #include <vector>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
-
-using Testing::runInChild;
-using ZSpace::Testing::AllocationFault;
-using ZSpace::Testing::becomeNobody;
-using ZSpace::Testing::ClaimedRead;
-using ZSpace::Testing::DescriptorLimit;
-using ZSpace::Testing::FileFields;
-using ZSpace::Testing::isInherited;
-using ZSpace::Testing::isOpen;
-using ZSpace::Testing::nextDescriptor;
-using ZSpace::Testing::ReadFault;
-using ZSpace::Testing::slotOf;
-using ZSpace::Testing::widened;
-
-using File = ZIOGFile<>;
 
 static_assert(std::is_same_v<File, ZIOGFile<FILE*, char, ZStreamTransaction>>);
 static_assert(!std::is_abstract_v<File>);
 
-class ZIOGFileTest : public ZSpace::Testing::FolderTest {
-protected:
-    ~ZIOGFileTest() override { m_file.close(); }
-
-    /// A closed file that a test may open; closed again at its end.
-    File m_file;
-};
-
-std::string readAll(File& file)
-{
-    std::string text(1 << 16, '\0');
-    const long got = file.read(text.data(), static_cast<long>(text.size()));
-    return got < 0 ? "(failed)" : text.substr(0, static_cast<std::size_t>(got));
-}
-
 // Opening and closing
 
-TEST_F(ZIOGFileTest, IsClosedAtFirst)
+TEST_F(ZIOGFileTest, IsClosedAfterConstruction)
 {
     EXPECT_EQ(m_file.State(), 0);
     EXPECT_EQ(m_file.close(), 0);
@@ -127,7 +90,7 @@ TEST_F(ZIOGFileTest, ModesHaveNames)
     EXPECT_EQ(File::ModeAppend, 8);
 }
 
-TEST_F(ZIOGFileTest, OtherModesAreRefused)
+TEST_F(ZIOGFileTest, UnknownModesAreRefused)
 {
     for (int mode : {0, 1, 3, 5, 7, 9, 10, 12, 14, -1, -2, 256 + 2}) {
         make("open");
@@ -152,7 +115,7 @@ TEST_F(ZIOGFileTest, OpeningClosesWhatWasOpen)
     EXPECT_EQ(nextDescriptor(), descriptor);
 }
 
-TEST_F(ZIOGFileTest, NamesThatCannotBe)
+TEST_F(ZIOGFileTest, InvalidPathsAreReported)
 {
     for (int mode : {2, 4, 6, 8}) {
         EXPECT_EQ(m_file.open("", mode), ENOENT) << mode;
@@ -165,7 +128,7 @@ TEST_F(ZIOGFileTest, NamesThatCannotBe)
     }
 }
 
-TEST_F(ZIOGFileTest, WidePathsGoNarrow)
+TEST_F(ZIOGFileTest, WidePathsAreNarrowed)
 {
     make("f\xE9 x", "content");
     EXPECT_EQ(m_file.open(widened(pathOf("f\xE9 x")).c_str(), 2), 0);
@@ -186,13 +149,13 @@ TEST_F(ZIOGFileTest, NamesMayHaveAnyBytes)
     EXPECT_EQ(contentOf(name), "x");
 }
 
-TEST_F(ZIOGFileTest, FolderOpensForReadingOnlyAndCannotBeRead)
+TEST_F(ZIOGFileTest, DirectoryOpensForReadingOnlyAndCannotBeRead)
 {
     for (int mode : {4, 6, 8}) {
-        EXPECT_EQ(m_file.open(folder().c_str(), mode), EISDIR) << mode;
+        EXPECT_EQ(m_file.open(directory().c_str(), mode), EISDIR) << mode;
         EXPECT_EQ(m_file.State(), 0) << mode;
     }
-    ASSERT_EQ(m_file.open(folder().c_str(), 2), 0);
+    ASSERT_EQ(m_file.open(directory().c_str(), 2), 0);
     char buffer[16];
     long got = 5;
     EXPECT_NE(m_file.read(buffer, sizeof buffer, got), 0);
@@ -232,7 +195,7 @@ TEST_F(ZIOGFileTest, MissingRightsAreReported)
     std::filesystem::permissions(pathOf("closed"), std::filesystem::perms::owner_all);
 }
 
-TEST_F(ZIOGFileTest, WantOfDescriptorsIsReported)
+TEST_F(ZIOGFileTest, LackOfDescriptorsIsReported)
 {
     const std::string path = make("file");
     const int descriptor = nextDescriptor();
@@ -257,7 +220,7 @@ TEST_F(ZIOGFileTest, DescriptorIsNotInherited)
     }
 }
 
-TEST_F(ZIOGFileTest, ClosingSucceedsEvenWhenTheRestCannotBeWritten)
+TEST_F(ZIOGFileTest, ClosingSucceedsEvenIfBufferedDataCannotBeWritten)
 {
     if (m_file.open("/dev/full", 4) != 0)
         GTEST_SKIP() << "the host has no full device";
@@ -282,7 +245,7 @@ TEST_F(ZIOGFileTest, DestructionLeavesTheFileOpen)
 
 // Closed streams
 
-TEST_F(ZIOGFileTest, ClosedAnswersComeBeforeEverythingElse)
+TEST_F(ZIOGFileTest, ClosedStreamIgnoresItsArguments)
 {
     char buffer[4];
     long number = 77;
@@ -312,7 +275,7 @@ TEST_F(ZIOGFileTest, ClosedAnswersComeBeforeEverythingElse)
     EXPECT_FALSE(m_file.hasError());
 }
 
-TEST_F(ZIOGFileTest, AnswersAreThoseOfAClosedStreamAgainAfterClose)
+TEST_F(ZIOGFileTest, StreamIsClosedAgainAfterClose)
 {
     ASSERT_EQ(m_file.open(make("file", "x").c_str(), 6), 0);
     m_file.close();
@@ -324,563 +287,7 @@ TEST_F(ZIOGFileTest, AnswersAreThoseOfAClosedStreamAgainAfterClose)
     EXPECT_EQ(number, 77);
 }
 
-// Reading
-
-TEST_F(ZIOGFileTest, ReadsWhatIsThere)
-{
-    ASSERT_EQ(m_file.open(make("file", "abcdef").c_str(), 2), 0);
-    char buffer[16] = {};
-    long got = 77;
-    EXPECT_EQ(m_file.read(buffer, 4, got), 0);
-    EXPECT_EQ(got, 4);
-    EXPECT_EQ(m_file.read(buffer + 4, 12, got), 0);
-    EXPECT_EQ(got, 2);
-    EXPECT_STREQ(buffer, "abcdef");
-    EXPECT_EQ(m_file.read(buffer, 16, got), 0);
-    EXPECT_EQ(got, 0);
-    EXPECT_EQ(m_file.read(buffer, 16), 0);
-}
-
-TEST_F(ZIOGFileTest, ReadingNothingGivesNothing)
-{
-    ASSERT_EQ(m_file.open(make("file", "abc").c_str(), 2), 0);
-    for (long count : {0L, -1L}) {
-        char buffer[4] = "...";
-        long got = 77;
-        EXPECT_EQ(m_file.read(buffer, count, got), 0);
-        EXPECT_EQ(got, 0);
-        EXPECT_STREQ(buffer, "...");
-    }
-    EXPECT_FALSE(m_file.EOS());
-    EXPECT_EQ(m_file.Position(), 0);
-}
-
-TEST_F(ZIOGFileTest, EndIsKnownOnceAReadHasRunIntoIt)
-{
-    ASSERT_EQ(m_file.open(make("file", "abc").c_str(), 2), 0);
-    EXPECT_FALSE(m_file.EOS());
-    m_file.moveEnd();
-    EXPECT_FALSE(m_file.EOS());
-    char buffer[4];
-    EXPECT_EQ(m_file.read(buffer, 1), 0);
-    EXPECT_TRUE(m_file.EOS());
-    m_file.moveBegin();
-    EXPECT_FALSE(m_file.EOS());
-    EXPECT_EQ(m_file.read(buffer, 3), 3);
-    EXPECT_FALSE(m_file.EOS());
-    EXPECT_EQ(m_file.read(buffer, 1), 0);
-    EXPECT_TRUE(m_file.EOS());
-}
-
-TEST_F(ZIOGFileTest, EmptyFileEndsWithTheFirstRead)
-{
-    ASSERT_EQ(m_file.open(make("file").c_str(), 2), 0);
-    EXPECT_FALSE(m_file.EOS());
-    EXPECT_TRUE(m_file.BOS());
-    char c;
-    EXPECT_EQ(m_file.read(&c, 1), 0);
-    EXPECT_TRUE(m_file.EOS());
-    EXPECT_TRUE(m_file.BOS());
-}
-
-TEST_F(ZIOGFileTest, FileOpenForWritingCannotBeRead)
-{
-    ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0);
-    char c;
-    long got = 77;
-    EXPECT_NE(m_file.read(&c, 1, got), 0);
-    EXPECT_EQ(got, 0);
-    EXPECT_EQ(m_file.read(&c, 1), -1);
-}
-
-TEST_F(ZIOGFileTest, ReadThatFailsHalfWayGivesBothStatusAndItems)
-{
-    ASSERT_EQ(m_file.open(make("file", "abcdefgh").c_str(), 2), 0);
-    char buffer[8];
-    long got = 77;
-    {
-        const ReadFault fault(1);
-        EXPECT_NE(m_file.read(buffer, 8, got), 0);
-    }
-    EXPECT_EQ(got, 4);
-    m_file.moveBegin();
-    const ReadFault fault(1);
-    EXPECT_EQ(m_file.read(buffer, 8), -1);
-}
-
-TEST_F(ZIOGFileTest, CountsOfItemsReadHave32Bits)
-{
-    ASSERT_EQ(m_file.open(make("file", "abc").c_str(), 2), 0);
-    const ClaimedRead claim((1L << 31) + 5); // a buffer of that size would be too much for a test
-    char buffer[4];
-    long got = 0;
-    EXPECT_EQ(m_file.read(buffer, 4, got), 0);
-    EXPECT_EQ(got, -(1L << 31) + 5);
-}
-
-// Writing
-
-TEST_F(ZIOGFileTest, WritesWhatItIsGiven)
-{
-    ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0);
-    long written = 77;
-    EXPECT_EQ(m_file.write("a\0b", 3, written), 0);
-    EXPECT_EQ(written, 3);
-    EXPECT_EQ(m_file.write("cdef", 2), 2);
-    m_file.close();
-    EXPECT_EQ(contentOf("file"), std::string("a\0bcd", 5));
-}
-
-TEST_F(ZIOGFileTest, NegativeCountWritesTheTextWithoutItsTerminator)
-{
-    ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0);
-    long written = 77;
-    EXPECT_EQ(m_file.write("text", -1, written), 0);
-    EXPECT_EQ(written, 4);
-    EXPECT_EQ(m_file.write("more", -9), 4);
-    m_file.close();
-    EXPECT_EQ(contentOf("file"), "textmore");
-}
-
-TEST_F(ZIOGFileTest, WritingNothingLeavesTheNumberAlone)
-{
-    ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0);
-    long written = 77;
-    EXPECT_EQ(m_file.write(nullptr, -1, written), 0);
-    EXPECT_EQ(m_file.write("", -1, written), 0);
-    EXPECT_EQ(m_file.write("abc", 0, written), 0);
-    EXPECT_EQ(m_file.write(nullptr, 0, written), 0);
-    EXPECT_EQ(written, 77);
-    EXPECT_EQ(m_file.write(nullptr, -1), 0);
-    EXPECT_EQ(m_file.write("", -1), 0);
-    EXPECT_EQ(m_file.Position(), 0);
-}
-
-TEST_F(ZIOGFileTest, FileOpenForReadingCannotBeWritten)
-{
-    ASSERT_EQ(m_file.open(make("file", "abc").c_str(), 2), 0);
-    long written = 77;
-    EXPECT_NE(m_file.write("x", 1, written), 0);
-    EXPECT_EQ(written, 0);
-    EXPECT_EQ(m_file.write("x", 1), -1);
-    EXPECT_EQ(m_file.write("", -1), 0); // nothing to write is no error
-    m_file.close();
-    EXPECT_EQ(contentOf("file"), "abc");
-}
-
-TEST_F(ZIOGFileTest, FlushHandsOverWhatIsBuffered)
-{
-    ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0);
-    EXPECT_EQ(m_file.flush(), 0);
-    m_file.write("text", -1);
-    EXPECT_EQ(contentOf("file"), "");
-    EXPECT_EQ(m_file.flush(), 0);
-    EXPECT_EQ(contentOf("file"), "text");
-}
-
-TEST_F(ZIOGFileTest, FullDiskShowsWhereTheBufferIsHandedOver)
-{
-    if (m_file.open("/dev/full", 4) != 0)
-        GTEST_SKIP() << "the host has no full device";
-    long written = 77;
-    EXPECT_EQ(m_file.write("abc", -1, written), 0);
-    EXPECT_EQ(written, 3);
-    EXPECT_NE(m_file.flush(), 0);
-
-    ASSERT_EQ(m_file.open("/dev/full", 4), 0);
-    const std::string much(1 << 20, 'x');
-    EXPECT_NE(m_file.write(much.data(), 1 << 20, written), 0);
-    EXPECT_EQ(written, 0);
-    ASSERT_EQ(m_file.open("/dev/full", 4), 0);
-    EXPECT_EQ(m_file.write(much.data(), 1 << 20), -1);
-}
-
-TEST_F(ZIOGFileTest, WritingAPartIsSuccess)
-{
-    const auto outcome = runInChild([&] {
-        constexpr long s_room = 100'000;
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{s_room, s_room};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        File file;
-        const std::string much(s_room * 2, 'x');
-        long written = 0;
-        if (file.open(pathOf("file").c_str(), 4) != 0 || !file.writeThrough())
-            return 1;
-        if (file.write(much.data(), s_room * 2, written) != 0)
-            return 2;
-        if (written <= 0 || written > s_room)
-            return 3;
-        if (file.write(much.data(), s_room * 2, written) == 0 || written != 0)
-            return 4;
-        return 0;
-    });
-    EXPECT_EQ(outcome.status, 0);
-}
-
-TEST_F(ZIOGFileTest, AppendModeReadsAnywhereAndWritesAtTheEnd)
-{
-    ASSERT_EQ(m_file.open(make("file", "old").c_str(), 8), 0);
-    m_file.moveBegin();
-    EXPECT_EQ(readAll(m_file), "old");
-    m_file.moveBegin();
-    EXPECT_EQ(m_file.write("new", -1), 3);
-    EXPECT_EQ(m_file.Position(), 6);
-    m_file.close();
-    EXPECT_EQ(contentOf("file"), "oldnew");
-}
-
-TEST_F(ZIOGFileTest, ReadWriteModeChangesInPlace)
-{
-    ASSERT_EQ(m_file.open(make("file", "abcdef").c_str(), 6), 0);
-    m_file.moveTo(2);
-    EXPECT_EQ(m_file.write("XY", -1), 2);
-    m_file.moveTo(1);
-    EXPECT_EQ(readAll(m_file), "bXYef");
-}
-
-// One write for each line
-
-/// The calls by which this thread has handed data to the system so far, -1 where it does not tell.
-long writeCalls()
-{
-    std::ifstream counts("/proc/thread-self/io");
-    std::string name;
-    long number = 0;
-    while (counts >> name >> number) {
-        if (name == "syscw:")
-            return number;
-    }
-    return -1;
-}
-
-TEST_F(ZIOGFileTest, WriteThroughReachesTheSystemAtOnceInOneCall)
-{
-    if (writeCalls() < 0)
-        GTEST_SKIP() << "the system does not count calls";
-    for (int mode : {4, 6, 8}) {
-        for (long length : {1L, 60L, 4'095L, 4'096L, 4'097L, 9'000L, 100'000L, 3'000'000L}) {
-            ASSERT_EQ(m_file.open(make("file").c_str(), mode), 0);
-            ASSERT_TRUE(m_file.writeThrough());
-            const std::string line(static_cast<std::size_t>(length), 'x');
-            // Once without counting: sanitizers write, too, when they see a class for the first time.
-            EXPECT_EQ(m_file.write(line.data(), length), length);
-            EXPECT_EQ(m_file.flush(), 0);
-            for (int i = 2; i <= 4; ++i) {
-                const long before = writeCalls();
-                EXPECT_EQ(m_file.write(line.data(), length), length);
-                EXPECT_EQ(writeCalls(), before + 1) << mode << ", " << length;
-                EXPECT_EQ(static_cast<long>(std::filesystem::file_size(pathOf("file"))), i * length);
-                EXPECT_EQ(m_file.flush(), 0);
-                EXPECT_EQ(writeCalls(), before + 1) << mode << ", " << length;
-            }
-        }
-    }
-}
-
-TEST_F(ZIOGFileTest, WriteThroughChangesNothingElse)
-{
-    ASSERT_EQ(m_file.open(make("file", "old").c_str(), 8), 0);
-    ASSERT_TRUE(m_file.writeThrough());
-    EXPECT_EQ(m_file.Size(), 3);
-    EXPECT_EQ(m_file.moveEnd(), 0);
-    EXPECT_EQ(m_file.write("\r\n", -1), 2);
-    EXPECT_EQ(m_file.Position(), 5);
-    m_file.moveBegin();
-    EXPECT_EQ(readAll(m_file), "old\r\n");
-    EXPECT_TRUE(m_file.EOS());
-    EXPECT_EQ(m_file.State(), 6);
-
-    ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0); // the next file is buffered again
-    m_file.write("x", 1);
-    EXPECT_EQ(contentOf("file"), "");
-}
-
-TEST_F(ZIOGFileTest, FullDiskShowsInTheWriteItselfWhereWritesGoThrough)
-{
-    if (m_file.open("/dev/full", 4) != 0)
-        GTEST_SKIP() << "the host has no full device";
-    ASSERT_TRUE(m_file.writeThrough());
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(m_file.write("lost", -1), -1);
-}
-
-TEST_F(ZIOGFileTest, WritingAtOnceTakesOneCall)
-{
-    if (writeCalls() < 0)
-        GTEST_SKIP() << "the system does not count calls";
-    ASSERT_EQ(m_file.open(make("file", "old").c_str(), 8), 0);
-    ASSERT_TRUE(m_file.writeThrough());
-    const std::string line(100'000, 'x');
-    for (long i = 1; i <= 3; ++i) {
-        const long before = writeCalls();
-        EXPECT_EQ(m_file.writeAtOnce(line.data(), 100'000), 100'000);
-        EXPECT_EQ(writeCalls(), before + 1);
-        EXPECT_EQ(static_cast<long>(std::filesystem::file_size(pathOf("file"))), 3 + i * 100'000);
-    }
-    EXPECT_EQ(m_file.writeAtOnce(line.data(), 0), 0);
-    EXPECT_FALSE(m_file.hasError());
-}
-
-TEST_F(ZIOGFileTest, WhatIsNotWrittenAtOnceSetsTheErrorMark)
-{
-    const auto outcome = runInChild([&] {
-        constexpr long s_room = 1'000;
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{s_room, RLIM_INFINITY};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        File file;
-        const std::string text(s_room * 2, 'x');
-        if (file.open(pathOf("file").c_str(), 8) != 0 || !file.writeThrough())
-            return 1;
-        if (file.writeAtOnce(text.data(), s_room * 2) != s_room || !file.hasError())
-            return 2;
-        file.clearError();
-        if (file.hasError() || file.writeAtOnce(text.data(), s_room) != 0 || !file.hasError())
-            return 3;
-        file.clearError();
-        const rlimit noLimit{RLIM_INFINITY, RLIM_INFINITY};
-        setrlimit(RLIMIT_FSIZE, &noLimit);
-        return file.writeAtOnce(text.data(), s_room) == s_room && !file.hasError() ? 0 : 4;
-    });
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(contentOf("file").size(), 2'000U);
-}
-
-TEST_F(ZIOGFileTest, LinesOfTwoProcessesNeverMix)
-{
-    constexpr int s_lines = 300;
-    const auto append = [&](char letter) {
-        File file;
-        if (file.open(pathOf("file").c_str(), 8) != 0 || !file.writeThrough())
-            return 1;
-        for (int i = 0; i < s_lines; ++i) {
-            const std::string line = std::string(static_cast<std::size_t>(5'000 + i), letter) + "\n";
-            if (file.write(line.data(), static_cast<long>(line.size())) != static_cast<long>(line.size()))
-                return 2;
-        }
-        return file.close();
-    };
-    const auto outcome = runInChild([&] {
-        const pid_t other = fork();
-        if (other == 0)
-            _exit(append('a'));
-        int status = append('b');
-        int otherStatus = -1;
-        waitpid(other, &otherStatus, 0);
-        return status + otherStatus;
-    });
-    EXPECT_EQ(outcome.status, 0);
-
-    std::istringstream lines(contentOf("file"));
-    int count = 0;
-    for (std::string line; std::getline(lines, line); ++count)
-        ASSERT_EQ(line.find_first_not_of(line[0]), std::string::npos);
-    EXPECT_EQ(count, 2 * s_lines);
-}
-
-// Position and size
-
-TEST_F(ZIOGFileTest, Moves)
-{
-    ASSERT_EQ(m_file.open(make("file", "0123456789").c_str(), 2), 0);
-    EXPECT_EQ(m_file.Position(), 0);
-    EXPECT_TRUE(m_file.BOS());
-    EXPECT_EQ(m_file.moveTo(7), 0);
-    EXPECT_EQ(m_file.Position(), 7);
-    EXPECT_FALSE(m_file.BOS());
-    EXPECT_EQ(m_file.move(-3), 0);
-    EXPECT_EQ(m_file.Position(), 4);
-    EXPECT_EQ(m_file.move(2), 0);
-    EXPECT_EQ(m_file.Position(), 6);
-    EXPECT_EQ(m_file.moveEnd(), 0);
-    EXPECT_EQ(m_file.Position(), 10);
-    EXPECT_EQ(m_file.moveTo(25), 0); // past the end is a place, too
-    EXPECT_EQ(m_file.Position(), 25);
-    EXPECT_EQ(m_file.moveBegin(), 0);
-    EXPECT_TRUE(m_file.BOS());
-}
-
-TEST_F(ZIOGFileTest, MovingBeforeTheBeginningFailsAndStays)
-{
-    ASSERT_EQ(m_file.open(make("file", "0123456789").c_str(), 2), 0);
-    m_file.moveTo(3);
-    EXPECT_EQ(m_file.moveTo(-1), -1);
-    EXPECT_EQ(m_file.move(-4), -1);
-    EXPECT_EQ(m_file.Position(), 3);
-}
-
-TEST_F(ZIOGFileTest, SizeLeavesThePosition)
-{
-    ASSERT_EQ(m_file.open(make("file", "0123456789").c_str(), 6), 0);
-    for (long long position : {0LL, 3LL, 10LL, 12LL}) {
-        m_file.moveTo(position);
-        EXPECT_EQ(m_file.Size(), 10);
-        EXPECT_EQ(m_file.Position(), position);
-    }
-    m_file.moveEnd();
-    m_file.write("ab", -1);
-    EXPECT_EQ(m_file.Size(), 12); // what is buffered counts
-    EXPECT_EQ(m_file.Position(), 12);
-}
-
-TEST_F(ZIOGFileTest, FilesMayHaveMoreThan4GiB)
-{
-    constexpr long long s_far = (5LL << 30) + 3;
-    ASSERT_EQ(m_file.open(make("file", "begin").c_str(), 6), 0);
-    EXPECT_EQ(m_file.moveTo(s_far), 0);
-    EXPECT_EQ(m_file.write("end", -1), 3);
-    EXPECT_EQ(m_file.Position(), s_far + 3);
-    EXPECT_EQ(m_file.Size(), s_far + 3);
-    EXPECT_EQ(m_file.moveBegin(), 0);
-    EXPECT_EQ(m_file.move(s_far), 0);
-    EXPECT_EQ(readAll(m_file), "end");
-    EXPECT_EQ(m_file.move(-s_far), 0);
-    EXPECT_EQ(m_file.Position(), 3);
-}
-
-// What is no file
-
-TEST_F(ZIOGFileTest, FifoCarriesDataAndHasNoPositions)
-{
-    ASSERT_EQ(mkfifo(pathOf("fifo").c_str(), 0600), 0);
-    File writer;
-    std::thread opener([&] { writer.open(pathOf("fifo").c_str(), 4); });
-    ASSERT_EQ(m_file.open(pathOf("fifo").c_str(), 2), 0);
-    opener.join();
-    EXPECT_EQ(writer.State(), 4);
-    EXPECT_EQ(m_file.Position(), -1);
-    EXPECT_EQ(m_file.Size(), -1);
-    EXPECT_FALSE(m_file.BOS());
-    EXPECT_EQ(m_file.moveBegin(), -1);
-    EXPECT_EQ(m_file.moveEnd(), -1);
-    EXPECT_EQ(m_file.moveTo(1), -1);
-    EXPECT_EQ(m_file.move(1), -1);
-
-    EXPECT_EQ(writer.write("through", -1), 7);
-    EXPECT_EQ(writer.flush(), 0);
-    writer.close();
-    EXPECT_EQ(readAll(m_file), "through");
-    EXPECT_TRUE(m_file.EOS());
-}
-
-TEST_F(ZIOGFileTest, PipeWithoutReaderIsAnError)
-{
-    const auto outcome = runInChild([&] {
-        signal(SIGPIPE, SIG_IGN);
-        int ends[2];
-        if (pipe(ends) != 0)
-            return 1;
-        File file;
-        if (file.open(("/dev/fd/" + std::to_string(ends[1])).c_str(), 4) != 0)
-            return 2;
-        if (file.write("x", 1) != 1 || file.flush() != 0)
-            return 3;
-        ::close(ends[0]);
-        if (file.write("x", 1) != 1 || file.flush() == 0)
-            return 4;
-        return file.writeThrough() && file.write("x", 1) == -1 ? 0 : 5;
-    });
-    EXPECT_EQ(outcome.status, 0);
-}
-
-// Clones
-
-TEST_F(ZIOGFileTest, CloneOfAClosedFileIsClosed)
-{
-    const std::unique_ptr<File> clone(m_file.clone());
-    ASSERT_TRUE(clone);
-    EXPECT_EQ(clone->State(), 0);
-    EXPECT_EQ(clone->Position(), -1);
-    const AllocationFault fault(1);
-    EXPECT_EQ(m_file.clone(), nullptr);
-}
-
-TEST_F(ZIOGFileTest, CloneHasTheSameState)
-{
-    make("file", "content");
-    for (int mode : {2, 6, 8, 4}) {
-        ASSERT_EQ(m_file.open(pathOf("file").c_str(), mode), 0);
-        const std::unique_ptr<File> clone(m_file.clone());
-        ASSERT_TRUE(clone) << mode;
-        EXPECT_EQ(clone->State(), m_file.State()) << mode;
-        EXPECT_EQ(clone->close(), 0);
-        EXPECT_NE(m_file.State(), 0) << mode;
-        EXPECT_EQ(m_file.moveEnd(), 0) << mode;
-    }
-}
-
-TEST_F(ZIOGFileTest, CloneReadsOnFromTheSharedOffset)
-{
-    ASSERT_EQ(m_file.open(make("file", "0123456789").c_str(), 2), 0);
-    m_file.moveTo(4);
-    const std::unique_ptr<File> clone(m_file.clone());
-    EXPECT_EQ(clone->Position(), 4);
-    EXPECT_EQ(readAll(*clone), "456789");
-    clone->close();
-    EXPECT_EQ(m_file.State(), 2);
-    m_file.moveBegin();
-    EXPECT_EQ(readAll(m_file), "0123456789");
-}
-
-TEST_F(ZIOGFileTest, CloneOfAFileForWritingGoesOnWriting)
-{
-    ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0);
-    m_file.write("first ", -1);
-    m_file.flush();
-    const std::unique_ptr<File> clone(m_file.clone());
-    EXPECT_EQ(contentOf("file"), "first ");
-    clone->write("second", -1);
-    clone->close();
-    EXPECT_EQ(contentOf("file"), "first second");
-}
-
-TEST_F(ZIOGFileTest, CloneOfAFileForAppendingAppends)
-{
-    ASSERT_EQ(m_file.open(make("file", "old").c_str(), 8), 0);
-    const std::unique_ptr<File> clone(m_file.clone());
-    clone->moveBegin();
-    clone->write("new", -1);
-    clone->close();
-    EXPECT_EQ(contentOf("file"), "oldnew");
-}
-
-TEST_F(ZIOGFileTest, CloneThatCannotBeIsNullAndLeavesNothingOpen)
-{
-    ASSERT_EQ(m_file.open(make("file").c_str(), 2), 0);
-    const FileFields usual = FileFields::of(m_file);
-    const int next = nextDescriptor();
-    {
-        const DescriptorLimit limit(next); // no duplicate
-        EXPECT_EQ(m_file.clone(), nullptr);
-    }
-    FileFields{usual.handle, true, true}.putInto(m_file); // no stream on the duplicate: it cannot be written
-    EXPECT_EQ(m_file.clone(), nullptr);
-    EXPECT_EQ(nextDescriptor(), next);
-
-    FileFields{usual.handle, false, false}.putInto(m_file); // no flag
-    EXPECT_EQ(m_file.clone(), nullptr);
-    EXPECT_EQ(nextDescriptor(), next);
-
-    char memory[8] = {}; // no descriptor
-    FILE* onMemory = fmemopen(memory, sizeof memory, "r");
-    FileFields{onMemory, true, false}.putInto(m_file);
-    EXPECT_EQ(m_file.clone(), nullptr);
-    fclose(onMemory);
-    usual.putInto(m_file);
-    EXPECT_EQ(nextDescriptor(), next);
-
-    {
-        const AllocationFault fault(1);
-        EXPECT_EQ(m_file.clone(), nullptr);
-    }
-    EXPECT_EQ(nextDescriptor(), next);
-    const std::unique_ptr<File> clone(m_file.clone());
-    EXPECT_TRUE(clone);
-    clone->close();
-}
-
-// The rest
+// Interface
 
 TEST_F(ZIOGFileTest, TransactionsDoNothing)
 {
@@ -928,4 +335,4 @@ TEST_F(ZIOGFileTest, OperationsStandInOrder)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

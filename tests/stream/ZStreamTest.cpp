@@ -10,11 +10,10 @@
 
 #include <string>
 #include <type_traits>
+#include <vector>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
-
-using ZSpace::Testing::slotOf;
 
 using Base = ZStreamBase<>;
 using In = ZInStream<>;
@@ -26,8 +25,8 @@ static_assert(std::is_base_of_v<ZStreamTransaction, Base>);
 static_assert(std::has_virtual_destructor_v<Base> && std::is_abstract_v<ZStream<>>);
 static_assert(!std::is_copy_constructible_v<In> && !std::is_copy_assignable_v<In>);
 
-/// Notes what is asked of it and answers as told.
-class ScriptedStream : public ZStream<> {
+/// Records its arguments and returns preset results.
+class RecordingStream : public ZStream<> {
 public:
     using ZInStream<>::read;
     using ZOutStream<>::write;
@@ -71,7 +70,7 @@ public:
 
 TEST(ZStreamTest, HalvesShareOneBase)
 {
-    ScriptedStream stream;
+    RecordingStream stream;
     Base* throughIn = static_cast<In*>(&stream);
     Base* throughOut = static_cast<Out*>(&stream);
     EXPECT_EQ(throughIn, throughOut);
@@ -79,7 +78,7 @@ TEST(ZStreamTest, HalvesShareOneBase)
 
 TEST(ZStreamTest, ItemsAreBytes)
 {
-    ScriptedStream stream;
+    RecordingStream stream;
     Base& base = stream;
     EXPECT_EQ(base.ItemSize(), 1u);
     static_assert(std::is_same_v<decltype(base.ItemSize()), unsigned long long>);
@@ -87,9 +86,9 @@ TEST(ZStreamTest, ItemsAreBytes)
     static_assert(std::is_same_v<decltype(base.Position()), long long>);
 }
 
-TEST(ZStreamTest, ShortReadGivesTheNumberOfItems)
+TEST(ZStreamTest, ShortReadReturnsTheNumberOfItems)
 {
-    ScriptedStream stream;
+    RecordingStream stream;
     char buffer[8];
     stream.m_done = 5;
     EXPECT_EQ(stream.read(buffer, 8), 5);
@@ -97,9 +96,9 @@ TEST(ZStreamTest, ShortReadGivesTheNumberOfItems)
     EXPECT_EQ(stream.m_count, 8);
 }
 
-TEST(ZStreamTest, ShortReadGivesMinusOneForAnyStatus)
+TEST(ZStreamTest, ShortReadReturnsMinusOneForAnyStatus)
 {
-    ScriptedStream stream;
+    RecordingStream stream;
     char buffer[8];
     stream.m_done = 5;
     for (int status : {1, -1, 32}) {
@@ -108,26 +107,26 @@ TEST(ZStreamTest, ShortReadGivesMinusOneForAnyStatus)
     }
 }
 
-TEST(ZStreamTest, ShortReadOfAStreamThatSaysNothingGivesNothing)
+TEST(ZStreamTest, ShortReadReturnsZeroIfTheStreamSetsNoCount)
 {
-    ScriptedStream stream;
+    RecordingStream stream;
     char buffer[8];
     stream.m_answers = false;
     EXPECT_EQ(stream.read(buffer, 8), 0);
 }
 
-TEST(ZStreamTest, ShortWriteGivesTheNumberOfItems)
+TEST(ZStreamTest, ShortWriteReturnsTheNumberOfItems)
 {
-    ScriptedStream stream;
+    RecordingStream stream;
     stream.m_done = 3;
     EXPECT_EQ(stream.write("abcdef", 4), 3);
     EXPECT_EQ(stream.m_text, "abcd");
     EXPECT_EQ(stream.m_preset, 0);
 }
 
-TEST(ZStreamTest, ShortWriteGivesMinusOneForAnyStatus)
+TEST(ZStreamTest, ShortWriteReturnsMinusOneForAnyStatus)
 {
-    ScriptedStream stream;
+    RecordingStream stream;
     stream.m_done = 3;
     for (int status : {1, -1, 32}) {
         stream.m_status = status;
@@ -135,16 +134,16 @@ TEST(ZStreamTest, ShortWriteGivesMinusOneForAnyStatus)
     }
 }
 
-TEST(ZStreamTest, ShortWriteOfAStreamThatSaysNothingGivesNothing)
+TEST(ZStreamTest, ShortWriteReturnsZeroIfTheStreamSetsNoCount)
 {
-    ScriptedStream stream;
+    RecordingStream stream;
     stream.m_answers = false;
     EXPECT_EQ(stream.write("abc", 3), 0);
 }
 
-TEST(ZStreamTest, ShortWriteMeasuresTheTextForANegativeCount)
+TEST(ZStreamTest, ShortWriteTakesTheLengthOfTheStringForANegativeCount)
 {
-    ScriptedStream stream;
+    RecordingStream stream;
     for (long count : {-1L, -7L}) {
         stream.write("abcdef", count);
         EXPECT_EQ(stream.m_text, "abcdef");
@@ -159,7 +158,7 @@ TEST(ZStreamTest, ShortWriteMeasuresTheTextForANegativeCount)
 
 TEST(ZStreamTest, TransactionsDoNothing)
 {
-    ScriptedStream stream;
+    RecordingStream stream;
     Base& base = stream;
     base.beginTransaction();
     base.beginTransaction();
@@ -186,4 +185,4 @@ TEST(ZStreamTest, HalvesBeginWithTheirFullOperation)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -12,25 +12,24 @@
 
 namespace ZSpace::Testing {
 
-/// The fields of a `ZIOGFile`: they lie side by side behind its workers, and what it shares with its other
-/// halves comes after them.
+/// The fields of a `ZIOGFile`, which follow its worker objects and precede its virtual bases.
 struct FileFields {
     FILE* handle;
     bool isReadable;
     bool isWritable;
 
-    static constexpr std::size_t s_place = sizeof(void*) + 12 * sizeof(ZSpace::ZThread_T<pthread_t*>);
+    static constexpr std::size_t s_offset = sizeof(void*) + 12 * sizeof(ZSpace::ZThread_T<pthread_t*>);
     static constexpr std::size_t s_size = sizeof(FILE*) + 2 * sizeof(bool);
 
     static FileFields of(const ZSpace::ZIOGFile<>& file)
     {
         FileFields fields;
-        std::memcpy(&fields, reinterpret_cast<const char*>(&file) + s_place, s_size);
+        std::memcpy(&fields, reinterpret_cast<const char*>(&file) + s_offset, s_size);
         return fields;
     }
     void putInto(ZSpace::ZIOGFile<>& file) const
     {
-        std::memcpy(reinterpret_cast<char*>(&file) + s_place, this, s_size);
+        std::memcpy(reinterpret_cast<char*>(&file) + s_offset, this, s_size);
     }
 };
 

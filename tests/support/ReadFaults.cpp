@@ -9,9 +9,9 @@
 
 namespace {
 
-thread_local long s_readsLeft = -1; // before the fault; negative: there is none
-thread_local bool s_hasStruck = false;
-thread_local long s_claimed = -1; // negative: nothing is claimed
+thread_local long s_readsLeft = -1; // until the fault; negative: no fault
+thread_local bool s_hasFailed = false;
+thread_local long s_claimed = -1; // negative: no claim
 
 template <typename Function>
 Function* libraryFunction(const char* name)
@@ -21,7 +21,7 @@ Function* libraryFunction(const char* name)
 
 } // namespace
 
-// A program's own functions go before those of the C library.
+// A program's own definitions take precedence over those of the C library.
 
 extern "C" std::size_t fread(void* buffer, std::size_t size, std::size_t count, FILE* file)
 {
@@ -30,16 +30,16 @@ extern "C" std::size_t fread(void* buffer, std::size_t size, std::size_t count, 
     if (s_claimed >= 0)
         return static_cast<std::size_t>(s_claimed);
     if (s_readsLeft == 0)
-        s_hasStruck = true;
+        s_hasFailed = true;
     else if (s_readsLeft > 0)
         --s_readsLeft;
-    return libraryRead(buffer, size, s_hasStruck ? count / 2 : count, file);
+    return libraryRead(buffer, size, s_hasFailed ? count / 2 : count, file);
 }
 
 extern "C" int ferror(FILE* file)
 {
     static auto* const libraryError = libraryFunction<int(FILE*)>("ferror");
-    return s_hasStruck ? 1 : libraryError(file);
+    return s_hasFailed ? 1 : libraryError(file);
 }
 
 namespace ZSpace::Testing {
@@ -52,7 +52,7 @@ ReadFault::ReadFault(long nth) noexcept
 ReadFault::~ReadFault()
 {
     s_readsLeft = -1;
-    s_hasStruck = false;
+    s_hasFailed = false;
 }
 
 ClaimedRead::ClaimedRead(long count) noexcept

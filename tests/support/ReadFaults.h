@@ -3,12 +3,12 @@
 
 #pragma once
 
-/// Reads that fail half-way, for test programs that have ReadFaults.cpp among their sources: it stands in for
-/// `fread` and `ferror` of the C library. Faults are those of the calling thread.
+/// Reads that fail part way, for test programs that compile ReadFaults.cpp, which interposes `fread` and
+/// `ferror` of the C library. Faults affect the calling thread only.
 namespace ZSpace::Testing {
 
-/// While it lives, the `nth` `fread` from then on (1: the next one) and all that follow read half of what
-/// they are asked for, and leave the stream with its error mark set.
+/// During its lifetime the `nth` call of `fread` (1: the next one) and all later ones read half of the
+/// requested items, and `ferror` reports an error from then on.
 class ReadFault {
 public:
     explicit ReadFault(long nth) noexcept;
@@ -17,7 +17,7 @@ public:
     ~ReadFault();
 };
 
-/// While it lives, each `fread` says that it has read `count` items and reads nothing.
+/// During its lifetime `fread` reads nothing and returns `count`.
 class ClaimedRead {
 public:
     explicit ClaimedRead(long count) noexcept;

@@ -13,46 +13,46 @@
 
 namespace ZSpace::Testing {
 
-/// A test with a folder of its own.
-class FolderTest : public testing::Test {
+/// A test with a private directory.
+class DirectoryTest : public testing::Test {
 protected:
     [[nodiscard]] std::string pathOf(const std::string& name) const
     {
-        return (m_folder.path() / name).string();
+        return (m_directory.path() / name).string();
     }
 
     std::string make(const std::string& name, const std::string& content = "") const
     {
-        ZSpace::Testing::writeFile(m_folder.path() / name, content);
+        Testing::writeFile(m_directory.path() / name, content);
         return pathOf(name);
     }
 
     [[nodiscard]] std::string contentOf(const std::string& name) const
     {
-        return ZSpace::Testing::contentOf(m_folder.path() / name);
+        return Testing::contentOf(m_directory.path() / name);
     }
 
-    [[nodiscard]] const std::filesystem::path& folder() const { return m_folder.path(); }
+    [[nodiscard]] const std::filesystem::path& directory() const { return m_directory.path(); }
 
-    /// Lets every user into the folder.
-    void openToAll() const { std::filesystem::permissions(folder(), std::filesystem::perms::all); }
+    /// Opens the directory to all users.
+    void openToAll() const { std::filesystem::permissions(directory(), std::filesystem::perms::all); }
 
 private:
-    ZSpace::Testing::TemporaryFolder m_folder;
+    TemporaryFolder m_directory;
 };
 
-/// In a child process: goes on as a user whom permissions bind.
+/// For child processes: switches to a user whom permissions restrict.
 inline bool becomeNobody()
 {
     constexpr unsigned int s_nobody = 65'534;
     return geteuid() != 0 || (setgid(s_nobody) == 0 && setuid(s_nobody) == 0);
 }
 
-/// The text unit by unit, as wide as it gets.
-inline std::wstring widened(const std::string& text)
+/// The string with each byte as one wide character.
+inline std::wstring widened(const std::string& bytes)
 {
     std::wstring wide;
-    for (char c : text)
+    for (char c : bytes)
         wide += static_cast<wchar_t>(static_cast<unsigned char>(c));
     return wide;
 }

@@ -9,10 +9,10 @@ namespace ZSpace::Testing {
 
 namespace {
 
-/// Sets the stack size of threads that are made without attributes.
-/// @return what it was before, 0 on hosts where it cannot be set.
+/// Sets the default stack size of threads.
+/// @return the previous size, or 0 on hosts where it cannot be changed.
 template <typename Attributes>
-std::size_t exchangeUsualStackSize(std::size_t size)
+std::size_t exchangeDefaultStackSize(std::size_t size)
 {
     std::size_t before = 0;
     if constexpr (requires(Attributes * attributes) { pthread_setattr_default_np(attributes); }) {
@@ -26,23 +26,23 @@ std::size_t exchangeUsualStackSize(std::size_t size)
     return before;
 }
 
-constexpr std::size_t s_beyondAllRoom = std::size_t(1) << 47;
+constexpr std::size_t s_beyondAddressSpace = std::size_t(1) << 47;
 
 } // namespace
 
 bool ThreadFault::isPossible()
 {
-    return ThreadFault().m_usualStackSize != 0;
+    return ThreadFault().m_defaultStackSize != 0;
 }
 
 ThreadFault::ThreadFault()
-    : m_usualStackSize(exchangeUsualStackSize<pthread_attr_t>(s_beyondAllRoom))
+    : m_defaultStackSize(exchangeDefaultStackSize<pthread_attr_t>(s_beyondAddressSpace))
 {
 }
 
 ThreadFault::~ThreadFault()
 {
-    exchangeUsualStackSize<pthread_attr_t>(m_usualStackSize);
+    exchangeDefaultStackSize<pthread_attr_t>(m_defaultStackSize);
 }
 
 } // namespace ZSpace::Testing

@@ -7,10 +7,10 @@
 
 namespace ZSpace::Testing {
 
-/// While it lives, no thread can be made: each would need a stack that no address space has room for.
+/// During its lifetime no thread can be created: its stack would not fit into any address space.
 class ThreadFault {
 public:
-    /// Whether the host lets the usual stack size be set; tests skip themselves where it does not.
+    /// Whether the host can change the default stack size; otherwise tests skip themselves.
     [[nodiscard]] static bool isPossible();
 
     ThreadFault();
@@ -19,7 +19,7 @@ public:
     ~ThreadFault();
 
 private:
-    std::size_t m_usualStackSize = 0;
+    std::size_t m_defaultStackSize = 0;
 };
 
 } // namespace ZSpace::Testing

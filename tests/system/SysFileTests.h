@@ -16,7 +16,7 @@
 
 namespace ZSpace {
 
-/// For messages of failing tests.
+/// For failure messages.
 inline void PrintTo(const ZTime& time, std::ostream* out)
 {
     *out << static_cast<const char*>(time.toCStringEx());
@@ -36,36 +36,36 @@ struct WidthNames {
     }
 };
 
-/// The bytes of a text; in a wide one all units must be bytes.
+/// The string as bytes; every wide character must be a byte.
 template <typename T>
-std::string bytesOf(const ZSpace::ZMStr<T>& text)
+std::string bytesOf(const ZMStr<T>& string)
 {
     std::string bytes;
-    for (long i = 0; i < text.Length(); ++i) {
-        EXPECT_LE(static_cast<std::make_unsigned_t<T>>(text[i]), 0xFFu);
-        bytes += static_cast<char>(text[i]);
+    for (long i = 0; i < string.Length(); ++i) {
+        EXPECT_LE(static_cast<std::make_unsigned_t<T>>(string[i]), 0xFFu);
+        bytes += static_cast<char>(string[i]);
     }
     return bytes;
 }
 
 template <typename T>
-std::vector<std::string> bytesOf(const ZSpace::ZList<ZSpace::ZMStr<T>>& texts)
+std::vector<std::string> bytesOf(const ZList<ZMStr<T>>& strings)
 {
     std::vector<std::string> all;
-    for (const auto& text : texts)
-        all.push_back(bytesOf(text));
+    for (const auto& string : strings)
+        all.push_back(bytesOf(string));
     return all;
 }
 
-/// For one of the twins: what it is given and what it gives.
+/// Converts arguments and results of one width.
 template <typename T>
-class SysFileTest : public FolderTest {
+class SysFileTest : public DirectoryTest {
 protected:
-    using Entry = ZSpace::TZSysFile<T>;
-    using Names = ZSpace::ZList<ZSpace::ZMStr<T>>;
-    using Entries = ZSpace::ZList<Entry>;
+    using Entry = TZSysFile<T>;
+    using Names = ZList<ZMStr<T>>;
+    using Entries = ZList<Entry>;
 
-    /// The text as this twin takes it.
+    /// The string in this width.
     static std::basic_string<T> text(const std::string& bytes)
     {
         if constexpr (std::is_same_v<T, char>)
@@ -76,10 +76,9 @@ protected:
 
     [[nodiscard]] std::basic_string<T> path(const std::string& name) const { return text(pathOf(name)); }
 
-    [[nodiscard]] static Entry entryOf(
-        const std::string& path, ZSpace::ZTRISTATE directory = ZSpace::ZTRISTATE::Unknown)
+    [[nodiscard]] static Entry entryOf(const std::string& path, ZTRISTATE directory = ZTRISTATE::Unknown)
     {
-        return Entry(text(path).c_str(), directory, 0, -1, ZSpace::ZTime(), ZSpace::ZTime(), ZSpace::ZTime());
+        return Entry(text(path).c_str(), directory, 0, -1, ZTime(), ZTime(), ZTime());
     }
 
     [[nodiscard]] static std::multiset<std::string> namesOf(const Entries& entries)

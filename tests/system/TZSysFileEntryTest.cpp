@@ -12,30 +12,29 @@
 #include <string>
 #include <type_traits>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 namespace fs = std::filesystem;
 
 using testing::UnorderedElementsAre;
-using ZSpace::Testing::bytesOf;
 
 static_assert(static_cast<int>(ZTRISTATE::No) == 0 && static_cast<int>(ZTRISTATE::Yes) == 1
     && static_cast<int>(ZTRISTATE::Unknown) == -1);
 static_assert(std::is_copy_constructible_v<TZSysFile<char>> && std::is_copy_assignable_v<TZSysFile<char>>);
 
-// The object that stands for an entry of a folder, for both twins.
+// Objects for directory entries, in both widths.
 template <typename T>
-class TZSysFileEntryTest : public ZSpace::Testing::SysFileTest<T> {
+class TZSysFileEntryTest : public SysFileTest<T> {
 };
 
-TYPED_TEST_SUITE(TZSysFileEntryTest, ZSpace::Testing::Widths, ZSpace::Testing::WidthNames);
+TYPED_TEST_SUITE(TZSysFileEntryTest, Widths, WidthNames);
 
 const ZTime s_created(2001, 2, 3, 4, 5, 6, 7);
 const ZTime s_accessed(2002, 3, 4, 5, 6, 7, 8);
 const ZTime s_modified(2003, 4, 5, 6, 7, 8, 9);
 
-TYPED_TEST(TZSysFileEntryTest, HoldsWhatItIsGiven)
+TYPED_TEST(TZSysFileEntryTest, HoldsItsArguments)
 {
     using SysFile = TZSysFile<TypeParam>;
     const SysFile entry(
@@ -59,22 +58,22 @@ TYPED_TEST(TZSysFileEntryTest, PathIsKeptAsGiven)
         EXPECT_EQ(bytesOf(TestFixture::entryOf(path).Path()), path);
 }
 
-TYPED_TEST(TZSysFileEntryTest, KindIsAskedOnlyWhereItIsUnknown)
+TYPED_TEST(TZSysFileEntryTest, KindIsLookedUpOnlyIfUnknown)
 {
     const std::string file = this->make("file");
-    const std::string folder = this->folder().string();
-    for (const std::string& path : {file, folder, this->pathOf("missing")}) {
+    const std::string directory = this->directory().string();
+    for (const std::string& path : {file, directory, this->pathOf("missing")}) {
         EXPECT_FALSE(TestFixture::entryOf(path, ZTRISTATE::No).isDirectory());
         EXPECT_TRUE(TestFixture::entryOf(path, ZTRISTATE::Yes).isDirectory());
         for (int unknown : {-1, 2, 7, -5}) {
             const auto entry = TestFixture::entryOf(path, static_cast<ZTRISTATE>(unknown));
-            EXPECT_EQ(entry.isDirectory(), path == folder) << unknown;
-            EXPECT_EQ(entry.isFile(), path != folder) << unknown; // the negation, even where nothing is
+            EXPECT_EQ(entry.isDirectory(), path == directory) << unknown;
+            EXPECT_EQ(entry.isFile(), path != directory) << unknown; // the negation, even for missing paths
         }
     }
 }
 
-TYPED_TEST(TZSysFileEntryTest, KindStaysAndExistenceIsAskedEachTime)
+TYPED_TEST(TZSysFileEntryTest, KindIsCachedAndExistenceIsLookedUpEachTime)
 {
     const auto entry = TestFixture::entryOf(this->pathOf("x"));
     EXPECT_FALSE(entry.exists());
@@ -85,7 +84,7 @@ TYPED_TEST(TZSysFileEntryTest, KindStaysAndExistenceIsAskedEachTime)
     EXPECT_FALSE(entry.exists());
 }
 
-TYPED_TEST(TZSysFileEntryTest, SizeIsAskedUntilItIsAbove0)
+TYPED_TEST(TZSysFileEntryTest, SizeIsLookedUpUntilItIsAboveZero)
 {
     const auto entry = TestFixture::entryOf(this->pathOf("file"));
     EXPECT_EQ(entry.Size(), -1);
@@ -99,7 +98,7 @@ TYPED_TEST(TZSysFileEntryTest, SizeIsAskedUntilItIsAbove0)
     EXPECT_EQ(entry.Size(), 5);
 }
 
-TYPED_TEST(TZSysFileEntryTest, GivenSizeBelow1IsNotKnown)
+TYPED_TEST(TZSysFileEntryTest, SizeBelowOneIsUnknown)
 {
     using SysFile = TZSysFile<TypeParam>;
     this->make("file", "12345");
@@ -109,7 +108,7 @@ TYPED_TEST(TZSysFileEntryTest, GivenSizeBelow1IsNotKnown)
     }
 }
 
-TYPED_TEST(TZSysFileEntryTest, TimesAreAskedUntilTheyAreKnown)
+TYPED_TEST(TZSysFileEntryTest, TimesAreLookedUpUntilTheyAreKnown)
 {
     using SysFile = TZSysFile<TypeParam>;
     const auto entry = TestFixture::entryOf(this->pathOf("file"));
@@ -123,7 +122,7 @@ TYPED_TEST(TZSysFileEntryTest, TimesAreAskedUntilTheyAreKnown)
     SysFile::lastChangeTimeOf(this->path("file").c_str(), modified);
     EXPECT_EQ(entry.TimeAccessed(), accessed);
     EXPECT_EQ(entry.TimeModified(), modified);
-    EXPECT_TRUE(entry.TimeCreated().isCleared()); // never asked for
+    EXPECT_TRUE(entry.TimeCreated().isCleared()); // never looked up
     fs::remove(this->pathOf("file"));
     EXPECT_EQ(entry.TimeAccessed(), accessed);
     EXPECT_EQ(entry.TimeModified(), modified);
@@ -138,7 +137,7 @@ TYPED_TEST(TZSysFileEntryTest, TimesCanBeSet)
     EXPECT_EQ(entry.TimeCreated(), s_created);
     EXPECT_EQ(entry.TimeAccessed(), s_accessed);
     EXPECT_EQ(entry.TimeModified(), s_modified);
-    entry.TimeAccessed(ZTime()); // not known again
+    entry.TimeAccessed(ZTime()); // unknown again
     EXPECT_FALSE(entry.TimeAccessed().isCleared());
     EXPECT_NE(entry.TimeAccessed(), s_accessed);
 }
@@ -165,7 +164,7 @@ TYPED_TEST(TZSysFileEntryTest, ParentIsLookedUp)
 {
     this->make("file");
     const auto parent = TestFixture::entryOf(this->pathOf("file")).Parent();
-    EXPECT_EQ(bytesOf(parent.Path()), this->folder().string());
+    EXPECT_EQ(bytesOf(parent.Path()), this->directory().string());
     EXPECT_TRUE(parent.isDirectory());
     EXPECT_EQ(parent.Attributes(), 0u);
     EXPECT_TRUE(parent.TimeCreated().isCleared());
@@ -185,17 +184,17 @@ TYPED_TEST(TZSysFileEntryTest, MovesAndKeepsItsPath)
     EXPECT_EQ(entry.moveTo(this->path("c").c_str()), ENOENT);
 }
 
-TYPED_TEST(TZSysFileEntryTest, RenamesWithinItsFolderAndKeepsItsPath)
+TYPED_TEST(TZSysFileEntryTest, RenamesWithinItsDirectoryAndKeepsItsPath)
 {
-    fs::create_directory(this->pathOf("folder"));
+    fs::create_directory(this->pathOf("directory"));
     for (const char* slash : {"", "/"}) {
-        fs::create_directory(this->pathOf("folder/b"));
-        const auto entry = TestFixture::entryOf(this->pathOf("folder/b") + slash);
+        fs::create_directory(this->pathOf("directory/b"));
+        const auto entry = TestFixture::entryOf(this->pathOf("directory/b") + slash);
         EXPECT_EQ(entry.renameTo(this->text("c \xE9").c_str()), 0);
-        EXPECT_TRUE(fs::exists(this->pathOf("folder/c \xE9")));
-        EXPECT_EQ(bytesOf(entry.Path()), this->pathOf("folder/b") + slash);
+        EXPECT_TRUE(fs::exists(this->pathOf("directory/c \xE9")));
+        EXPECT_EQ(bytesOf(entry.Path()), this->pathOf("directory/b") + slash);
         EXPECT_EQ(entry.renameTo(this->text("d").c_str()), ENOENT);
-        fs::remove(this->pathOf("folder/c \xE9"));
+        fs::remove(this->pathOf("directory/c \xE9"));
     }
 }
 
@@ -208,7 +207,7 @@ TYPED_TEST(TZSysFileEntryTest, Removes)
     EXPECT_EQ(bytesOf(entry.Path()), this->pathOf("a"));
 }
 
-TYPED_TEST(TZSysFileEntryTest, FilesAndFoldersOfAFolder)
+TYPED_TEST(TZSysFileEntryTest, FilesAndDirectoriesOfADirectory)
 {
     using SysFile = TZSysFile<TypeParam>;
     this->make("a");
@@ -216,30 +215,30 @@ TYPED_TEST(TZSysFileEntryTest, FilesAndFoldersOfAFolder)
     this->make(".DS_Store");
     fs::create_directory(this->pathOf("c"));
     fs::create_directory_symlink(this->pathOf("c"), this->pathOf("to c"));
-    const auto folder = TestFixture::entryOf(this->folder().string());
-    const auto files = folder.Files();
+    const auto directory = TestFixture::entryOf(this->directory().string());
+    const auto files = directory.Files();
     EXPECT_THAT(this->namesOf(files), UnorderedElementsAre("a", "b", ".DS_Store"));
     for (const SysFile& file : files) {
         EXPECT_TRUE(file.isFile());
         EXPECT_TRUE(file.exists());
     }
-    const auto folders = folder.SubDirectories();
-    EXPECT_THAT(this->namesOf(folders), UnorderedElementsAre(".", "..", "c", "to c"));
-    for (const SysFile& each : folders)
+    const auto directories = directory.SubDirectories();
+    EXPECT_THAT(this->namesOf(directories), UnorderedElementsAre(".", "..", "c", "to c"));
+    for (const SysFile& each : directories)
         EXPECT_TRUE(each.isDirectory());
-    EXPECT_THAT(bytesOf(folder.FileNames()), UnorderedElementsAre("a", "b", ".DS_Store"));
-    EXPECT_THAT(bytesOf(folder.SubDirNames()), UnorderedElementsAre(".", "..", "c", "to c"));
+    EXPECT_THAT(bytesOf(directory.FileNames()), UnorderedElementsAre("a", "b", ".DS_Store"));
+    EXPECT_THAT(bytesOf(directory.SubDirNames()), UnorderedElementsAre(".", "..", "c", "to c"));
 }
 
-TYPED_TEST(TZSysFileEntryTest, EmptyFolderHasNoFiles)
+TYPED_TEST(TZSysFileEntryTest, EmptyDirectoryHasNoFiles)
 {
-    const auto folder = TestFixture::entryOf(this->folder().string() + "/");
-    EXPECT_EQ(folder.Files().Count(), 0);
-    EXPECT_EQ(folder.FileNames().Count(), 0);
-    EXPECT_THAT(bytesOf(folder.SubDirNames()), UnorderedElementsAre(".", ".."));
+    const auto directory = TestFixture::entryOf(this->directory().string() + "/");
+    EXPECT_EQ(directory.Files().Count(), 0);
+    EXPECT_EQ(directory.FileNames().Count(), 0);
+    EXPECT_THAT(bytesOf(directory.SubDirNames()), UnorderedElementsAre(".", ".."));
 }
 
-TYPED_TEST(TZSysFileEntryTest, WhatIsNoFolderHasNothing)
+TYPED_TEST(TZSysFileEntryTest, FilesAndMissingPathsHaveNoEntries)
 {
     for (const std::string& path : {this->make("file"), this->pathOf("missing")}) {
         const auto entry = TestFixture::entryOf(path, ZTRISTATE::Yes);
@@ -251,4 +250,4 @@ TYPED_TEST(TZSysFileEntryTest, WhatIsNoFolderHasNothing)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -5,7 +5,6 @@
 
 #include "tests/support/Kernel.h"
 #include "tests/support/Probes.h"
-#include "tests/support/VirtualSlots.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,16 +16,13 @@
 #include <type_traits>
 #include <unistd.h>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
-
-using ZSpace::Testing::asWord;
-using ZSpace::Testing::wordAt;
 
 static_assert(std::has_virtual_destructor_v<ZAppContext>);
 static_assert(std::is_copy_constructible_v<ZAppContext> && std::is_copy_assignable_v<ZAppContext>);
 
-/// The command line `program a b c`, with as many arguments as asked for.
+/// The first arguments of the command line `program a b c`.
 class CommandLine {
 public:
     explicit CommandLine(int arguments)
@@ -74,12 +70,12 @@ TEST(ZAppContextTest, KnowsTheProcess)
 {
     const ZAppContext context;
     EXPECT_EQ(static_cast<int>(context), 0);
-    EXPECT_EQ(narrow(context.Path()), Testing::programFile());
+    EXPECT_EQ(narrow(context.Path()), programFile());
     EXPECT_EQ(context.ArgCount(), 0);
     EXPECT_TRUE(context.isMainThread());
 }
 
-TEST(ZAppContextTest, MainThreadIsTheOneThatMadeIt)
+TEST(ZAppContextTest, MainThreadIsTheOneThatConstructedIt)
 {
     const ZAppContext here;
     bool isMainThreadThere = true;
@@ -96,15 +92,15 @@ TEST(ZAppContextTest, MainThreadIsTheOneThatMadeIt)
     EXPECT_FALSE(isItsOwnHere);
 }
 
-TEST(ZAppContextTest, LoadingAgainAppendsThePathAndTakesTheThreadAnew)
+TEST(ZAppContextTest, LoadingAgainAppendsThePathAndRecordsTheThread)
 {
     ZAppContext context;
     std::thread([&] { context.loadProcessData(); }).join();
     EXPECT_FALSE(context.isMainThread());
-    EXPECT_EQ(narrow(context.Path()), Testing::programFile() + Testing::programFile());
+    EXPECT_EQ(narrow(context.Path()), programFile() + programFile());
 }
 
-TEST(ZAppContextDeathTest, ProcessNumberCanBeRenewedInAChild)
+TEST(ZAppContextDeathTest, ProcessIdCanBeUpdatedInAChild)
 {
     ZAppContext context;
     const pid_t parent = getpid();
@@ -119,7 +115,7 @@ TEST(ZAppContextDeathTest, ProcessNumberCanBeRenewedInAChild)
 
 // Arguments
 
-TEST(ZAppContextTest, KeepsTheArgumentsBehindTheProgramsName)
+TEST(ZAppContextTest, KeepsTheArgumentsAfterTheProgramsName)
 {
     CommandLine none(0);
     EXPECT_EQ(ZAppContext(none.count(), none.values()).ArgCount(), 0);
@@ -133,7 +129,7 @@ TEST(ZAppContextTest, KeepsTheArgumentsBehindTheProgramsName)
     EXPECT_STREQ(context.Arg(2), L"\u00E9c"); // byte by byte
 }
 
-TEST(ZAppContextTest, ArgumentIndicesCountFromEitherEndAndAreHeldInside)
+TEST(ZAppContextTest, ArgumentIndicesCountFromEitherEndAndAreClamped)
 {
     CommandLine line(3);
     const ZAppContext context(line.count(), line.values());
@@ -207,7 +203,7 @@ TEST(ZAppContextTest, ReadsTheEnvironment)
     EXPECT_TRUE(ZAppContext::getEnv(name).isEmpty());
 }
 
-TEST(ZAppContextTest, NamesThatAreNoneGiveNothing)
+TEST(ZAppContextTest, InvalidNamesReturnAnEmptyString)
 {
     ZMStr<wchar_t> empty;
     EXPECT_TRUE(ZAppContext::getEnv(static_cast<const char*>(nullptr)).isEmpty());
@@ -218,4 +214,4 @@ TEST(ZAppContextTest, NamesThatAreNoneGiveNothing)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -8,11 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
-
-using ZSpace::Testing::asWord;
-using ZSpace::Testing::wordAt;
 
 int answer()
 {
@@ -29,13 +26,13 @@ TEST(ZLibraryTest, LoadsNothingAndSucceeds)
     EXPECT_EQ(function, nullptr);
 }
 
-TEST(ZLibraryTest, CloningGivesTheFunctionItself)
+TEST(ZLibraryTest, CloneReturnsTheFunctionItself)
 {
     EXPECT_EQ(ZLibrary::clone(&answer), &answer);
     EXPECT_EQ(ZLibrary::clone(nullptr), nullptr);
 }
 
-TEST(ZLibraryTest, ReleasingSucceeds)
+TEST(ZLibraryTest, ReleaseSucceeds)
 {
     EXPECT_EQ(ZLibrary::release(L"/usr/lib", L"answer"), 0);
     EXPECT_EQ(ZLibrary::release(nullptr, nullptr), 0);
@@ -43,7 +40,7 @@ TEST(ZLibraryTest, ReleasingSucceeds)
     EXPECT_EQ(ZLibrary::release(nullptr), 0);
 }
 
-TEST(ZLibraryResourceTest, KeepsWhatItIsGiven)
+TEST(ZLibraryResourceTest, KeepsItsArguments)
 {
     int there = 0;
     wchar_t path[] = L"/usr/lib";
@@ -73,4 +70,4 @@ TEST(ZLibraryResourceTest, FieldsStandInTheirOrder)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

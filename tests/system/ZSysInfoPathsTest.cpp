@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Home, temporary and log folders, and the names of log files.
+// Home, temporary and log directories, and log file names.
 
 #include "ZSpace/system/ZSysInfoPaths.h"
 
@@ -18,7 +18,7 @@
 #include <unistd.h>
 
 namespace ZSpace {
-extern ZGStr<wchar_t> customLogDirW; // the folder that was set
+extern ZGStr<wchar_t> customLogDirW; // the directory that was set
 }
 
 namespace ZSpace::Testing {
@@ -32,7 +32,7 @@ std::wstring widened(const fs::path& path)
     return {narrow.begin(), narrow.end()};
 }
 
-/// Sets a variable of the environment, or removes it, and puts it back at the end.
+/// Sets or removes an environment variable and restores it at the end of its lifetime.
 class Variable {
 public:
     Variable(const char* name, const char* value)
@@ -54,7 +54,7 @@ private:
     bool m_wasSet = false;
 };
 
-TEST(ZSysInfoPaths, ConstantsHaveTheirTexts)
+TEST(ZSysInfoPathsTest, ConstantsHaveTheirValues)
 {
     EXPECT_STREQ(Z_SYS_ENV_HOMEDIR, "HOME");
     EXPECT_STREQ(Z_SYS_ENV_TEMPDIR, "TMPDIR");
@@ -71,36 +71,36 @@ TEST(ZSysInfoPaths, ConstantsHaveTheirTexts)
     EXPECT_STREQ(ZSysInfoPath_NPaths_TempFolder, L"Temp folder");
 }
 
-TEST(ZSysInfoPaths, TheHomeFolderEndsWithOneSeparator)
+TEST(ZSysInfoPathsTest, HomeDirectoryEndsWithOneSeparator)
 {
     const struct {
         const char* home;
-        const char* folder;
+        const char* directory;
     } rows[] = {{"/Users/x", "/Users/x/"}, {"/Users/x/", "/Users/x/"}, {"", "./"}, {nullptr, "./"},
         {"/", "/"}, {"/h\xE9", "/h\xE9/"}};
     for (const auto& row : rows) {
         const Variable home("HOME", row.home);
-        EXPECT_STREQ(ZSysInfoPaths::getHomeFolderA(), row.folder);
-        EXPECT_TRUE(ZSysInfoPaths::getHomeFolderW() == ZGStr<wchar_t>(row.folder));
-        EXPECT_TRUE(ZSysInfoPaths::getHomeFolder() == ZGStr<wchar_t>(row.folder));
+        EXPECT_STREQ(ZSysInfoPaths::getHomeFolderA(), row.directory);
+        EXPECT_TRUE(ZSysInfoPaths::getHomeFolderW() == ZGStr<wchar_t>(row.directory));
+        EXPECT_TRUE(ZSysInfoPaths::getHomeFolder() == ZGStr<wchar_t>(row.directory));
     }
 }
 
-TEST(ZSysInfoPaths, TheTemporaryFolderEndsWithOneSeparator)
+TEST(ZSysInfoPathsTest, TemporaryDirectoryEndsWithOneSeparator)
 {
     const struct {
         const char* variable;
-        const char* folder;
+        const char* directory;
     } rows[] = {{"/t", "/t/"}, {"/t/", "/t/"}, {"", "/tmp/"}, {nullptr, "/tmp/"}};
     for (const auto& row : rows) {
         const Variable temporary("TMPDIR", row.variable);
-        EXPECT_STREQ(ZSysInfoPaths::getTempFolderA(), row.folder);
-        EXPECT_TRUE(ZSysInfoPaths::getTempFolderW() == ZGStr<wchar_t>(row.folder));
-        EXPECT_TRUE(ZSysInfoPaths::getTempFolder() == ZGStr<wchar_t>(row.folder));
+        EXPECT_STREQ(ZSysInfoPaths::getTempFolderA(), row.directory);
+        EXPECT_TRUE(ZSysInfoPaths::getTempFolderW() == ZGStr<wchar_t>(row.directory));
+        EXPECT_TRUE(ZSysInfoPaths::getTempFolder() == ZGStr<wchar_t>(row.directory));
     }
 }
 
-class LogFolder : public testing::Test {
+class LogDirectoryTest : public testing::Test {
 protected:
     void TearDown() override { ZSysInfoPaths::setUserLogDirW(nullptr); }
 
@@ -109,17 +109,17 @@ protected:
         return static_cast<const char*>(ZGStr<char>(ZSysInfoPaths::getUserLogDirW()));
     }
 
-    TemporaryFolder m_folder;
-    Variable m_home{"HOME", m_folder.path().c_str()};
+    TemporaryFolder m_directory;
+    Variable m_home{"HOME", m_directory.path().c_str()};
 };
 
-TEST_F(LogFolder, IsCdLogsInTheHomeFolderAndMadeWhenMissing)
+TEST_F(LogDirectoryTest, IsCdLogsInTheHomeDirectoryAndCreatedIfMissing)
 {
-    const fs::path expected = m_folder.path() / "CdLogs";
+    const fs::path expected = m_directory.path() / "CdLogs";
     EXPECT_EQ(current(), expected.string() + "/");
     EXPECT_TRUE(fs::is_directory(expected));
     fs::remove(expected);
-    EXPECT_EQ(current(), expected.string() + "/"); // each call looks again
+    EXPECT_EQ(current(), expected.string() + "/"); // each call checks again
     EXPECT_TRUE(fs::is_directory(expected));
 }
 
@@ -130,72 +130,72 @@ mode_t modeOf(const fs::path& path)
     return status.st_mode & 07777;
 }
 
-TEST_F(LogFolder, AFolderThatIsSetIsMadeOpenToEveryUserWhateverTheMask)
+TEST_F(LogDirectoryTest, MissingDirectoryIsCreatedOpenToAllWhateverTheMask)
 {
-    const fs::path folder = m_folder.path() / "logs";
+    const fs::path directory = m_directory.path() / "logs";
     const mode_t before = umask(077);
-    ZSysInfoPaths::setUserLogDirW(widened(folder).c_str());
+    ZSysInfoPaths::setUserLogDirW(widened(directory).c_str());
     umask(before);
-    EXPECT_EQ(modeOf(folder), 0777U);
-    EXPECT_EQ(current(), folder.string() + "/");
+    EXPECT_EQ(modeOf(directory), 0777U);
+    EXPECT_EQ(current(), directory.string() + "/");
 }
 
-TEST_F(LogFolder, AFolderThatExistsKeepsItsMode)
+TEST_F(LogDirectoryTest, ExistingDirectoryKeepsItsMode)
 {
-    const fs::path folder = m_folder.path() / "logs";
-    fs::create_directory(folder);
-    fs::permissions(folder, fs::perms::owner_all);
-    ZSysInfoPaths::setUserLogDirW(widened(folder).c_str());
-    EXPECT_EQ(modeOf(folder), 0700U);
+    const fs::path directory = m_directory.path() / "logs";
+    fs::create_directory(directory);
+    fs::permissions(directory, fs::perms::owner_all);
+    ZSysInfoPaths::setUserLogDirW(widened(directory).c_str());
+    EXPECT_EQ(modeOf(directory), 0700U);
 }
 
-TEST_F(LogFolder, ATrailingSeparatorIsNotDoubled)
+TEST_F(LogDirectoryTest, TrailingSeparatorIsNotDoubled)
 {
-    const std::string folder = (m_folder.path() / "logs").string() + "/";
-    ZSysInfoPaths::setUserLogDirW(ZGStr<wchar_t>(folder.c_str()));
-    EXPECT_EQ(current(), folder);
+    const std::string directory = (m_directory.path() / "logs").string() + "/";
+    ZSysInfoPaths::setUserLogDirW(ZGStr<wchar_t>(directory.c_str()));
+    EXPECT_EQ(current(), directory);
 }
 
-TEST_F(LogFolder, EmptyTextsGoBackToTheDefault)
+TEST_F(LogDirectoryTest, NullAndEmptyStringsRestoreTheDefault)
 {
-    const std::string usual = (m_folder.path() / "CdLogs").string() + "/";
+    const std::string usual = (m_directory.path() / "CdLogs").string() + "/";
     for (const wchar_t* nothing : {L"", static_cast<const wchar_t*>(nullptr)}) {
-        ZSysInfoPaths::setUserLogDirW(widened(m_folder.path() / "logs").c_str());
+        ZSysInfoPaths::setUserLogDirW(widened(m_directory.path() / "logs").c_str());
         EXPECT_NE(current(), usual);
         ZSysInfoPaths::setUserLogDirW(nothing);
         EXPECT_EQ(current(), usual);
     }
 }
 
-TEST_F(LogFolder, ItsOwnTextIsEmptiedBeforeItIsRead)
+TEST_F(LogDirectoryTest, ItsOwnStringIsEmptiedBeforeItIsRead)
 {
-    ZSysInfoPaths::setUserLogDirW(widened(m_folder.path() / "logs").c_str());
+    ZSysInfoPaths::setUserLogDirW(widened(m_directory.path() / "logs").c_str());
     ZSysInfoPaths::setUserLogDirW(customLogDirW);
-    EXPECT_EQ(current(), (m_folder.path() / "CdLogs").string() + "/");
+    EXPECT_EQ(current(), (m_directory.path() / "CdLogs").string() + "/");
 }
 
-TEST_F(LogFolder, AFolderThatCannotBeMadeIsUsedAsItIs)
+TEST_F(LogDirectoryTest, DirectoryThatCannotBeCreatedIsUsedAnyway)
 {
-    const fs::path folder = m_folder.path() / "no" / "logs";
-    ZSysInfoPaths::setUserLogDirW(widened(folder).c_str());
-    EXPECT_EQ(current(), folder.string() + "/");
-    EXPECT_FALSE(fs::exists(folder));
+    const fs::path directory = m_directory.path() / "no" / "logs";
+    ZSysInfoPaths::setUserLogDirW(widened(directory).c_str());
+    EXPECT_EQ(current(), directory.string() + "/");
+    EXPECT_FALSE(fs::exists(directory));
 }
 
-TEST_F(LogFolder, ALogFileIsNamedAfterPrefixTimeAndExtension)
+TEST_F(LogDirectoryTest, LogFileNameConsistsOfPrefixTimeAndExtension)
 {
-    const fs::path folder = m_folder.path() / "logs";
-    ZSysInfoPaths::setUserLogDirW(widened(folder).c_str());
+    const fs::path directory = m_directory.path() / "logs";
+    ZSysInfoPaths::setUserLogDirW(widened(directory).c_str());
     const ZGStr<char> name(ZSysInfoPaths::getNewLogFileNameW("trace_", ".log"));
     EXPECT_THAT(static_cast<const char*>(name),
-        testing::MatchesRegex(folder.string()
+        testing::MatchesRegex(directory.string()
             + "/trace_[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}-[0-9]{2}-[0-9]{2}\\.[0-9]{3}\\.log"));
     EXPECT_FALSE(fs::exists(static_cast<const char*>(name)));
     EXPECT_THAT(static_cast<const char*>(ZGStr<char>(ZSysInfoPaths::getNewLogFileNameW(nullptr, nullptr))),
-        testing::MatchesRegex(folder.string() + "/[-0-9T.]+"));
+        testing::MatchesRegex(directory.string() + "/[-0-9T.]+"));
 }
 
-TEST_F(LogFolder, LogFileNamesTellUtc)
+TEST_F(LogDirectoryTest, LogFileNamesAreInUtc)
 {
     const Outcome outcome = runInChild([] {
         setenv("TZ", "XXX-14", 1);
@@ -209,7 +209,7 @@ TEST_F(LogFolder, LogFileNamesTellUtc)
     EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(ZSysInfoPathsProvider, TellsItsKeys)
+TEST(ZSysInfoPathsProviderTest, ReturnsItsKeys)
 {
     const ZSysInfoPaths provider;
     EXPECT_EQ(provider.Key(), ZSysInfoPath_Paths);
@@ -225,14 +225,14 @@ TEST(ZSysInfoPathsProvider, TellsItsKeys)
     EXPECT_EQ(keys[2].second, ZSysInfoPath_NPaths_TempFolder);
 }
 
-TEST(ZSysInfoPathsProvider, AnswersEachKeyComparedAsAText)
+TEST(ZSysInfoPathsProviderTest, ComparesKeysAsStrings)
 {
     const Variable home("HOME", "/Users/x");
     const Variable temporary("TMPDIR", "/t");
     ZSysInfoPaths provider;
     provider.refreshInfo();
     provider.releaseInfo();
-    const std::wstring key = L"system.paths.homefolder"; // at another address
+    const std::wstring key = L"system.paths.homefolder"; // at a different address
     ZRef<ZSysInfoObject> object;
     ASSERT_EQ(provider.getObject(key.c_str(), object), 0U);
     EXPECT_STREQ(object->Key(), L"system.paths.homefolder");
@@ -253,7 +253,7 @@ TEST(ZSysInfoPathsProvider, AnswersEachKeyComparedAsAText)
     EXPECT_EQ(members[1].second, ZSysInfoPath_NPaths_TempFolder);
 }
 
-TEST(ZSysInfoPathsProvider, AnUnknownKeyLeavesTheHandleAlone)
+TEST(ZSysInfoPathsProviderTest, UnknownKeyDoesNotChangeTheHandle)
 {
     ZSysInfoPaths provider;
     ZRef<ZSysInfoObject> object;

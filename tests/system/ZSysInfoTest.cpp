@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// System information: objects of each kind, providers and their order.
+// Facts of each kind, providers and their order.
 
 #include "ZSpace/system/ZSysInfo.h"
 
@@ -19,14 +19,14 @@ using Value = TZValueBase<ZTypeId>;
 const wchar_t* const s_key = L"key";
 const wchar_t* const s_name = L"name";
 
-ZRef<Value> textValue(const char* text)
+ZRef<Value> stringValue(const char* string)
 {
-    return ZRef<Value>(new Value(ZGStr<char>(text)));
+    return ZRef<Value>(new Value(ZGStr<char>(string)));
 }
 
-TEST(ZSysInfoObject, HoldsAValue)
+TEST(ZSysInfoObjectTest, HoldsAValue)
 {
-    const ZRef<Value> value = textValue("text");
+    const ZRef<Value> value = stringValue("text");
     const ZSysInfoObject object(s_key, s_name, value);
     EXPECT_EQ(object.Key(), s_key);
     EXPECT_EQ(object.Name(), s_name);
@@ -38,11 +38,11 @@ TEST(ZSysInfoObject, HoldsAValue)
     EXPECT_EQ(object.KeyMap().Count(), 0);
 }
 
-TEST(ZSysInfoObject, HoldsAListOfValues)
+TEST(ZSysInfoObjectTest, HoldsAListOfValues)
 {
     ZList<ZRef<Value>> values;
-    values.add(textValue("a"));
-    values.add(textValue("b"));
+    values.add(stringValue("a"));
+    values.add(stringValue("b"));
     const ZSysInfoObject object(s_key, s_name, values);
     EXPECT_EQ(object.ObjectType(), 3U);
     ASSERT_EQ(object.Values().Count(), 2);
@@ -52,7 +52,7 @@ TEST(ZSysInfoObject, HoldsAListOfValues)
     EXPECT_EQ(static_cast<unsigned int>(object.Value().Type()), 0U);
 }
 
-TEST(ZSysInfoObject, HoldsANativePointer)
+TEST(ZSysInfoObjectTest, HoldsANativePointer)
 {
     int target = 0;
     const ZSysInfoObject object(s_key, s_name, static_cast<void*>(&target));
@@ -61,7 +61,7 @@ TEST(ZSysInfoObject, HoldsANativePointer)
     EXPECT_EQ(static_cast<unsigned int>(object.Value().Type()), 0U);
 }
 
-TEST(ZSysInfoObject, HoldsAKeyMap)
+TEST(ZSysInfoObjectTest, HoldsAKeyMap)
 {
     ZSysInfoKeyMap keys;
     keys.add(s_key, s_name);
@@ -71,9 +71,9 @@ TEST(ZSysInfoObject, HoldsAKeyMap)
     EXPECT_EQ(*object.KeyMap().find(s_key), s_name);
 }
 
-TEST(ZSysInfoObject, CopiesShareTheirContent)
+TEST(ZSysInfoObjectTest, CopiesShareTheirContent)
 {
-    const ZRef<Value> value = textValue("text");
+    const ZRef<Value> value = stringValue("text");
     {
         const ZSysInfoObject object(s_key, s_name, value);
         const ZSysInfoObject copy(object); // NOLINT: the copy is the point
@@ -83,7 +83,7 @@ TEST(ZSysInfoObject, CopiesShareTheirContent)
     EXPECT_EQ(value.RefCount(), 1);
 }
 
-/// Answers for one key, and counts its own life.
+/// Returns a preset answer; counts its live instances.
 class Provider : public ZSysInfoProvider {
 public:
     Provider(const wchar_t* key, const wchar_t* name, unsigned int status, const char* answer)
@@ -103,7 +103,7 @@ public:
     unsigned int getObject(const wchar_t* key, ZRef<ZSysInfoObject>& out) override
     {
         s_asked.emplace_back(m_answer);
-        out = createObject(key, m_name, textValue(m_answer)); // also where it does not know the key
+        out = createObject(key, m_name, stringValue(m_answer)); // even if it does not know the key
         return m_status;
     }
 
@@ -117,7 +117,7 @@ private:
     const char* m_answer;
 };
 
-TEST(ZSysInfo, AsksInOrderUntilOneKnows)
+TEST(ZSysInfoTest, QueriesProvidersInOrderUntilOneKnowsTheKey)
 {
     Provider::s_asked.clear();
     {
@@ -135,7 +135,7 @@ TEST(ZSysInfo, AsksInOrderUntilOneKnows)
     EXPECT_EQ(Provider::s_living, 0);
 }
 
-TEST(ZSysInfo, AnswersNothingWhenNobodyKnows)
+TEST(ZSysInfoTest, ReturnsAnEmptyHandleIfNoProviderKnowsTheKey)
 {
     ZSysInfo info;
     EXPECT_FALSE(info.getObject(L"any"));
@@ -143,7 +143,7 @@ TEST(ZSysInfo, AnswersNothingWhenNobodyKnows)
     EXPECT_FALSE(info.getObject(L"any"));
 }
 
-TEST(ZSysInfo, ListsTheProvidersThatHaveKeyAndName)
+TEST(ZSysInfoTest, ListsProvidersThatHaveKeyAndName)
 {
     ZSysInfo info;
     info.addProvider(new Provider(L"a", L"A", 0, "x"));
