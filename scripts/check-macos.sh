@@ -91,12 +91,12 @@ sed -n 's/.* \([^ ]*\) (from \([^ ]*\))$/\2 \1/p' "$work/undefined" | sort |
     same "imported symbols" "$expected/imports.txt"
 grep -v '(from [^ ]*)$' "$work/undefined" | none "symbols that no library is named for"
 
-# What the libraries keep to themselves begins with an underscore of its own. The exceptions are the C and C++ ABI and
-# names that public headers put in the place of others.
+# What the libraries keep to themselves begins with an underscore of its own. The exceptions are the ABI of C, C++ and
+# Objective-C and names that public headers substitute for others.
 sed -n 's/.* \([^ ]*\) (from .*/\1/p' "$work/undefined" |
     grep '^__' |
     grep -v -e '^__Z' -e '^___cxa_' -e '^___dynamic_cast$' -e '^___gxx_personality_v0$' -e '^___objc_personality_v0$' \
-        -e '^__Unwind_Resume$' -e '^__tlv_bootstrap$' -e '^___bzero$' -e '^___error$' -e '^___stderrp$' -e '^__exit$' |
+        -e '^___CFConstantStringClassReference$' -e '^__Unwind_Resume$' -e '^__tlv_bootstrap$' -e '^___bzero$' -e '^___error$' -e '^___stderrp$' -e '^__exit$' |
     none "private symbols"
 
 llvm-objcopy --dump-section="__TEXT,__objc_methname=$work/names" "$program" "$work/copy" || : >"$work/names"
