@@ -22,9 +22,9 @@ file(CREATE_LINK "${gcc_include_folder}/objc" "${objc_headers}/objc" SYMBOLIC)
 set(ZSPACE_FOUNDATION_LIBRARIES gnustep-base objc)
 target_include_directories(zspace_foundation SYSTEM INTERFACE "${objc_headers}" "${GNUSTEP_INCLUDE_FOLDER}")
 target_compile_options(zspace_foundation INTERFACE
-    $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-runtime=gcc>
-    $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-exceptions>
-    $<$<COMPILE_LANGUAGE:OBJCXX>:-fconstant-string-class=NSConstantString>)
+    $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fobjc-runtime=gcc>
+    $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fobjc-exceptions>
+    $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fconstant-string-class=NSConstantString>)
 # What GNUstep's headers must know of how the library itself was built, as `gnustep-config --objc-flags` gives it.
 target_compile_definitions(zspace_foundation INTERFACE
     GNUSTEP GNUSTEP_BASE_LIBRARY=1 GNU_RUNTIME=1 _NATIVE_OBJC_EXCEPTIONS)

@@ -5,7 +5,9 @@
 
 #include "ZSpace/platform/FoundationTypes.h"
 
-#include <cstdarg>
+// Read by C and Objective-C as well, so C headers and C declarations only.
+#include <stdarg.h> // NOLINT(modernize-deprecated-headers)
+#include <stdbool.h> // NOLINT(modernize-deprecated-headers)
 
 /// The log front end: plain functions through which a program writes log lines.
 ///
@@ -22,11 +24,15 @@
 ///
 /// `CNS...` functions take a printf format; `OCNS...` functions take an `NSString` format, in which `%@`
 /// prints an object and which knows the printf conversions, too.
+///
+/// Usable from C, C++, Objective-C and Objective-C++.
 
+#ifdef __cplusplus
 extern "C" {
+#endif
 
-/// Bits of the flags of `CNSInitLog`. Other bits are not looked at.
-enum CNSLogFlags : int {
+/// Bits of the flags of `CNSInitLog`. Other bits are ignored.
+enum CNSLogFlags {
     CNSLogFlagDebug = 0x002, ///< debug lines are written
     CNSLogFlagFile = 0x100, ///< lines go into a new report file
 };
@@ -50,10 +56,10 @@ void CNSDisableFileLogging(void);
 bool CNSDbgLogEnabled(void);
 
 /// Writes one line; a text beyond 4095 bytes is cut there. Formats on the stack.
-[[gnu::format(printf, 1, 2)]] void CNSLog(const char* format, ...);
-[[gnu::format(printf, 1, 0)]] void CLogV(const char* format, va_list arguments);
+__attribute__((format(printf, 1, 2))) void CNSLog(const char* format, ...);
+__attribute__((format(printf, 1, 0))) void CLogV(const char* format, va_list arguments);
 /// As `CNSLog` when debug lines are on; otherwise returns before it formats anything.
-[[gnu::format(printf, 1, 2)]] void CNSDbgLog(const char* format, ...);
+__attribute__((format(printf, 1, 2))) void CNSDbgLog(const char* format, ...);
 
 /// Writes one line, of any length.
 void OCNSLog(NSString* format, ...);
@@ -63,18 +69,20 @@ void OCNSDbgLog(NSString* format, ...);
 
 /// Writes to the system log at `level` (0 emergency to 7 debug), or to the console when it is not open, and
 /// never to the report file. A text beyond 4095 bytes is cut there.
-[[gnu::format(printf, 2, 3)]] void CNSSysLog(int level, const char* format, ...);
+__attribute__((format(printf, 2, 3))) void CNSSysLog(int level, const char* format, ...);
 
 /// Writes the text, cut at 8191 bytes, and behind it the calling thread's call stack.
-[[gnu::format(printf, 1, 2)]] void CNSLogWithStackTrace(const char* format, ...);
+__attribute__((format(printf, 1, 2))) void CNSLogWithStackTrace(const char* format, ...);
 /// As `CNSLogWithStackTrace`, with text of any length.
 void OCNSLogWithStackTrace(NSString* format, ...);
 
 /// Writes a finished text as it stands; null is ignored.
 void CNSLogMsg(const char* text);
 
+#ifdef __cplusplus
 } // extern "C"
 
 /// Adds the calling thread's call stack to `text`, innermost frame first, one line a frame, between a header
 /// and a footer line.
 void OCAppendStackTrace(NSMutableString* text);
+#endif

@@ -3,9 +3,9 @@
 
 #pragma once
 
-/// The host's object types, by name only, so that any header can take a pointer to one.
+/// The host's object types, by name only, so that any header, of C too, can take a pointer to one.
 ///
-/// On a host with Foundation these are Foundation's own classes; elsewhere `platform/posix/` defines
+/// On a host with Foundation these are Foundation's own classes; elsewhere `platform/portable/` defines
 /// counterparts. Code outside `platform/` never looks inside them: it goes through the handles of
 /// `ZSpace/platform/Foundation.h`.
 
@@ -22,13 +22,15 @@
 /// (ARC) leaves it alone.
 #define ZSPACE_COUNTED_BY_HAND __unsafe_unretained
 #else
-struct NSArray;
-struct NSException;
-struct NSFileHandle;
-struct NSMutableString;
-struct NSObject;
-struct NSString;
-struct NSTask;
+// NOLINTBEGIN(modernize-use-using): C reads this, too
+typedef struct NSArray NSArray;
+typedef struct NSException NSException;
+typedef struct NSFileHandle NSFileHandle;
+typedef struct NSMutableString NSMutableString;
+typedef struct NSObject NSObject;
+typedef struct NSString NSString;
+typedef struct NSTask NSTask;
+// NOLINTEND(modernize-use-using)
 
 #define ZSPACE_COUNTED_BY_HAND
 #endif

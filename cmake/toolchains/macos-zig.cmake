@@ -23,6 +23,7 @@ set(zspace_arguments --target=x86_64-macos.10.13 -nostdlib++
     -fno-sanitize=undefined) # Zig's own choice for what is not optimised
 set(CMAKE_C_COMPILER "${zspace_zig}" cc ${zspace_arguments})
 set(CMAKE_CXX_COMPILER "${zspace_zig}" c++ ${zspace_arguments})
+set(CMAKE_OBJC_COMPILER ${CMAKE_C_COMPILER})
 set(CMAKE_OBJCXX_COMPILER ${CMAKE_CXX_COMPILER})
 
 set(ZSPACE_TEST_TARGET --target=x86_64-macos.10.15)
@@ -39,6 +40,7 @@ string(CONCAT zspace_cxx_flags
     "-I${zspace_zig_packages}/lib/libcxx/include -I${zspace_zig_packages}/lib/libcxxabi/include " # before the C headers
     "-include ${zspace_sdk}/libcxx-settings.h "
     "-isystem ${zspace_sdk}/include -iframework ${zspace_sdk}/Frameworks")
+set(CMAKE_OBJC_FLAGS_INIT "-isystem ${zspace_sdk}/include -iframework ${zspace_sdk}/Frameworks")
 set(CMAKE_CXX_FLAGS_INIT "${zspace_cxx_flags}")
 set(CMAKE_OBJCXX_FLAGS_INIT "${zspace_cxx_flags}")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-F${zspace_sdk}/Frameworks -L${zspace_sdk}/lib")
@@ -49,7 +51,7 @@ set(CMAKE_OBJCXX_STANDARD_LIBRARIES "${CMAKE_CXX_STANDARD_LIBRARIES}")
 set(CMAKE_AR "${zspace_zig}")
 set(CMAKE_RANLIB "${zspace_zig}")
 set(CMAKE_INSTALL_NAME_TOOL "${zspace_zig}") # nothing that is installed has names to change
-foreach(language IN ITEMS C CXX OBJCXX)
+foreach(language IN ITEMS C CXX OBJC OBJCXX)
     set(CMAKE_${language}_ARCHIVE_CREATE "<CMAKE_AR> ar qc <TARGET> <OBJECTS>")
     set(CMAKE_${language}_ARCHIVE_APPEND "<CMAKE_AR> ar q <TARGET> <OBJECTS>")
     set(CMAKE_${language}_ARCHIVE_FINISH "<CMAKE_RANLIB> ranlib <TARGET>")

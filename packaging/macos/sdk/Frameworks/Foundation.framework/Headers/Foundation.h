@@ -7,9 +7,9 @@
 // headers of macOS and the runtime's, and no frameworks. On a Mac, Foundation's own headers take this one's
 // place.
 
-#include <cstdarg>
 #include <objc/NSObject.h>
 #include <objc/objc.h>
+#include <stdarg.h>
 
 @class NSArray;
 @class NSDictionary;
@@ -70,8 +70,12 @@ __attribute__((__objc_exception__)) // its type information for `@catch` is the 
 typedef NSUInteger NSSearchPathDirectory;
 typedef NSUInteger NSSearchPathDomainMask;
 
+#ifdef __cplusplus
 extern "C" {
+#endif
 NSArray* NSSearchPathForDirectoriesInDomains(
     NSSearchPathDirectory directory, NSSearchPathDomainMask domains, BOOL expandTilde);
 void NSLog(NSString* format, ...);
+#ifdef __cplusplus
 }
+#endif
