@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // Removes the installed remote-support service: starts the service's own installer in its uninstall mode,
-// logs what was done, and ends at once with status 0, whatever happened.
+// logs that, and exits at once with status 0, whether or not the start succeeded.
 
 #include "ZSpace/log/LogFrontEnd.h"
 #include "ZSpace/platform/Foundation.h"

@@ -2,10 +2,10 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# Installs what is missing, builds the uninstaller, runs it and shows what happened.
+# Installs missing packages, builds the uninstaller, runs it and shows the result.
 #
-#   ./scripts/run.sh          in a private file tree that holds a sample service; the host stays untouched
-#   ./scripts/run.sh --here   against this host's own folders
+#   ./scripts/run.sh          in a private directory tree with a sample service; does not touch the host
+#   ./scripts/run.sh --here   in this host's own directories
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
@@ -18,7 +18,7 @@ program=$PWD/build/release/app/CdkRSUninstaller
 
 case ${1:-} in
 --here)
-    echo "Running $program against this host's own folders"
+    echo "Running $program in this host's own directories"
     status=0
     "$program" || status=$?
     echo "Exit status: $status"
@@ -41,12 +41,12 @@ chmod 755 "$root/$installer"
 cp "$program" "$root/program/"
 
 if ! scripts/private-root.sh "$root" /bin/true 2>/dev/null; then
-    echo "This host does not let you make a private mount namespace (as root it would)."
-    echo "To run the uninstaller against the host's own folders: $0 --here"
+    echo "This host does not let you create a private mount namespace (root can)."
+    echo "To run the uninstaller in the host's own directories: $0 --here"
     exit 1
 fi
 
-echo "Running CdkRSUninstaller where /$service holds a sample service"
+echo "Running CdkRSUninstaller with a sample service in /$service"
 status=0
 scripts/private-root.sh "$root" /program/CdkRSUninstaller 2>"$root/console" || status=$?
 
@@ -65,8 +65,8 @@ show() {
 
 echo
 echo "Exit status: $status"
-show "What the installer saw:" "$root/$service/how-it-was-called"
+show "How the installer was called:" "$root/$service/how-it-was-called"
 for report in "$root"/var/log/com.coraldesk.remote/*.txt; do
-    show "What stands in the report file ${report#"$root"}:" "$report"
+    show "The report file ${report#"$root"}:" "$report"
 done
-show "What was echoed on the console, since debug lines are on:" "$root/console"
+show "The console, to which lines are echoed because debug logging is on:" "$root/console"

@@ -8,8 +8,8 @@
 
 namespace ZSpace::Host {
 
-/// The frames of the calling thread as printable lines, innermost first. Frames inside of the one whose code
-/// holds the address `caller` are left out; when it is not found, all frames are kept. Never empty.
+/// The frames of the calling thread as printable lines, innermost first. Starts at the frame with the return
+/// address `caller`, or at the innermost frame if there is none with that address. Never empty.
 std::vector<std::string> callStackLines(const void* caller);
 
 } // namespace ZSpace::Host

@@ -5,7 +5,7 @@
 
 namespace ZSpace::Host {
 
-/// True when a debugger has attached to this process. Where the system will not tell, the answer is false.
+/// Whether a debugger is attached to this process. False if the system does not tell.
 [[nodiscard]] bool isDebuggerAttached() noexcept;
 
 } // namespace ZSpace::Host

@@ -5,11 +5,10 @@
 
 namespace ZSpace::Host {
 
-/// Copies everything from the current position of the descriptor `from` up to its end to the current position of
-/// `to`, by the fastest way that the host has for these two files. Interrupted calls are repeated, partial writes
-/// continued.
-/// @return 0, or the error number; `to` then holds the part that was copied until then. Where the two positions are
-/// after an error is unspecified.
+/// Copies from the current position of the descriptor `from` up to the end of that file to the current
+/// position of `to`, the fastest way that the host offers. Retries interrupted calls and continues partial
+/// writes.
+/// @return 0, or the error number; part of the contents may then have been copied.
 [[nodiscard]] int copyContents(int from, int to) noexcept;
 
 } // namespace ZSpace::Host

@@ -7,8 +7,8 @@
 
 namespace ZSpace::Host {
 
-/// Opens `path` like `fopen` with one of its six modes ("r", "w", "a", each with or without "+"; a "b" changes nothing),
-/// with a close-on-exec descriptor: programs that the process starts do not inherit it.
+/// Like `fopen`, with a close-on-exec descriptor. `mode` is one of the standard ones, such as "r", "wb" or
+/// "a+".
 /// @return the stream; null on failure, with the reason in `errno`.
 [[nodiscard]] std::FILE* openFileStream(const char* path, const char* mode) noexcept;
 

@@ -17,24 +17,23 @@
 ///     const NS::String file = folder.stringByAppendingPathComponent("a.txt");   // "/Library/a.txt"
 ///     NS::log(NS::String("made %@").native(), file.native());
 ///
-/// Each way into code that uses handles (`main`, a thread's function, an entry point of a library) opens an
-/// `AutoreleasePool` first.
+/// Each entry into code that uses handles (`main`, a thread function, an exported function of a library)
+/// opens an `AutoreleasePool` first.
 ///
-/// A handle holds one retained object, or nothing ("nil"). As with the objects themselves, an operation on
-/// nil does nothing and answers nil, zero or null. Handles may be copied and dropped on any thread; one
-/// handle is not to be changed by two threads at once. Operations that fail raise `NS::Exception` and nothing
-/// else besides `std::bad_alloc`.
+/// A handle retains one object, or is empty ("nil"). As with the objects themselves, an operation on nil does
+/// nothing and returns nil, zero or null. Handles may be copied and destroyed on any thread, but two threads
+/// must not modify the same handle concurrently. Operations that fail throw `NS::Exception`; besides that
+/// they throw only `std::bad_alloc`.
 namespace ZSpace::NS {
 
 namespace detail {
-/// Raises and lowers the count of a host object; both ignore null. Defined by each host for each native type.
-template <typename Native>
-void retain(Native* object) noexcept;
-template <typename Native>
-void release(Native* object) noexcept;
+/// Adds or drops a reference to an object of the host; both ignore null. Every native class derives from
+/// `NSObject` and begins with it.
+void retain(NSObject* object) noexcept;
+void release(NSObject* object) noexcept;
 } // namespace detail
 
-/// Owner of one count of a host object of the type `Native`.
+/// Owns one reference to a host object of the type `Native`.
 template <typename Native>
 class Handle {
 public:
@@ -42,7 +41,7 @@ public:
     Handle(const Handle& other) noexcept
         : m_native(other.m_native)
     {
-        detail::retain(m_native);
+        retain(m_native);
     }
     Handle(Handle&& other) noexcept
         : m_native(std::exchange(other.m_native, nullptr))
@@ -53,7 +52,7 @@ public:
         std::swap(m_native, other.m_native);
         return *this;
     }
-    ~Handle() { detail::release(m_native); }
+    ~Handle() { detail::release(objectOf(m_native)); }
 
     /// The object, still owned by this handle; null for nil.
     [[nodiscard]] Native* native() const noexcept { return m_native; }
@@ -61,19 +60,29 @@ public:
     [[nodiscard]] explicit operator bool() const noexcept { return m_native != nullptr; }
 
 protected:
-    /// Takes over a count that the caller holds.
+    /// Adopts a reference that the caller owns.
     explicit Handle(Native* adopted) noexcept
         : m_native(adopted)
     {
     }
 
+    /// Adds a reference to `native`, for a handle to adopt.
+    static Native* retain(Native* native) noexcept
+    {
+        detail::retain(objectOf(native));
+        return native;
+    }
+
 private:
+    // Where the native types are only declared, no other cast can express that they are objects.
+    static NSObject* objectOf(Native* native) noexcept { return reinterpret_cast<NSObject*>(native); }
+
     Native* ZSPACE_COUNTED_BY_HAND m_native = nullptr;
 };
 
-/// Bounds the life of what the host's operations hand out without a count: the texts of `UTF8String`
-/// foremost. They are valid until the calling thread's innermost pool ends. Pools nest, and live on the stack
-/// of one thread.
+/// Bounds the lifetime of what the host returns without transferring ownership, above all the strings of
+/// `UTF8String`: they stay valid until the innermost pool of the calling thread is destroyed. Pools nest, and
+/// live on the stack of one thread.
 class AutoreleasePool {
 public:
     AutoreleasePool() noexcept;
@@ -82,7 +91,7 @@ public:
     ~AutoreleasePool(); // NOLINT(performance-trivially-destructible): not where there are pools
 
 private:
-    [[maybe_unused]] void* m_pool = nullptr; // the host's own; hosts without pools have none
+    [[maybe_unused]] void* m_pool = nullptr; // stays null on hosts without pools
 };
 
 /// Any object, where only its printed form matters.
@@ -92,85 +101,90 @@ public:
     static Object adopt(NSObject* object) noexcept { return Object(object); }
 };
 
-/// Text that does not change.
+/// An immutable string.
 class String : public Handle<NSString> {
 public:
     /// nil.
     String() noexcept = default;
-    /// A copy of the UTF-8 text; null gives nil. Text that is no UTF-8 is kept as far as the host can: it
-    /// never gives nil. Not explicit: a literal may stand wherever a string is taken.
+    /// Copies a null-terminated UTF-8 string; null becomes nil. Bytes that are not valid UTF-8 are preserved
+    /// as far as the host allows, and never lead to nil. Not explicit, so that literals convert.
     String(const char* utf8);
     String(const std::string& utf8);
 
-    /// Takes over a count of `text`.
-    static String adopt(NSString* text) noexcept { return String(text, Adopted::Yes); }
-    /// Takes a count of its own of `text`.
-    static String retain(NSString* text) noexcept;
-    /// The text of `format` with `%@` for objects and all printf conversions, widths by `*` and positions
-    /// (`%1$@`) included. A null format gives the empty text. The result has no length limit.
+    /// Adopts a reference to `string`.
+    static String adopt(NSString* string) noexcept { return String(string, Adopted::Yes); }
+    /// Adds a reference to `string`.
+    static String retain(NSString* string) noexcept { return adopt(Handle::retain(string)); }
+    /// Formats with `%@` for objects and every printf conversion, including `*` and positions (`%1$@`). A
+    /// null format yields the empty string. The length of the result is not limited.
     static String stringWithFormat(NSString* format, std::va_list arguments);
 
-    /// The text as UTF-8, valid as long as both the object and the pool around the call; null for nil.
+    /// The string as UTF-8, valid while both the object and the pool around the call exist; null for nil.
     [[nodiscard]] const char* UTF8String() const noexcept;
-    /// This path and `component` with exactly one separator between them; nil when this or `component` is
-    /// nil.
-    /// "/a" and "b/c" give "/a/b/c"; "/a/" and "b" give "/a/b"; "" and "b" give "b".
+    /// Joins this path and `component` with exactly one separator; nil if either is nil.
+    /// "/a" + "b/c" is "/a/b/c", "/a/" + "b" is "/a/b", "" + "b" is "b".
     [[nodiscard]] String stringByAppendingPathComponent(const String& component) const;
 
 private:
     enum class Adopted { Yes };
-    String(NSString* text, Adopted) noexcept
-        : Handle(text)
+    String(NSString* string, Adopted) noexcept
+        : Handle(string)
     {
     }
 };
 
-/// Text that can grow.
+/// A string that can be appended to.
 class MutableString : public Handle<NSMutableString> {
 public:
     /// nil.
     MutableString() noexcept = default;
-    /// As the constructor of `String`.
+    /// Like the constructor of `String`.
     explicit MutableString(const char* utf8);
 
-    /// Takes over a count of `text`.
-    static MutableString adopt(NSMutableString* text) noexcept { return MutableString(text, Adopted::Yes); }
-    /// Takes a count of its own of `text`; both then refer to the same text.
-    static MutableString retain(NSMutableString* text) noexcept;
-    /// As `String::stringWithFormat`.
+    /// Adopts a reference to `string`.
+    static MutableString adopt(NSMutableString* string) noexcept
+    {
+        return MutableString(string, Adopted::Yes);
+    }
+    /// Adds a reference to `string`; both then share the same object.
+    static MutableString retain(NSMutableString* string) noexcept { return adopt(Handle::retain(string)); }
+    /// Like `String::stringWithFormat`.
     static MutableString stringWithFormat(NSString* format, std::va_list arguments);
 
-    /// The text as UTF-8; null for nil. Valid until the text is changed or freed, or the pool around the call
-    /// ends.
+    /// The string as UTF-8; null for nil. Valid until the string is modified or freed, or the pool around the
+    /// call is destroyed.
     [[nodiscard]] const char* UTF8String() const noexcept;
-    /// Adds `text` at the end; nil adds nothing.
-    void appendString(const String& text);
+    /// Appends `string`; nil appends nothing.
+    void appendString(const String& string);
 
 private:
     enum class Adopted { Yes };
-    MutableString(NSMutableString* text, Adopted) noexcept
-        : Handle(text)
+    MutableString(NSMutableString* string, Adopted) noexcept
+        : Handle(string)
     {
     }
 };
 
-/// An ordered, unchanging list of strings.
+/// An immutable array of strings.
 class Array : public Handle<NSArray> {
 public:
     /// nil.
     Array() noexcept = default;
-    /// The strings in the given order. A nil item raises, since a list cannot hold nothing.
-    static Array arrayWithObjects(std::initializer_list<String> items);
+    /// The strings in the given order. Throws if one of them is nil.
     static Array arrayWithObjects(const String* items, std::size_t count);
-    /// Takes over a count of `array`.
+    static Array arrayWithObjects(std::initializer_list<String> items)
+    {
+        return arrayWithObjects(items.begin(), items.size());
+    }
+    /// Adopts a reference to `array`.
     static Array adopt(NSArray* array) noexcept { return Array(array, Adopted::Yes); }
-    /// Takes a count of its own of `array`.
-    static Array retain(NSArray* array) noexcept;
+    /// Adds a reference to `array`.
+    static Array retain(NSArray* array) noexcept { return adopt(Handle::retain(array)); }
 
     [[nodiscard]] std::size_t count() const noexcept;
-    /// The item at `index`; an index at or past the end raises.
+    /// The item at `index`. Throws if `index` is at or past the end.
     [[nodiscard]] String objectAtIndex(std::size_t index) const;
-    /// The first item; nil when there is none.
+    /// The first item; nil if the array is empty.
     [[nodiscard]] String firstObject() const;
 
 private:
@@ -181,35 +195,35 @@ private:
     }
 };
 
-/// What an operation raises when it fails. Thrown by value, caught by reference.
+/// What an operation throws when it fails. Thrown by value, caught by reference.
 class Exception : public Handle<NSException> {
 public:
-    /// Takes over a count of `exception`.
+    /// Adopts a reference to `exception`.
     static Exception adopt(NSException* exception) noexcept { return Exception(exception); }
-    /// Throws an exception with the call stack of the caller. Has no user information.
+    /// Throws an exception with the caller's call stack and without user information.
     [[noreturn]] static void raise(const String& name, const String& reason);
 
     /// The kind of failure, for example "NSInvalidArgumentException".
     [[nodiscard]] String name() const;
-    /// What failed and why, for a person to read.
+    /// What failed and why, in words.
     [[nodiscard]] String reason() const;
-    /// Further details; nil when there are none.
+    /// Further details; nil if there are none.
     [[nodiscard]] Object userInfo() const;
-    /// Where it was raised, innermost frame first; nil where the host did not note it.
+    /// Where it was thrown, innermost frame first; nil if the host did not record it.
     [[nodiscard]] Array callStackSymbols() const;
 
 private:
     using Handle::Handle;
 };
 
-/// An end for a child's input or output.
+/// A destination for a child's output.
 class FileHandle : public Handle<NSFileHandle> {
 public:
     /// nil.
     FileHandle() noexcept = default;
-    /// The device that swallows all output and has no input. It is opened for the child when a task starts.
+    /// The null device, which discards all output. It is opened for the child when a task starts.
     static FileHandle fileHandleWithNullDevice();
-    /// Takes over a count of `file`.
+    /// Adopts a reference to `file`.
     static FileHandle adopt(NSFileHandle* file) noexcept { return FileHandle(file, Adopted::Yes); }
 
 private:
@@ -222,50 +236,49 @@ private:
 
 /// A child process: described first, then started once.
 ///
-/// The child gets the launch path as its argument 0, the arguments behind it, this process's environment and
-/// folder, and the descriptors 0, 1 and 2 only. No shell takes part. The child is never waited for and
-/// outlives this process. Process group, signal mask and dispositions are as this process was itself started
-/// with, unless Foundation decides otherwise.
+/// The child gets the launch path as argument 0, followed by the arguments, and inherits the environment, the
+/// working directory and the descriptors 0, 1 and 2, and no others. No shell is involved. The child is never
+/// waited for and may outlive this process. It gets the process group, signal mask and dispositions that this
+/// process was itself started with, unless Foundation decides otherwise.
 class Task : public Handle<NSTask> {
 public:
     Task();
 
     void setLaunchPath(const String& path);
     void setArguments(const Array& arguments);
-    /// Where the child's standard output goes; nil leaves it as inherited.
+    /// Redirects the child's standard output; with nil it is inherited.
     void setStandardOutput(const FileHandle& file);
-    /// Where the child's standard error goes; nil leaves it as inherited.
+    /// Redirects the child's standard error; with nil it is inherited.
     void setStandardError(const FileHandle& file);
     [[nodiscard]] String launchPath() const;
     [[nodiscard]] Array arguments() const;
 
-    /// Starts the child and returns at once. Raises "NSInvalidArgumentException", before it returns, when the
-    /// child cannot be started; the reason names the launch path and says what is wrong, in the host's words.
+    /// Starts the child and returns at once. If the child cannot be started, throws an exception named
+    /// "NSInvalidArgumentException" whose reason names the launch path and the system's error.
     void launch();
 };
 
 /// The calling thread.
 class Thread {
 public:
-    /// One line for each frame of the calling thread, innermost first, in the host's own form. Without
-    /// Foundation: the caller of this function first, and for each frame its number, the module, the address
-    /// and, where the module's symbols tell, the demangled name with the offset into it; never empty. Reads
-    /// the symbols from the modules' files, so it is meant for the rare line, not for every line.
+    /// One line per frame of the calling thread, innermost first, in the host's own format. Without
+    /// Foundation the first frame is the caller of this function, and each line has the frame's number,
+    /// module and address, and the demangled name with the offset into it if the module has a symbol for it;
+    /// never empty. Slow: reads the modules' files.
     static Array callStackSymbols();
 };
 
-/// The kinds of folder and the domains to ask `searchPathForDirectoriesInDomains` for, with the host's own
-/// numbers.
+/// The arguments of `searchPathForDirectoriesInDomains`, with Foundation's own numbers.
 enum class SearchPathDirectory : unsigned long { ApplicationSupport = 14 };
 enum class SearchPathDomainMask : unsigned long { MachineWide = 8 };
 enum class ExpandTilde : bool { No, Yes };
 
-/// The folders of a kind in the given domains, nearest first; empty when the host has none.
+/// The directories of a kind in the given domains, in order of preference; empty if the host has none.
 Array searchPathForDirectoriesInDomains(
     SearchPathDirectory directory, SearchPathDomainMask domains, ExpandTilde expandTilde);
 
-/// Writes one line to standard error: local date and time with milliseconds, program, process and thread
-/// numbers, and the formatted text (`%@` and printf conversions). Ignores failures. With Foundation it is
+/// Writes one line to standard error: local date and time with milliseconds, program name, process and thread
+/// id, and the formatted string (`%@` and printf conversions). Ignores failures. With Foundation this is
 /// Foundation's own `NSLog`; elsewhere a single `write` takes the whole line.
 void log(NSString* format, ...);
 

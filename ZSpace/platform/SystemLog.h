@@ -5,22 +5,20 @@
 
 namespace ZSpace::Host {
 
-/// An open connection to the system log, and the template that its messages start from. Neither is ever
-/// closed.
+/// An open connection to the system log, and the template for its messages. Neither is ever closed.
 struct SystemLogClient;
 struct SystemLogMessage;
 
-/// Levels as the system log numbers them.
+/// The level of a notice; levels run from 0 (emergency) to 7 (debug).
 inline constexpr int SystemLogNotice = 5;
 
 enum class CopyToStandardError : bool { No, Yes };
 
-/// Opens the system log with `ident` (copied; null is no name) in front of every message.
+/// Opens the system log with the sender name `ident`, which is copied; null selects the host's default.
 SystemLogClient* openSystemLog(const char* ident, CopyToStandardError copy) noexcept;
-/// Makes a message template of the plain message type.
+/// Creates a template of the plain message type.
 SystemLogMessage* newSystemLogMessage() noexcept;
-/// Writes `text` as it stands (never as a format). A level outside 0 (emergency) to 7 (debug) counts as the
-/// nearer end. May be called from any thread.
+/// Writes `text` verbatim; it is never used as a format. Clamps `level` to the valid range. Thread-safe.
 void writeSystemLog(SystemLogClient* client, SystemLogMessage* message, int level, const char* text) noexcept;
 
 } // namespace ZSpace::Host

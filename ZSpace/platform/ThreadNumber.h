@@ -5,8 +5,8 @@
 
 namespace ZSpace::Host {
 
-/// The number by which the system's own tools name the calling thread. Costs no system call after a thread's
-/// first one; a forked child gets its own number.
+/// The id of the calling thread in the system's own tools. Makes a system call only the first time in a
+/// thread. After `fork` the child reports its own id.
 [[nodiscard]] unsigned int threadNumber() noexcept;
 
 } // namespace ZSpace::Host

@@ -36,7 +36,7 @@ inline long countOf(const std::string& text, const std::string& part)
     return count;
 }
 
-/// The signals of a line of the report, without the two that the C library keeps to itself (32 and 33).
+/// The signal mask in a line of the report, without the signals that the C library reserves (32 and 33).
 inline unsigned long long maskIn(const std::string& report, const std::string& name)
 {
     const std::size_t line = report.find(name + ":\t");
@@ -89,7 +89,7 @@ protected:
         return run([=] { close(descriptor); });
     }
 
-    /// What the stand-in installer says of its start; waits for it.
+    /// What the probe installer reports about its start. Waits for it.
     [[nodiscard]] std::string report() const
     {
         waitUntil([&] { return std::filesystem::exists(inRoot(s_service + "/report")); });
@@ -108,7 +108,7 @@ protected:
         return files;
     }
 
-    /// All that was logged, wherever it went.
+    /// Everything that was logged, to the console and to report files.
     [[nodiscard]] std::string logged(const Outcome& outcome) const
     {
         std::string text = outcome.standardError;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The program on GNUstep: what its task does otherwise.
+// The program on GNUstep, whose task behaves differently.
 
 #include "tests/app/UninstallerFixture.h"
 
@@ -17,7 +17,7 @@ using testing::Not;
 
 class UninstallerGnustep : public Uninstaller {
 protected:
-    /// GNUstep takes a start for done once there is a process, whatever that process then fails to do.
+    /// GNUstep reports success once there is a process, even if that process then cannot execute the program.
     void expectUnnoticedFailure(const Outcome& outcome) const
     {
         EXPECT_TRUE(outcome.hasExited);
@@ -28,13 +28,13 @@ protected:
     }
 };
 
-TEST_F(UninstallerGnustep, LooksIntoTheApplicationSupportFolderOfGnustepItself)
+TEST_F(UninstallerGnustep, SearchesTheApplicationSupportDirectoryOfGnustep)
 {
     EXPECT_THAT(logged(run([] { unsetenv("GNUSTEP_CONFIG_FILE"); })),
         HasSubstr("Running uninstall script: /usr/lib/GNUstep/ApplicationSupport/com.coraldesk.remote/bin/"));
 }
 
-TEST_F(UninstallerGnustep, TheFailureLineHoldsModulesAndAddresses)
+TEST_F(UninstallerGnustep, TheFailureLineContainsModulesAndAddresses)
 {
     EXPECT_THAT(logged(run()), ContainsRegex("stack:\n\\(\"[^ ]*\\([^)]*\\) \\[0x[0-9a-f]+\\]\".*\"\\)\n"));
 }
@@ -45,7 +45,7 @@ TEST_F(UninstallerGnustep, AFileWithoutExecutePermissionIsAFailedStart)
     expectFailedStart(run(), "NSTask - launch path (" + s_installer + ") not valid");
 }
 
-TEST_F(UninstallerGnustep, AFolderIsStartedAndItsFailureGoesUnnoticed)
+TEST_F(UninstallerGnustep, ADirectoryIsStartedAndItsFailureGoesUnnoticed)
 {
     fs::create_directories(inRoot(s_installer));
     expectUnnoticedFailure(run());
@@ -63,7 +63,7 @@ TEST_F(UninstallerGnustep, AFileOfNoExecutableFormatGoesUnnoticedAndNoShellRunsI
     expectUnnoticedFailure(run());
 }
 
-TEST_F(UninstallerGnustep, ADescriptorFarUpReachesTheInstaller)
+TEST_F(UninstallerGnustep, TheInstallerInheritsAHighDescriptor)
 {
     installProbe();
     run([] { dup2(STDOUT_FILENO, 500); });
@@ -77,7 +77,7 @@ TEST_F(UninstallerGnustep, TheInstallerLeadsASessionOfItsOwn)
     EXPECT_THAT(report(), Not(HasSubstr("\ngroup: " + std::to_string(getpgrp()) + "\n")));
 }
 
-TEST_F(UninstallerGnustep, TheInstallerGetsDefaultDispositionsWhateverTheLauncherHad)
+TEST_F(UninstallerGnustep, TheInstallerGetsDefaultDispositionsInAnyCase)
 {
     installProbe();
     run([] {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The program on hosts without Foundation: what it says of a failed start, what its installer inherits, and
-// how little of the host it needs.
+// The program on hosts without Foundation: failed starts, what the installer inherits, and how little of the
+// host is needed.
 
 #include "tests/app/UninstallerFixture.h"
 
@@ -17,47 +17,47 @@ using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
 
-using UninstallerPosix = Uninstaller;
+using UninstallerPortable = Uninstaller;
 
-TEST_F(UninstallerPosix, TheFailureLineHoldsTheCallStackAsAList)
+TEST_F(UninstallerPortable, TheFailureLineContainsTheCallStackAsAnArray)
 {
     const Outcome outcome = run();
     EXPECT_THAT(logged(outcome), ContainsRegex("stack:\n\\(\"0 .*0x[0-9a-f]+ .*main \\+ [0-9]+.*\"\\)\n"));
 }
 
-TEST_F(UninstallerPosix, AFileWithoutExecutePermissionIsAFailedStart)
+TEST_F(UninstallerPortable, AFileWithoutExecutePermissionIsAFailedStart)
 {
     installFile("#!/bin/sh\n", 0644);
     expectFailedStart(run(), "Permission denied (error 13): the file may not be executed");
 }
 
-TEST_F(UninstallerPosix, AFolderIsAFailedStart)
+TEST_F(UninstallerPortable, ADirectoryIsAFailedStart)
 {
     fs::create_directories(inRoot(s_installer));
     expectFailedStart(run(), "Permission denied (error 13): this is a folder");
 }
 
-TEST_F(UninstallerPosix, AMissingInterpreterIsAFailedStart)
+TEST_F(UninstallerPortable, AMissingInterpreterIsAFailedStart)
 {
     installFile("#!/no/such/interpreter\n", 0755);
     expectFailedStart(run(), "No such file or directory (error 2): the file exists, but the interpreter");
 }
 
-TEST_F(UninstallerPosix, AFileOfNoExecutableFormatIsAFailedStartAndNoShellRunsIt)
+TEST_F(UninstallerPortable, AFileOfNoExecutableFormatIsAFailedStartAndNoShellRunsIt)
 {
     installFile("echo ran > '" + s_service + "/report'\n", 0755);
     expectFailedStart(run(), "Exec format error (error 8)");
     EXPECT_FALSE(fs::exists(inRoot(s_service + "/report")));
 }
 
-TEST_F(UninstallerPosix, AMissingNullDeviceIsAFailedStart)
+TEST_F(UninstallerPortable, AMissingNullDeviceIsAFailedStart)
 {
     installProbe();
     expectFailedStart(run([] {}, {.nullDevice = true}), "its output could not be sent to /dev/null");
     EXPECT_FALSE(fs::exists(inRoot(s_service + "/report")));
 }
 
-TEST_F(UninstallerPosix, ADescriptorLimitDoesNotChangeTheStatus)
+TEST_F(UninstallerPortable, ADescriptorLimitDoesNotChangeTheStatus)
 {
 #ifdef ZSPACE_SANITIZED
     GTEST_SKIP() << "the sanitizer's own start needs descriptors";
@@ -74,7 +74,7 @@ TEST_F(UninstallerPosix, ADescriptorLimitDoesNotChangeTheStatus)
     }
 }
 
-TEST_F(UninstallerPosix, NeedsNoProcFileSystem)
+TEST_F(UninstallerPortable, NeedsNoProcFileSystem)
 {
 #ifdef ZSPACE_SANITIZED
     GTEST_SKIP() << "the sanitizer's own start needs /proc";
@@ -84,21 +84,21 @@ TEST_F(UninstallerPosix, NeedsNoProcFileSystem)
     EXPECT_THAT(logged(outcome), ContainsRegex("stack:\n\\(\"0 .*\"\\)\n"));
 }
 
-TEST_F(UninstallerPosix, TheInstallerGetsNoDescriptorHoweverFarUp)
+TEST_F(UninstallerPortable, TheInstallerInheritsNoHighDescriptor)
 {
     installProbe();
     run([] { dup2(STDOUT_FILENO, 500); });
     EXPECT_THAT(report(), Not(HasSubstr("descriptor 500")));
 }
 
-TEST_F(UninstallerPosix, TheInstallerStaysInTheProcessGroup)
+TEST_F(UninstallerPortable, TheInstallerStaysInTheProcessGroup)
 {
     installProbe();
     run();
     EXPECT_THAT(report(), HasSubstr("\ngroup: " + std::to_string(getpgrp()) + "\n"));
 }
 
-TEST_F(UninstallerPosix, TheInstallerGoesOnIgnoringSignals)
+TEST_F(UninstallerPortable, TheInstallerKeepsIgnoringSignals)
 {
     installProbe();
     const Outcome outcome = run([] {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The built program, run with real children in a file tree of the test's own.
+// The built program, run with real children in a private root.
 
 #include "tests/app/UninstallerFixture.h"
 
@@ -40,7 +40,7 @@ TEST_F(Uninstaller, StartsTheInstallerWithItsPathAndTwoArguments)
 const std::string s_linePrefix =
     "[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} Thread\\[[0-9a-f]+\\]:";
 
-TEST_F(Uninstaller, LogsOneLineBeforeTheStartAndNothingAfterIt)
+TEST_F(Uninstaller, LogsOneLineBeforeTheStartAndNothingAfterwards)
 {
     installProbe();
     const Outcome outcome = run();
@@ -54,13 +54,13 @@ TEST_F(Uninstaller, LogsOneLineBeforeTheStartAndNothingAfterIt)
     EXPECT_EQ(outcome.standardOutput, "");
 }
 
-TEST_F(Uninstaller, LeavesAReportFileOfEachRun)
+TEST_F(Uninstaller, WritesOneReportFilePerRun)
 {
     installProbe();
     constexpr std::size_t runs = 5;
     for (std::size_t i = 0; i < runs; ++i) {
         EXPECT_EQ(run([] { umask(077); }).status, 0);
-        std::this_thread::sleep_for(std::chrono::milliseconds(2)); // names tell milliseconds
+        std::this_thread::sleep_for(std::chrono::milliseconds(2)); // names have millisecond resolution
     }
     ASSERT_EQ(reportFiles().size(), runs);
     for (const fs::path& file : reportFiles()) {
@@ -72,17 +72,17 @@ TEST_F(Uninstaller, LeavesAReportFileOfEachRun)
     EXPECT_FALSE(fs::exists(inRoot("/home/CdLogs")));
 }
 
-TEST_F(Uninstaller, RunsWithoutALogFolder)
+TEST_F(Uninstaller, RunsWithoutALogDirectory)
 {
     installProbe();
     fs::remove_all(inRoot("/var/log"));
     const Outcome outcome = run();
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.standardError, EndsWith("] " + s_startLine + "\n")); // the console's form
+    EXPECT_THAT(outcome.standardError, EndsWith("] " + s_startLine + "\n")); // in the format of the console
     EXPECT_FALSE(report().empty());
 }
 
-TEST_F(Uninstaller, RunsWithALogFolderThatIsAFile)
+TEST_F(Uninstaller, RunsIfTheLogDirectoryIsAFile)
 {
     installProbe();
     writeFile(inRoot("/var/log/com.coraldesk.remote"), "");
@@ -92,7 +92,7 @@ TEST_F(Uninstaller, RunsWithALogFolderThatIsAFile)
     EXPECT_FALSE(report().empty());
 }
 
-TEST_F(Uninstaller, TheReportFileNeverTakesAStandardDescriptor)
+TEST_F(Uninstaller, TheReportFileNeverGetsAStandardDescriptor)
 {
     installProbe();
     const Outcome outcome = run([] {
@@ -104,7 +104,7 @@ TEST_F(Uninstaller, TheReportFileNeverTakesAStandardDescriptor)
     EXPECT_THAT(contentOf(reportFiles()[0]), MatchesRegex(s_linePrefix + "\t[^\n]*\n")); // and no echo
 }
 
-TEST_F(Uninstaller, ReturnsWhileTheInstallerGoesOnRunning)
+TEST_F(Uninstaller, ReturnsWhileTheInstallerIsStillRunning)
 {
     installProbe();
     writeFile(inRoot(s_service + "/linger"), "");
@@ -116,7 +116,7 @@ TEST_F(Uninstaller, ReturnsWhileTheInstallerGoesOnRunning)
     EXPECT_TRUE(waitUntil([&] { return hasEnded(); }));
 }
 
-TEST_F(Uninstaller, NothingThatTheInstallerPrintsReachesTheTerminal)
+TEST_F(Uninstaller, OutputOfTheInstallerIsDiscarded)
 {
     installProbe();
     const Outcome outcome = run();
@@ -134,7 +134,7 @@ TEST_F(Uninstaller, CommandLineArgumentsChangeNothing)
     EXPECT_THAT(report(), HasSubstr("argument 1: -uninstall\nargument 2: YES\nSigBlk"));
 }
 
-TEST_F(Uninstaller, AMissingInstallerIsLoggedAndTheStatusIsStillZero)
+TEST_F(Uninstaller, AMissingInstallerIsLoggedAndTheStatusIsZero)
 {
     const Outcome outcome = run();
     expectFailedStart(outcome, reasonForMissing(s_installer) + " userinfo:(null)\nstack:\n(");
@@ -153,7 +153,7 @@ TEST_F(Uninstaller, TheInstallerGetsNoDescriptorBeyondTheThreeStandardOnes)
         ContainsRegex("^descriptor 0: .*\ndescriptor 1: /dev/null\ndescriptor 2: /dev/null\nargument"));
 }
 
-TEST_F(Uninstaller, TheInstallerReadsTheInheritedStandardInput)
+TEST_F(Uninstaller, TheInstallerInheritsStandardInput)
 {
     installProbe();
     writeFile(inRoot("/tmp/input"), "");
@@ -161,7 +161,7 @@ TEST_F(Uninstaller, TheInstallerReadsTheInheritedStandardInput)
     EXPECT_THAT(report(), ContainsRegex("^descriptor 0: .*/tmp/input\n"));
 }
 
-TEST_F(Uninstaller, TheInstallerGetsEnvironmentAndFolderAsInherited)
+TEST_F(Uninstaller, TheInstallerInheritsEnvironmentAndWorkingDirectory)
 {
     installProbe();
     const Outcome outcome = run([] {
@@ -174,7 +174,7 @@ TEST_F(Uninstaller, TheInstallerGetsEnvironmentAndFolderAsInherited)
     EXPECT_THAT(report(), HasSubstr("\nvariable: as inherited\n"));
 }
 
-TEST_F(Uninstaller, TheInstallerGetsDefaultDispositionsWhereTheLauncherHadThem)
+TEST_F(Uninstaller, TheInstallerGetsTheDefaultDispositionsThatTheLauncherHad)
 {
     installProbe();
     run([] {
@@ -222,7 +222,7 @@ TEST_F(Uninstaller, ClosedStandardStreamsChangeNothing)
     EXPECT_THAT(report(), HasSubstr("argument 2: YES\n"));
 }
 
-TEST_F(Uninstaller, ClosedStandardStreamsWithoutANullDeviceStillGiveStatusZero)
+TEST_F(Uninstaller, TheStatusIsZeroWithClosedStandardStreamsAndNoNullDevice)
 {
     const Outcome outcome = run(
         [] {
@@ -259,7 +259,7 @@ TEST_F(Uninstaller, AClosedPipeAsStandardErrorChangesNothing)
     EXPECT_THAT(report(), HasSubstr("argument 2: YES\n"));
 }
 
-TEST_F(Uninstaller, AFileSizeLimitDoesNotEndTheProgram)
+TEST_F(Uninstaller, AFileSizeLimitIsNotFatal)
 {
 #ifdef ZSPACE_SANITIZED
     GTEST_SKIP() << "the sanitizer's own start writes files";
@@ -285,7 +285,7 @@ TEST_F(Uninstaller, SignalsIgnoredByItsParentChangeNothing)
     EXPECT_THAT(report(), HasSubstr("argument 2: YES\n"));
 }
 
-TEST_F(Uninstaller, ManyAtOnceEachStartAnInstaller)
+TEST_F(Uninstaller, ConcurrentLaunchersEachStartAnInstaller)
 {
     installFile("#!/bin/sh\necho \"$$ $*\" >> '" + s_service + "/calls'\n", 0755);
     constexpr int count = 8;

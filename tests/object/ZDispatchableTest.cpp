@@ -7,7 +7,7 @@
 #include "ZSpace/object/ZObject.h"
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/Probes.h"
-#include "tests/support/VirtualSlots.h"
+#include "tests/support/Slots.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ using testing::ElementsAre;
 using ZSpace::Testing::AllocationFault;
 using ZSpace::Testing::asWord;
 using ZSpace::Testing::blocksAlive;
-using ZSpace::Testing::virtualSlotOf;
+using ZSpace::Testing::slotOf;
 using ZSpace::Testing::wordAt;
 
 using Lock = ZThreadLock_T<pthread_mutex_t>;
@@ -120,15 +120,15 @@ TEST(ZObjectTest, CountStandsBehindTheTablePointerAndThenTheMethods)
 
 TEST(ZObjectTest, VirtualOperationsStandBehindTheDestructors)
 {
-    EXPECT_EQ(virtualSlotOf(&ZObject::invokeByName), 2u);
-    EXPECT_EQ(virtualSlotOf(&ZObject::InvokableMethods), 3u);
-    EXPECT_EQ(virtualSlotOf(&ZObject::InvokableMethod), 4u);
+    EXPECT_EQ(slotOf(&ZObject::invokeByName), 2u);
+    EXPECT_EQ(slotOf(&ZObject::InvokableMethods), 3u);
+    EXPECT_EQ(slotOf(&ZObject::InvokableMethod), 4u);
 }
 
 TEST(ZDispatchMethodTest, NameIsTheFirstOperationAndTheDestructorsFollow)
 {
-    EXPECT_EQ(virtualSlotOf(&Method::Name), 0u);
-    EXPECT_EQ(virtualSlotOf(&Method::invoke), 3u);
+    EXPECT_EQ(slotOf(&Method::Name), 0u);
+    EXPECT_EQ(slotOf(&Method::invoke), 3u);
 }
 
 // The table

@@ -15,7 +15,7 @@
 
 namespace ZSpace::Testing {
 
-/// In a namespace, so that the name must have been demangled to be found.
+/// In a namespace, so that its name is found only if it was demangled.
 [[gnu::noinline]] NS::Array innerFrame()
 {
     NS::Array symbols = NS::Thread::callStackSymbols();
@@ -63,7 +63,7 @@ TEST(CallStack, ALineHasNumberModuleAddressNameAndOffset)
     return symbols;
 }
 
-TEST(CallStack, ADeepStackIsCutAtItsOuterEnd)
+TEST(CallStack, ADeepStackIsTruncatedAtItsOuterEnd)
 {
     const NS::Array symbols = recurse(300);
     EXPECT_GT(symbols.count(), 100U);
@@ -96,7 +96,7 @@ TEST(ElfSymbols, BrokenFilesHaveNoSymbols)
     EXPECT_EQ(Host::ElfSymbols(file.c_str()).functionAt(1).name, nullptr);
     std::string wild = program;
     for (std::size_t i = 40; i < 48; ++i)
-        wild[i] = '\xFF'; // the section table's place
+        wild[i] = '\xFF'; // the offset of the section table
     writeFile(file, wild);
     EXPECT_EQ(Host::ElfSymbols(file.c_str()).functionAt(1).name, nullptr);
 }

@@ -9,11 +9,11 @@
 
 namespace ZSpace::Testing {
 
-/// What `work` throws; nil when it throws nothing. In a file of its own, since no C++ `catch` may stand in an
+/// What `work` throws; nil if it throws nothing. Not inline, since a C++ `catch` does not work in an
 /// Objective-C++ file.
 NS::Exception thrownBy(const std::function<void()>& work);
 
-/// True when `work` throws a `std::runtime_error`.
+/// Whether `work` throws a `std::runtime_error`.
 bool throwsRuntimeError(const std::function<void()>& work);
 
 } // namespace ZSpace::Testing

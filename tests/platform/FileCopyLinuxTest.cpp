@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Files whose contents the kernel makes up have no size; they are copied all the same.
+// Files whose contents the kernel generates have size 0.
 
 #include "ZSpace/platform/FileCopy.h"
 #include "tests/support/TemporaryFolder.h"
@@ -17,7 +17,7 @@
 namespace ZSpace::Testing {
 namespace {
 
-TEST(FileCopyLinux, AFileOfProcIsNotTakenForEmpty)
+TEST(FileCopyLinux, CopiesFilesOfProc)
 {
     const TemporaryFolder folder;
     const std::string target = (folder.path() / "to").string();

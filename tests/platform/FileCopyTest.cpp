@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Contents are copied whole, from every kind of file to every other.
+// Copying contents between files of all kinds.
 
 #include "ZSpace/platform/FileCopy.h"
 
@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Text of `size` bytes without a short period.
+/// A string of `size` bytes without a short period.
 std::string someText(std::size_t size)
 {
     std::string text(size, ' ');
@@ -44,7 +44,7 @@ protected:
     TemporaryFolder m_folder;
 };
 
-TEST_F(FileCopy, CopiesEverySizeWhole)
+TEST_F(FileCopy, CopiesEverySizeCompletely)
 {
     for (const std::size_t size : {0UL, 1UL, 4096UL, 65'535UL, 65'536UL, 65'537UL, 3'000'001UL}) {
         const std::string text = someText(size);
@@ -58,7 +58,7 @@ TEST_F(FileCopy, CopiesEverySizeWhole)
     }
 }
 
-TEST_F(FileCopy, BeginsAtTheTwoPositions)
+TEST_F(FileCopy, StartsAtTheCurrentPositions)
 {
     writeFile(m_folder.path() / "from", "skipped, copied");
     writeFile(m_folder.path() / "to", "kept: lost");
@@ -73,7 +73,7 @@ TEST_F(FileCopy, BeginsAtTheTwoPositions)
     close(to);
 }
 
-TEST_F(FileCopy, APipeIsReadToItsEnd)
+TEST_F(FileCopy, ReadsAPipeToItsEnd)
 {
     const std::string text = someText(300'000);
     int ends[2];
@@ -95,7 +95,7 @@ TEST_F(FileCopy, APipeIsReadToItsEnd)
     close(to);
 }
 
-TEST_F(FileCopy, APipeTakesItAll)
+TEST_F(FileCopy, WritesEverythingToAPipe)
 {
     writeFile(m_folder.path() / "from", someText(300'000));
     int ends[2];
@@ -115,7 +115,7 @@ TEST_F(FileCopy, APipeTakesItAll)
     close(from);
 }
 
-TEST_F(FileCopy, AnAppendingTargetGrows)
+TEST_F(FileCopy, AppendsToAnAppendingTarget)
 {
     writeFile(m_folder.path() / "from", "more");
     writeFile(m_folder.path() / "to", "some ");

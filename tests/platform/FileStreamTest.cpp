@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Streams that no child inherits.
+// Streams with close-on-exec descriptors.
 
 #include "ZSpace/platform/FileStream.h"
 

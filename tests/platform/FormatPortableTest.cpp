@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// What the formatter of hosts without Foundation does beyond what every host does.
+// What only the formatter of hosts without Foundation promises.
 
 #include "tests/platform/Formatting.h"
 
@@ -10,37 +10,37 @@
 namespace ZSpace::Testing {
 namespace {
 
-TEST(FormatPosix, APercentSignThatStartsNoConversionStandsForItself)
+TEST(FormatPortable, APercentSignThatStartsNoConversionIsPrinted)
 {
     EXPECT_EQ(format("50% y"), "50% y");
     EXPECT_EQ(format("a%5"), "a%5");
 }
 
-TEST(FormatPosix, LongDoublesAndCapitalF)
+TEST(FormatPortable, LongDoublesAndCapitalF)
 {
     EXPECT_AS_PRINTF("%Lf %.1Lf", 2.5L, 3.25L);
     EXPECT_AS_PRINTF("%F", 1e300);
 }
 
-TEST(FormatPosix, PositionsOfWidthsAndPrecisions)
+TEST(FormatPortable, PositionsOfWidthsAndPrecisions)
 {
     EXPECT_EQ(format("[%1$*2$d] [%1$.*3$d]", 7, 4, 3), "[   7] [007]");
 }
 
-TEST(FormatPosix, WidthsAndPrecisionsOfObjects)
+TEST(FormatPortable, WidthsAndPrecisionsOfObjects)
 {
     const NS::String text("text");
     EXPECT_EQ(
         format("[%6@] [%-6@] [%.2@]", text.native(), text.native(), text.native()), "[  text] [text  ] [te]");
 }
 
-TEST(FormatPosix, ANumberLongerThanAnyStackBuffer)
+TEST(FormatPortable, PrintsNumbersOfAnyLength)
 {
     EXPECT_AS_PRINTF("%300d|", 5);
     EXPECT_EQ(format("%.400f", 0.0).size(), 402U);
 }
 
-TEST(FormatPosix, WideTextsComeOutAsUtf8InAnyLocale)
+TEST(FormatPortable, WideStringsPrintAsUtf8InAnyLocale)
 {
     EXPECT_EQ(format("%ls|%lc", L"\u00E9\u20AC\U0001F600", L'\u00E9'),
         "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80|\xC3\xA9");
@@ -50,26 +50,26 @@ TEST(FormatPosix, WideTextsComeOutAsUtf8InAnyLocale)
     EXPECT_EQ(format("%ls %S", static_cast<void*>(nullptr), static_cast<void*>(nullptr)), "(null) (null)");
 }
 
-TEST(FormatPosix, TheErrorNumberIsTheCallers)
+TEST(FormatPortable, PrintsTheErrnoOfTheCaller)
 {
     errno = ENOENT;
     EXPECT_EQ(format("%m"), "No such file or directory");
 }
 
-TEST(FormatPosix, StoringACountWritesNothing)
+TEST(FormatPortable, StoresNoCount)
 {
     int target = 5;
     EXPECT_EQ(format("abc%nd %s", &target, "x"), "abcd x");
     EXPECT_EQ(target, 5);
 }
 
-TEST(FormatPosix, AnEnormousWidthIsCut)
+TEST(FormatPortable, AnEnormousWidthIsCut)
 {
     EXPECT_EQ(format("%99999999999d", 1).size(), 1'000'000U);
     EXPECT_EQ(format("%999999999s", "x").size(), 1'000'000U);
 }
 
-TEST(FormatPosix, AnArgumentPositionOutOfReachPrintsNothing)
+TEST(FormatPortable, AnArgumentPositionOutOfReachPrintsNothing)
 {
     EXPECT_EQ(format("a%99999$db"), "ab");
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Formats with objects, as far as every host agrees: conversions beside what the C library makes of them.
+// Formats with objects: what every host has in common, compared with the C library.
 
 #include "tests/platform/Formatting.h"
 #include "tests/support/Host.h"
@@ -37,7 +37,7 @@ TEST(Format, FloatingPoint)
     EXPECT_AS_PRINTF("%E %G", 1e300, 1e300);
 }
 
-TEST(Format, TextsAndCharacters)
+TEST(Format, StringsAndCharacters)
 {
     EXPECT_AS_PRINTF("%s|%10s|%-10s|%.2s|%c|%3c|%-3c|", "abc", "abc", "abc", "abc", 'x', 'y', 'z');
     EXPECT_EQ(format("%s", static_cast<const char*>(nullptr)), "(null)");

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// What lists, folders, exceptions and the console are like on hosts without Foundation.
+// Arrays, directories, exceptions and the console on hosts without Foundation.
 
 #include "ZSpace/platform/Foundation.h"
 #include "tests/platform/Formatting.h"
@@ -20,7 +20,7 @@ std::string printed(const NS::Array& array)
     return format("%@", array.native());
 }
 
-TEST(FoundationArrayPosix, PrintsOnOneLineWithQuotesWhereNeeded)
+TEST(FoundationArrayPortable, PrintsOnOneLineWithQuotesWhereNeeded)
 {
     EXPECT_EQ(printed(NS::Array::arrayWithObjects({"-uninstall", "YES"})), "(\"-uninstall\", YES)");
     EXPECT_EQ(printed(NS::Array::arrayWithObjects({})), "()");
@@ -31,7 +31,7 @@ TEST(FoundationArrayPosix, PrintsOnOneLineWithQuotesWhereNeeded)
         EXPECT_EQ(printed(NS::Array::arrayWithObjects({item})), std::string("(\"") + item + "\")");
 }
 
-TEST(FoundationArrayPosix, ABadIndexIsNamed)
+TEST(FoundationArrayPortable, AnIndexPastTheEndIsNamed)
 {
     try {
         (void)NS::Array::arrayWithObjects({"a"}).objectAtIndex(1);
@@ -41,7 +41,7 @@ TEST(FoundationArrayPosix, ABadIndexIsNamed)
     }
 }
 
-TEST(FoundationPathsPosix, ApplicationSupportIsWhereItIsOnMacos)
+TEST(FoundationPathsPortable, ApplicationSupportIsWhereItIsOnMacos)
 {
     const NS::Array folders =
         NS::searchPathForDirectoriesInDomains(NS::SearchPathDirectory::ApplicationSupport,
@@ -50,7 +50,7 @@ TEST(FoundationPathsPosix, ApplicationSupportIsWhereItIsOnMacos)
     EXPECT_STREQ(folders.firstObject().UTF8String(), "/Library/Application Support");
 }
 
-TEST(ConsolePosix, ANullFormatIsEmpty)
+TEST(ConsolePortable, ANullFormatIsEmpty)
 {
     const std::string console = runInChild([] {
         NS::log(nullptr);
@@ -59,7 +59,7 @@ TEST(ConsolePosix, ANullFormatIsEmpty)
     EXPECT_THAT(console, testing::EndsWith("] \n"));
 }
 
-TEST(ConsolePosix, TellsLocalTime)
+TEST(ConsolePortable, WritesLocalTime)
 {
     const std::string kiritimati = runInChild([] {
         setenv("TZ", "XXX-14", 1);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Strings, lists and exceptions behind the handles.
+// The handles of strings, arrays and exceptions.
 
 #include "ZSpace/platform/Foundation.h"
 
@@ -28,7 +28,7 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
 
-TEST(FoundationString, GivesItsTextBack)
+TEST(FoundationString, ReturnsWhatItWasMadeFrom)
 {
     EXPECT_STREQ(NS::String("h\xC3\xA9").UTF8String(), "h\xC3\xA9");
     EXPECT_STREQ(NS::String(std::string("std")).UTF8String(), "std");
@@ -36,13 +36,13 @@ TEST(FoundationString, GivesItsTextBack)
     EXPECT_STREQ(NS::MutableString("grows").UTF8String(), "grows");
 }
 
-TEST(FoundationString, ATextThatIsNoUtf8IsNotLost)
+TEST(FoundationString, InvalidUtf8IsNotLost)
 {
     EXPECT_THAT(NS::String("kept \xC3").UTF8String(), StartsWith("kept "));
     EXPECT_THAT(NS::MutableString("kept \xFF too").UTF8String(), EndsWith(" too"));
 }
 
-TEST(FoundationString, NilAnswersNil)
+TEST(FoundationString, OperationsOnNilReturnNil)
 {
     const NS::String nil;
     EXPECT_FALSE(nil);
@@ -61,7 +61,7 @@ TEST(FoundationString, NilAnswersNil)
     EXPECT_FALSE(nothing);
 }
 
-TEST(FoundationString, JoinsPathsWithOneSeparator)
+TEST(FoundationString, JoinsPathsWithExactlyOneSeparator)
 {
     const struct {
         const char* path;
@@ -142,7 +142,7 @@ std::string raisedBy(const std::function<void()>& work)
     return "nothing";
 }
 
-TEST(FoundationArray, RaisesOnANilItemAndOnABadIndex)
+TEST(FoundationArray, ThrowsForANilItemAndForAnIndexPastTheEnd)
 {
     EXPECT_THAT(raisedBy([] {
         NS::Array::arrayWithObjects({"a", NS::String()});
@@ -152,7 +152,7 @@ TEST(FoundationArray, RaisesOnANilItemAndOnABadIndex)
         StartsWith("NSRangeException: "));
 }
 
-TEST(FoundationException, CarriesNameReasonNoInformationAndAStack)
+TEST(FoundationException, HasNameReasonAndCallStackButNoUserInformation)
 {
     try {
         NS::Exception::raise("Name", "Reason");
@@ -168,7 +168,7 @@ TEST(FoundationException, CarriesNameReasonNoInformationAndAStack)
     EXPECT_FALSE(NS::Exception().callStackSymbols());
 }
 
-TEST(FoundationPaths, TheMachineWideApplicationSupportFolder)
+TEST(FoundationPaths, FindsTheMachineWideApplicationSupportDirectory)
 {
     const NS::Array folders = NS::searchPathForDirectoriesInDomains(static_cast<NS::SearchPathDirectory>(14),
         static_cast<NS::SearchPathDomainMask>(8), NS::ExpandTilde::No);
@@ -187,7 +187,7 @@ std::string consoleOf(const std::function<void()>& work)
     }).standardError;
 }
 
-TEST(Console, WritesDateProgramProcessThreadAndText)
+TEST(Console, WritesDateProgramProcessThreadAndMessage)
 {
     EXPECT_THAT(consoleOf([] { NS::log(NS::String("%@ %d").native(), NS::String("x").native(), 5); }),
         MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} "
@@ -204,7 +204,7 @@ TEST(Console, NamesItsOwnProcessAndThread)
     EXPECT_THAT(line, HasSubstr("[" + pid + ":" + pid + "] x")); // the first thread has the process's number
 }
 
-TEST(Console, AddsNoSecondLineFeed)
+TEST(Console, AppendsALineFeedOnlyIfThereIsNone)
 {
     EXPECT_THAT(consoleOf([] { NS::log(NS::String("a\n").native()); }), EndsWith("] a\n"));
     EXPECT_THAT(consoleOf([] { NS::log(NS::String("a\n\n").native()); }), EndsWith("] a\n\n"));

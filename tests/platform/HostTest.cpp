@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Thread numbers, the program's path, the debugger test and the shielding of the standard streams.
+// Thread numbers, the program's path, debugger detection and the protection of the standard streams.
 
 #include "ZSpace/platform/Debugger.h"
 #include "ZSpace/platform/Process.h"
@@ -31,7 +31,7 @@ TEST(ThreadNumber, IsTheKernels)
     std::thread([] { EXPECT_EQ(Host::threadNumber(), kernelThreadNumber()); }).join();
 }
 
-TEST(ThreadNumber, AForkedChildHasItsOwn)
+TEST(ThreadNumber, IsCorrectAfterFork)
 {
     (void)Host::threadNumber();
     EXPECT_EQ(runInChild([] { return Host::threadNumber() == kernelThreadNumber() ? 0 : 1; }).status, 0);
@@ -46,7 +46,7 @@ TEST(ThreadNumber, AForkedChildHasItsOwn)
     }).join();
 }
 
-TEST(Process, KnowsItsProgramFile)
+TEST(Process, FindsItsProgramFile)
 {
     EXPECT_EQ(std::filesystem::path(Host::executablePath()).filename(), "platform_tests");
     EXPECT_TRUE(std::filesystem::equivalent(Host::executablePath(), programFile()));
@@ -57,7 +57,7 @@ TEST(Debugger, IsNotAttachedHere)
     EXPECT_EQ(runInChild([] { return Host::isDebuggerAttached() ? 1 : 0; }).status, 0);
 }
 
-TEST(Debugger, IsSeenByTheProcessThatItTraces)
+TEST(Debugger, IsDetectedByTheTracedProcess)
 {
     EXPECT_EQ(runTraced([] { return Host::isDebuggerAttached() ? 1 : 0; }).status, 1);
 }
@@ -70,7 +70,7 @@ bool isNullDevice(int descriptor)
         && S_ISCHR(given.st_mode);
 }
 
-TEST(StandardStreams, ClosedOnesAreOccupiedByTheNullDevice)
+TEST(StandardStreams, ClosedOnesBecomeTheNullDevice)
 {
     for (int closed = 1; closed < 8; ++closed) {
         const Outcome outcome = runInChild([closed] {
@@ -91,7 +91,7 @@ TEST(StandardStreams, ClosedOnesAreOccupiedByTheNullDevice)
     }
 }
 
-TEST(StandardStreams, OpenOnesAreLeftAlone)
+TEST(StandardStreams, OpenOnesStayUnchanged)
 {
     const TemporaryFolder folder;
     const auto file = folder.path() / "output";
@@ -104,7 +104,7 @@ TEST(StandardStreams, OpenOnesAreLeftAlone)
     EXPECT_EQ(contentOf(file), "kept");
 }
 
-TEST(StandardStreams, OutputSignalsAreIgnored)
+TEST(StandardStreams, OutputSignalsAreNotFatal)
 {
     const Outcome outcome = runInChild([] {
         signal(SIGPIPE, SIG_DFL);

@@ -11,7 +11,7 @@
 
 namespace ZSpace::Testing {
 
-/// The reason that a start of `path` gives for its failure.
+/// The reason of the exception that starting `path` throws.
 inline std::string launchFailure(const NS::String& path)
 {
     NS::Task task;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Report files are opened safely next to users who plant what they like.
+// Report files are opened safely in directories that other users can write to.
 
 #include "ZSpace/platform/ReportFile.h"
 
@@ -56,7 +56,7 @@ TEST_F(ReportFile, AMissingFileIsCreatedWithTheUsualMode)
     EXPECT_EQ(modeOf(pathOf("report.txt")), 0640U);
 }
 
-TEST_F(ReportFile, AFileOfOnesOwnIsContinuedAtItsEnd)
+TEST_F(ReportFile, AnExistingFileOfTheUserIsAppendedTo)
 {
     for (const char* part : {"first ", "second"}) {
         const int file = openReport();
@@ -93,7 +93,7 @@ TEST_F(ReportFile, NoSymbolicLinkIsFollowed)
     EXPECT_FALSE(fs::exists(pathOf("target")));
 }
 
-TEST_F(ReportFile, AFileWithASecondNameIsRefused)
+TEST_F(ReportFile, AFileWithASecondHardLinkIsRefused)
 {
     writeFile(pathOf("target"), "mine");
     fs::create_hard_link(pathOf("target"), pathOf("report.txt"));
@@ -103,10 +103,10 @@ TEST_F(ReportFile, AFileWithASecondNameIsRefused)
     EXPECT_GE(openReport(), 0);
 }
 
-TEST_F(ReportFile, WhatIsNoRegularFileIsRefusedAtOnce)
+TEST_F(ReportFile, OnlyRegularFilesAreOpenedAndNothingBlocks)
 {
     ASSERT_EQ(mkfifo(pathOf("report.txt").c_str(), 0666), 0);
-    EXPECT_EQ(openReport(), -EPERM); // nobody reads it: a plain open would wait
+    EXPECT_EQ(openReport(), -EPERM); // a plain open would wait for a reader
     fs::remove(pathOf("report.txt"));
 
     fs::create_directory(pathOf("report.txt"));
@@ -166,7 +166,7 @@ TEST_F(ReportFile, TheDirectoryMayBeReachedThroughALink)
     close(directory);
 }
 
-TEST(ReportDirectory, ANewOneIsOpenToAllWhateverTheMask)
+TEST(ReportDirectory, ANewOneIsOpenToAllRegardlessOfTheUmask)
 {
     const TemporaryFolder folder;
     const fs::path path = folder.path() / "reports";
@@ -180,7 +180,7 @@ TEST(ReportDirectory, ANewOneIsOpenToAllWhateverTheMask)
     EXPECT_EQ(nextDescriptor(), next);
 }
 
-TEST(ReportDirectory, WhatIsThereAlreadyKeepsItsMode)
+TEST(ReportDirectory, AnExistingPathKeepsItsMode)
 {
     const TemporaryFolder folder;
     const fs::path path = folder.path() / "reports";

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// How GNUstep's tasks fail.
+// Failed starts of GNUstep's tasks.
 
 #include "tests/platform/Launching.h"
 #include "tests/support/ChildProcess.h"
@@ -17,12 +17,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(TaskGnustep, AMissingPathRaises)
+TEST(TaskGnustep, AMissingPathThrows)
 {
     EXPECT_EQ(launchFailure(NS::String()), "NSTask - no launch path set");
 }
 
-TEST(TaskGnustep, AFileThatMayNotBeExecutedIsNoValidPath)
+TEST(TaskGnustep, AFileWithoutExecutePermissionIsNotAValidPath)
 {
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "file";
@@ -30,8 +30,8 @@ TEST(TaskGnustep, AFileThatMayNotBeExecutedIsNoValidPath)
     EXPECT_EQ(launchFailure(file.string()), "NSTask - launch path (" + file.string() + ") not valid");
 }
 
-/// The start is over once there is a process; what that process then fails to do, nobody hears.
-TEST(TaskGnustep, WhatTheKernelRefusesToRunIsNotNoticed)
+/// A start succeeds once there is a process, even if that process then cannot execute the program.
+TEST(TaskGnustep, AFailedExecIsNotNoticed)
 {
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "file";

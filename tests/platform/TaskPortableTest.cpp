@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// What a start that fails says on hosts without Foundation.
+// Failed starts on hosts without Foundation.
 
 #include "tests/platform/Launching.h"
 #include "tests/support/TemporaryFolder.h"
@@ -16,19 +16,19 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-TEST(TaskPosix, AnEmptyOrMissingPathRaises)
+TEST(TaskPortable, AnEmptyOrMissingPathThrows)
 {
     EXPECT_EQ(launchFailure(NS::String()), "Couldn't launch a task: no launch path was set");
     EXPECT_EQ(launchFailure(""), "Couldn't launch \"\": the launch path is empty");
 }
 
-TEST(TaskPosix, AMissingFileRaises)
+TEST(TaskPortable, AMissingFileThrows)
 {
     EXPECT_EQ(launchFailure("/no/such/file"),
         "Couldn't launch \"/no/such/file\": No such file or directory (error 2)");
 }
 
-TEST(TaskPosix, OtherFailuresNameTheirCause)
+TEST(TaskPortable, TheReasonNamesTheCause)
 {
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "file";

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Tasks: what a child gets, and what a start that fails says.
+// Tasks: what a child gets, and what is thrown if it cannot be started.
 
 #include "ZSpace/platform/Foundation.h"
 #include "tests/platform/Launching.h"
@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-TEST(Task, KeepsWhatItWasGiven)
+TEST(Task, ReturnsItsPathAndArguments)
 {
     NS::Task task;
     EXPECT_FALSE(task.launchPath());
@@ -36,12 +36,12 @@ TEST(Task, KeepsWhatItWasGiven)
     EXPECT_EQ(task.arguments().count(), 2U);
 }
 
-TEST(Task, AMissingFileRaises)
+TEST(Task, AMissingFileThrows)
 {
     EXPECT_THAT(launchFailure("/no/such/file"), HasSubstr(reasonForMissing("/no/such/file")));
 }
 
-TEST(Task, WithoutArgumentsTheChildGetsItsPathAlone)
+TEST(Task, WithoutArgumentsTheChildGetsOnlyItsPath)
 {
     const TemporaryFolder folder;
     const fs::path script = folder.path() / "script";
@@ -57,7 +57,7 @@ TEST(Task, WithoutArgumentsTheChildGetsItsPathAlone)
     EXPECT_EQ(contentOf(report), "0 " + script.string() + "\n");
 }
 
-TEST(Task, ArgumentsArriveAsTheyAre)
+TEST(Task, ArgumentsArriveUnchanged)
 {
     const TemporaryFolder folder;
     const fs::path script = folder.path() / "script with blanks";
@@ -74,7 +74,7 @@ TEST(Task, ArgumentsArriveAsTheyAre)
     EXPECT_EQ(contentOf(report), "|a b|$HOME|`id`|\"|\xC3\xA9|");
 }
 
-TEST(Task, OutputIsInheritedWhereNoneIsSet)
+TEST(Task, OutputIsInheritedUnlessItIsRedirected)
 {
     const TemporaryFolder folder;
     const fs::path script = folder.path() / "script";

@@ -7,26 +7,25 @@
 
 #include <new>
 
-/// Allocations that are counted and made to fail, for test programs that have AllocationFaults.cpp among
-/// their sources: it replaces the global `operator new`. Counts and faults are those of the calling thread.
+/// Counts allocations and makes them fail, in test programs that compile AllocationFaults.cpp: it replaces
+/// the global `operator new`. Counts and faults are per thread.
 namespace ZSpace::Testing {
 
-/// The allocations that this thread has asked for so far.
+/// The number of allocations that this thread has requested so far.
 [[nodiscard]] long allocationsMade() noexcept;
 
-/// The blocks that this thread has had, less those that it has freed.
+/// The number of blocks that this thread has allocated and not freed.
 [[nodiscard]] long blocksAlive() noexcept;
 
-/// Looks at an object, for all that a compiler knows: it may not leave out the allocations of something
-/// unused.
+/// Keeps the compiler from optimizing away an unused object and its allocations.
 void keep(const void* object) noexcept;
 
-/// While it lives, the `nth` allocation from then on (1: the next one) throws `std::bad_alloc`.
+/// During its lifetime, the `nth` allocation (1: the next one) throws `std::bad_alloc`.
 class AllocationFault {
 public:
     enum class Kind {
-        Once, ///< only that one
-        Lasting ///< and all that follow
+        Once, ///< only that allocation
+        Lasting ///< and every later one
     };
 
     explicit AllocationFault(long nth, Kind kind = Kind::Once) noexcept;
@@ -38,9 +37,9 @@ public:
     [[nodiscard]] bool hasStruck() const noexcept;
 };
 
-/// Runs `operation` with its first allocation failing, then with its second and so on, until it gets through.
-/// Each run that is struck must throw `std::bad_alloc` and leave no block behind.
-/// @return the number of struck runs, so the number of allocations that the operation makes.
+/// Runs `operation` with its first allocation failing, then with its second and so on, until it succeeds.
+/// Each failing run must throw `std::bad_alloc` and leak nothing.
+/// @return the number of failing runs, which is the number of allocations that the operation makes.
 template <typename Operation>
 long failEachAllocation(Operation operation)
 {

@@ -8,19 +8,20 @@
 
 namespace ZSpace::Testing {
 
-/// How a child process ended, and what it wrote.
+/// How a child process ended, and its output.
 struct Outcome {
     bool hasExited = false; ///< ended by itself, not by a signal
-    int status = -1; ///< its exit status, or the signal that ended it
+    int status = -1; ///< its exit status, or the signal that killed it
     std::string standardOutput;
     std::string standardError;
 };
 
-/// Runs `work` in a forked child and gives what became of it. The child's exit status is what `work` returns;
-/// its standard output and error are files, which `work` may replace.
+/// Runs `work` in a forked child and returns its outcome. The exit status is the return value of `work`;
+/// standard output and error are files, which `work` may replace.
 Outcome runInChild(const std::function<int()>& work);
 
-/// Waits, at most `seconds`, until `condition` holds; false when it never did.
+/// Waits until `condition` holds, at most `seconds`.
+/// @return whether it held in time.
 bool waitUntil(const std::function<bool()>& condition, double seconds = 20);
 
 } // namespace ZSpace::Testing

@@ -8,7 +8,7 @@
 
 namespace ZSpace::Testing {
 
-/// For the statement of a death test: sends standard output to where such tests look for messages.
+/// For the statement of a death test, which checks standard error: redirects standard output there.
 inline void sendOutputToError()
 {
     dup2(STDERR_FILENO, STDOUT_FILENO);

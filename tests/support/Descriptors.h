@@ -9,7 +9,7 @@
 
 namespace ZSpace::Testing {
 
-/// The number that the next opened file gets: unchanged by whatever closes all that it opens.
+/// The number of the next descriptor to be opened; unchanged by code that leaks no descriptors.
 [[nodiscard]] inline int nextDescriptor()
 {
     const int next = fcntl(STDIN_FILENO, F_DUPFD, 0);
@@ -18,7 +18,7 @@ namespace ZSpace::Testing {
     return next;
 }
 
-/// Whether programs that the process starts get the descriptor. False if it is not open, too.
+/// Whether child programs inherit the descriptor. False if it is not open.
 [[nodiscard]] inline bool isInherited(int descriptor)
 {
     const int flags = fcntl(descriptor, F_GETFD);
@@ -30,7 +30,7 @@ namespace ZSpace::Testing {
     return fcntl(descriptor, F_GETFD) >= 0;
 }
 
-/// While it lives, no file can be opened that would need a descriptor of `limit` or above.
+/// During its lifetime, no descriptor of `limit` or above can be opened.
 class DescriptorLimit {
 public:
     explicit DescriptorLimit(int limit)

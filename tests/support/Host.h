@@ -8,25 +8,25 @@
 
 namespace ZSpace::Testing {
 
-/// What tests expect where hosts differ. Each host has its own definition: HostPosix.cpp (no Foundation),
+/// What tests expect where hosts differ. Each host has its own definition: HostPortable.cpp (no Foundation),
 /// HostGnustep.cpp and HostMacos.cpp.
 struct HostExpectations {
-    /// The machine-wide Application Support folder of a `PrivateRoot`, seen from its "/".
+    /// The machine-wide Application Support directory in a `PrivateRoot`.
     std::string applicationSupport;
-    /// How the list of "-uninstall" and "YES" prints.
+    /// How the array of "-uninstall" and "YES" prints.
     std::string printedArguments;
-    /// A regular expression for the beginning of the line of an innermost frame.
+    /// A regular expression for the beginning of the innermost frame's line.
     std::string innermostFrame;
-    /// What the console makes of a character's first byte, C3 (hexadecimal), at the end of a text.
+    /// What the console prints for an incomplete character, the byte C3 (hexadecimal), at the end of a
+    /// message.
     std::string cutCharacter;
 };
 const HostExpectations& host();
 
-/// The reason of a start at a path where nothing is.
+/// The reason of an exception for a launch path that does not exist.
 std::string reasonForMissing(const std::string& path);
 
-/// Tells this process that `root` is to be its "/", where Application Support is to be found as `host()`
-/// says.
+/// Prepares `root` to be the root directory of this process, with Application Support where `host()` has it.
 void settleIn(const std::filesystem::path& root);
 
 } // namespace ZSpace::Testing

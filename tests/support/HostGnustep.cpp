@@ -11,10 +11,10 @@ namespace ZSpace::Testing {
 const HostExpectations& host()
 {
     static const HostExpectations expectations{
-        .applicationSupport = "/Library/ApplicationSupport", // without the blank
+        .applicationSupport = "/Library/ApplicationSupport", // without the space
         .printedArguments = "(\"-uninstall\", YES)",
         .innermostFrame = "[^ ]*\\(", // "path/of/module(name+0x5) [0x7f1816a716e4]"
-        .cutCharacter = "", // a text ends where it is no UTF-8 any more
+        .cutCharacter = "", // output ends at the first invalid byte
     };
     return expectations;
 }
@@ -24,8 +24,7 @@ std::string reasonForMissing(const std::string& path)
     return "NSTask - launch path (" + path + ") not valid";
 }
 
-/// GNUstep keeps Application Support in a folder of its own below /usr, which a private tree shares with the
-/// host.
+/// GNUstep's own Application Support directory is below /usr, which a private root shares with the host.
 void settleIn(const std::filesystem::path& root)
 {
     writeFile(root / "tmp/GNUstep.conf", "GNUSTEP_SYSTEM_LIBRARY=/Library\n");

@@ -11,14 +11,14 @@ const HostExpectations& host()
         .applicationSupport = "/Library/Application Support",
         .printedArguments = "(\n    \"-uninstall\",\n    YES\n)",
         .innermostFrame = "0   ",
-        .cutCharacter = "\xE2\x88\x9A", // a square root: "%s" takes its text to be Mac Roman
+        .cutCharacter = "\xE2\x88\x9A", // a square root: "%s" assumes Mac Roman
     };
     return expectations;
 }
 
 std::string reasonForMissing(const std::string&)
 {
-    return {}; // it differs between the versions of the system
+    return {}; // differs between versions of the system
 }
 
 void settleIn(const std::filesystem::path&) { }

@@ -8,16 +8,16 @@
 #include <functional>
 #include <string>
 
-/// What tests ask of the kernel to check the product's answers. Each kernel has its own definition.
+/// Queries of the kernel, to check the product's results. Each kernel has its own definition.
 namespace ZSpace::Testing {
 
-/// The number of the calling thread, asked for afresh.
+/// The id of the calling thread, never cached.
 unsigned int kernelThreadNumber();
 
 /// The file of the running program.
 std::string programFile();
 
-/// Runs `work` in a child that is traced from its start on, as under a debugger.
+/// Runs `work` in a child that is traced from the start, as by a debugger.
 Outcome runTraced(const std::function<int()>& work);
 
 } // namespace ZSpace::Testing

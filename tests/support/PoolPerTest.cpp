@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Every test of a program that has this file among its sources runs in a pool of its own, as every entry of a
-// program does.
+// Gives every test of a program that compiles this file its own autorelease pool, as every entry point of a
+// program has one.
 
 #include "ZSpace/platform/Foundation.h"
 

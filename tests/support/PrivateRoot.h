@@ -13,12 +13,12 @@
 
 namespace ZSpace::Testing {
 
-/// A file tree of the test's own that a child sees as "/", in a mount namespace of its own: the host's
-/// programs and libraries are there, and `/Library`, `/var/log`, `/home`, `/tmp` and `/dev/log` are the
-/// test's. What the child leaves in these can be looked at from outside, below `path()`.
+/// A private directory tree that a child sees as "/", in its own mount namespace. It contains the host's
+/// programs and libraries, but `/Library`, `/var/log`, `/home`, `/tmp` and `/dev/log` belong to the test,
+/// which finds what the child leaves there below `path()`.
 class PrivateRoot {
 public:
-    /// What of the host is left out.
+    /// Parts of the host that are missing.
     struct Omit {
         bool proc = false;
         bool nullDevice = false;
@@ -26,14 +26,14 @@ public:
 
     PrivateRoot();
 
-    /// False where the system does not let this user make namespaces; tests then skip themselves.
+    /// False if the system does not let this user create namespaces; tests then skip themselves.
     static bool isPossible();
 
     [[nodiscard]] const std::filesystem::path& path() const { return m_folder.path(); }
 
-    /// Runs `work` in a child whose "/" is this tree.
+    /// Runs `work` in a child whose root directory is this tree.
     Outcome run(const std::function<int()>& work, Omit omit = {false, false}) const;
-    /// Replaces such a child by a program; `before` makes the last settings (descriptors, limits, signals).
+    /// Executes a program in such a child, after `before` has set up descriptors, limits or signals.
     Outcome runProgram(
         const std::filesystem::path& program, const std::function<void()>& before = [] {},
         Omit omit = {false, false}, const std::vector<std::string>& arguments = {}) const;

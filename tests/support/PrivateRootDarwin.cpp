@@ -5,7 +5,7 @@
 
 namespace ZSpace::Testing {
 
-// There are no mount namespaces, so no such tree can be made.
+// Not possible without mount namespaces.
 
 PrivateRoot::PrivateRoot() = default;
 

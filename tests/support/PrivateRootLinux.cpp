@@ -25,7 +25,7 @@ void require(bool succeeded, const std::string& what)
         throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// A mount namespace of the calling process's own; a user other than root needs a user namespace for it.
+/// Moves the process to a new mount namespace. Users other than root need a user namespace for that.
 void leaveHostNamespace()
 {
     const uid_t user = geteuid();
@@ -53,7 +53,7 @@ void bindFile(const fs::path& from, const fs::path& to)
     require(mount(from.c_str(), to.c_str(), nullptr, MS_BIND, nullptr) == 0, to.string());
 }
 
-/// Systems differ in which of these are links into /usr.
+/// Copies a link and bind-mounts a directory: systems differ in which of these are links into /usr.
 void mirror(const fs::path& folder, const fs::path& root)
 {
     const fs::path target = root / folder.relative_path();

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Stands in for the service's installer in tests: writes how it was started into the file "report" of the
-// service's folder (found by its own path, its argument 0), makes some noise, and lives on for as long as the
-// folder holds a file "linger". Then it writes "ended".
+// Replaces the service's installer in tests. Writes how it was started to the file "report" in the service's
+// directory, which it finds through its argument 0, prints some noise, and keeps running while that directory
+// contains a file "linger". Then it writes "ended".
 
 #include <chrono>
 #include <cstdio>
@@ -18,8 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Everything is read before the first file is opened, so that the report shows the descriptors as they were
-/// given.
+/// Called before any file is opened, so that the report shows exactly the inherited descriptors.
 std::string describeDescriptors()
 {
     std::string lines;
@@ -43,7 +42,7 @@ std::string signalLines()
     return lines;
 }
 
-/// The folder that holds "bin/CdkRemotedInstaller.app/Contents/MacOS/CdkRemotedInstaller".
+/// The directory that contains "bin/CdkRemotedInstaller.app/Contents/MacOS/CdkRemotedInstaller".
 fs::path serviceFolder(const fs::path& installer)
 {
     return (installer / "../../../../..").lexically_normal();
@@ -72,5 +71,5 @@ int main(int argc, char** argv)
     for (int i = 0; i < 1000 && fs::exists(service / "linger"); ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     std::ofstream(service / "ended") << "ended\n";
-    return 3; // nobody is to look at it
+    return 3; // the launcher must not look at it
 }

@@ -9,10 +9,10 @@
 #include <stdexcept>
 #include <vector>
 
-/// Element types and views for tests of what owns, copies and orders elements.
+/// Element types for tests of ownership, copying and order.
 namespace ZSpace::Testing {
 
-/// The word (of pointer size) at position `index` of an object's representation.
+/// The pointer-sized word at position `index` of an object's representation.
 [[nodiscard]] inline std::uintptr_t wordAt(const void* object, std::size_t index)
 {
     std::uintptr_t word;
@@ -25,22 +25,22 @@ namespace ZSpace::Testing {
     return reinterpret_cast<std::uintptr_t>(pointer);
 }
 
-/// What has been done to all `Counted` since the last reset.
+/// What happened to all `Counted` objects since the last reset.
 struct Tally {
     long alive = 0;
     long made = 0;
     long copied = 0;
     long assigned = 0;
-    std::vector<int> destroyed; ///< the numbers, in the order of destruction
+    std::vector<int> destroyed; ///< the numbers, in order of destruction
 };
 
-/// A number that keeps count of what is done to all of its kind. Default ones hold 0.
+/// A number that counts its special member functions. The default is 0.
 ///
 /// Call `reset()` at the start of a test; single-threaded.
 class Counted {
 public:
     static inline Tally s_tally;
-    /// The number of copies (by construction or assignment) that still succeed; negative: all.
+    /// How many copies, by construction or assignment, still succeed; negative: all.
     static inline long s_copiesLeft = -1;
 
     static void reset()

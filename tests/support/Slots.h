@@ -9,9 +9,11 @@
 
 namespace ZSpace::Testing {
 
-/// The place of a virtual function in the table of the class that the pointer names.
+/// The index of a virtual function in its class's table, counted from 0; a virtual destructor takes two
+/// slots.
 ///
-/// A pointer to a virtual member function holds the distance from the start of the table, plus one.
+/// In the hosts' common C++ ABI, a pointer to a virtual member function holds the offset in the table, plus
+/// one.
 template <typename Function>
 [[nodiscard]] std::size_t slotOf(Function function)
 {

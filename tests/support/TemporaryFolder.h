@@ -8,7 +8,7 @@
 
 namespace ZSpace::Testing {
 
-/// A fresh folder of the test's own, removed with everything in it at the end of its life.
+/// A new directory for one test, removed with its contents by the destructor.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -22,7 +22,7 @@ private:
     std::filesystem::path m_path;
 };
 
-/// The whole content of a file; empty when there is none.
+/// The whole content of a file; empty if it does not exist.
 std::string contentOf(const std::filesystem::path& file);
 void writeFile(const std::filesystem::path& file, const std::string& content);
 

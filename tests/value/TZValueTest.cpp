@@ -5,7 +5,7 @@
 
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/Probes.h"
-#include "tests/support/VirtualSlots.h"
+#include "tests/support/Slots.h"
 #include "tests/value/Times.h"
 #include "tests/value/Values.h"
 
@@ -41,9 +41,9 @@ TEST(TZValueTest, FieldsAreContentTagSizeAndName)
 
 TEST(TZValueTest, VirtualOperationsAreTheDestructorsAndClone)
 {
-    EXPECT_EQ(virtualSlotOf(&TZType<ZTypeId>::clone), 2u);
-    EXPECT_EQ(virtualSlotOf(&Value::clone), 2u);
-    EXPECT_EQ(virtualSlotOf(&ZValueArrayBase::clone), 2u);
+    EXPECT_EQ(slotOf(&TZType<ZTypeId>::clone), 2u);
+    EXPECT_EQ(slotOf(&Value::clone), 2u);
+    EXPECT_EQ(slotOf(&ZValueArrayBase::clone), 2u);
 }
 
 TEST(TZValueTest, DefaultHasTagZeroAndNoContent)

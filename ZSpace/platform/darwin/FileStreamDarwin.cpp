@@ -9,7 +9,7 @@ namespace ZSpace::Host {
 
 std::FILE* openFileStream(const char* path, const char* mode) noexcept
 {
-    std::FILE* const stream = std::fopen(path, mode); // knows no letter for O_CLOEXEC on all versions
+    std::FILE* const stream = std::fopen(path, mode); // older versions ignore "e", the letter for O_CLOEXEC
     if (stream)
         fcntl(fileno(stream), F_SETFD, FD_CLOEXEC);
     return stream;

@@ -10,32 +10,15 @@ namespace ZSpace::NS {
 
 namespace detail {
 
-template <typename Native>
-void retain(Native* object) noexcept
+void retain(NSObject* object) noexcept
 {
     countUp(object);
 }
 
-template <typename Native>
-void release(Native* object) noexcept
+void release(NSObject* object) noexcept
 {
     countDown(object);
 }
-
-template void retain(NSObject*) noexcept;
-template void release(NSObject*) noexcept;
-template void retain(NSString*) noexcept;
-template void release(NSString*) noexcept;
-template void retain(NSMutableString*) noexcept;
-template void release(NSMutableString*) noexcept;
-template void retain(NSArray*) noexcept;
-template void release(NSArray*) noexcept;
-template void retain(NSException*) noexcept;
-template void release(NSException*) noexcept;
-template void retain(NSFileHandle*) noexcept;
-template void release(NSFileHandle*) noexcept;
-template void retain(NSTask*) noexcept;
-template void release(NSTask*) noexcept;
 
 } // namespace detail
 
@@ -114,11 +97,6 @@ String::String(const std::string& utf8)
 {
 }
 
-String String::retain(NSString* text) noexcept
-{
-    return adopt(detail::shared(text));
-}
-
 String String::stringWithFormat(NSString* format, std::va_list arguments)
 {
     return adopt(formatted<NSString>(format, arguments));
@@ -142,11 +120,6 @@ MutableString::MutableString(const char* utf8)
 {
 }
 
-MutableString MutableString::retain(NSMutableString* text) noexcept
-{
-    return adopt(detail::shared(text));
-}
-
 MutableString MutableString::stringWithFormat(NSString* format, std::va_list arguments)
 {
     return adopt(formatted<NSMutableString>(format, arguments));
@@ -163,11 +136,6 @@ void MutableString::appendString(const String& text)
         detail::raising([&] { [native() appendString:text.native()]; });
 }
 
-Array Array::arrayWithObjects(std::initializer_list<String> items)
-{
-    return arrayWithObjects(items.begin(), items.size());
-}
-
 Array Array::arrayWithObjects(const String* items, std::size_t count)
 {
     std::vector<NSString*> natives;
@@ -175,11 +143,6 @@ Array Array::arrayWithObjects(const String* items, std::size_t count)
         natives.push_back(items[i].native());
     return adopt(detail::raising(
         [&] { return detail::shared([NSArray arrayWithObjects:natives.data() count:natives.size()]); }));
-}
-
-Array Array::retain(NSArray* array) noexcept
-{
-    return adopt(detail::shared(array));
 }
 
 std::size_t Array::count() const noexcept

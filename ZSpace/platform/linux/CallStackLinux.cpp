@@ -34,7 +34,7 @@ _Unwind_Reason_Code noteFrame(_Unwind_Context* context, void* target)
     return _URC_NO_REASON;
 }
 
-/// Drops the frames inside of the one that `caller` lies in.
+/// All frames from the one with the return address `caller` outwards.
 Frames framesFrom(const void* caller)
 {
     Frames all;
@@ -56,8 +56,8 @@ Frames framesFrom(const void* caller)
 
 /// A loaded program or library file.
 struct Module {
-    std::string path; // empty when no module holds the address
-    std::uintptr_t bias = 0; // between the addresses in the file and those in memory
+    std::string path; // empty if the address is in no module
+    std::uintptr_t bias = 0; // of addresses in memory relative to those in the file
 };
 
 struct ModuleSearch {
@@ -106,7 +106,7 @@ std::string demangled(const char* name)
 
 std::string describeFrame(std::size_t number, std::uintptr_t address)
 {
-    // A return address may be the first one behind its function; the call itself lies before it.
+    // If the call is a function's last instruction, the return address is already outside the function.
     const std::uintptr_t call = address - 1;
     const Module module = moduleAt(call);
     const ElfSymbols symbols(module.path.c_str());

@@ -15,7 +15,7 @@ bool isDebuggerAttached() noexcept
     const int file = open("/proc/self/status", O_RDONLY | O_CLOEXEC);
     if (file < 0)
         return false;
-    std::array<char, 4096> text{}; // the line in question is among the first ten
+    std::array<char, 4096> text{}; // the line is among the first ten
     const ssize_t length = read(file, text.data(), text.size() - 1);
     close(file);
     if (length <= 0)

@@ -20,7 +20,7 @@ using FileHeader = ElfW(Ehdr);
 using SectionHeader = ElfW(Shdr);
 using Symbol = ElfW(Sym);
 
-/// Read access to a mapped file that never leaves it.
+/// Bounds-checked read access to a mapped file.
 class Image {
 public:
     Image(const unsigned char* bytes, std::size_t size) noexcept
@@ -29,7 +29,7 @@ public:
     {
     }
 
-    /// Copies the `T` at `offset`; false when the file ends before.
+    /// Copies the `T` at `offset`; false if the file is too short.
     template <typename T>
     bool read(std::size_t offset, T& out) const noexcept
     {
@@ -39,8 +39,8 @@ public:
         return true;
     }
 
-    /// The zero-terminated text at `offset`; null when the file ends before it does.
-    [[nodiscard]] const char* text(std::size_t offset) const noexcept
+    /// The null-terminated string at `offset`; null if there is none.
+    [[nodiscard]] const char* string(std::size_t offset) const noexcept
     {
         if (offset >= m_size || !std::memchr(m_bytes + offset, 0, m_size - offset))
             return nullptr;
@@ -52,7 +52,7 @@ private:
     std::size_t m_size;
 };
 
-/// The best symbol table of a file: the full one where it was not stripped, else the dynamic one.
+/// The best symbol table of a file: the full one unless the file is stripped, else the dynamic one.
 struct SymbolTable {
     SectionHeader symbols{};
     SectionHeader names{};
@@ -128,7 +128,7 @@ ElfSymbols::Function ElfSymbols::functionAt(std::uintptr_t address) const noexce
          ++i) {
         const bool isFunction = (symbol.st_info & 0xF) == STT_FUNC && symbol.st_shndx != SHN_UNDEF;
         if (isFunction && address >= symbol.st_value && address - symbol.st_value < symbol.st_size) {
-            best = {image.text(table.names.sh_offset + symbol.st_name), address - symbol.st_value};
+            best = {image.string(table.names.sh_offset + symbol.st_name), address - symbol.st_value};
             if (best.name)
                 return best;
         }

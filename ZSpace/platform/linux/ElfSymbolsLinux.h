@@ -9,11 +9,11 @@
 
 namespace ZSpace::Host {
 
-/// The functions of one program or library file, read from the file itself, so that names are known for
-/// functions that no dynamic symbol table lists: static ones, and all of a statically linked program.
+/// The functions of one program or library file, read from the file itself, so that functions without a
+/// dynamic symbol have names, too: static ones, and all functions of a statically linked program.
 ///
-/// Holds a read-only mapping of the file. A file that is missing, cut short or not of this machine's kind
-/// simply has no symbols; no offset in it is trusted.
+/// Holds a read-only mapping of the file. A file that is missing, truncated or for another kind of machine
+/// has no symbols. Every offset in the file is checked before use.
 class ElfSymbols {
 public:
     explicit ElfSymbols(const char* path) noexcept;
@@ -24,12 +24,11 @@ public:
     ~ElfSymbols();
 
     struct Function {
-        const char* name = nullptr; // as the linker knows it; null when no function holds the address
+        const char* name = nullptr; // mangled; null if no function contains the address
         std::size_t offset = 0; // from the function's start, in bytes
     };
 
-    /// The function that holds `address`, counted from where the file says it is to be loaded. Looks at every
-    /// symbol.
+    /// The function that contains `address`, an address in the file. Searches linearly.
     [[nodiscard]] Function functionAt(std::uintptr_t address) const noexcept;
 
 private:

@@ -12,10 +12,10 @@ namespace ZSpace::Host {
 
 namespace {
 
-// The kernel takes no more than this in one call anyway.
+// The kernel copies little more than this in one call anyway.
 constexpr std::size_t s_mostAtOnce = std::size_t{1} << 30;
 
-/// Lets the kernel copy, without a detour through this process, until it refuses or reports the end.
+/// Lets the kernel copy until it refuses or reports the end.
 void copyInKernel(int from, int to) noexcept
 {
     for (;;) {
@@ -30,8 +30,8 @@ void copyInKernel(int from, int to) noexcept
 int copyContents(int from, int to) noexcept
 {
     copyInKernel(from, to);
-    // Both positions are where the kernel stopped. It refuses pairs of files that it cannot copy between, and calls
-    // some files empty that are not (those of /proc): the plain copy goes on from there, and meets a real error again.
+    // The kernel refuses some pairs of files and reports files of /proc as empty. The plain copy continues at
+    // the positions where the kernel stopped; a genuine error occurs again there.
     return copyByReadingAndWriting(from, to);
 }
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "ZSpace/platform/Spawn.h"
+#include "ZSpace/platform/portable/SpawnPortable.h"
 
 namespace ZSpace::Host {
 

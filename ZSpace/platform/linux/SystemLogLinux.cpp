@@ -4,29 +4,26 @@
 #include "ZSpace/platform/SystemLog.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <syslog.h>
 
 namespace ZSpace::Host {
 
 // syslog(3) has one connection per process and no templates; its levels have the same numbers.
-struct SystemLogClient {
-    char* ident;
-};
+struct SystemLogClient { };
 struct SystemLogMessage { };
 
 namespace {
-SystemLogClient g_client{nullptr};
+SystemLogClient g_client;
 SystemLogMessage g_message;
 } // namespace
 
 SystemLogClient* openSystemLog(const char* ident, CopyToStandardError copy) noexcept
 {
-    // syslog keeps the pointer, so the text must live as long as the process. One that is replaced is left
-    // alone: another thread may be using it.
-    g_client.ident = strdup(ident ? ident : "");
-    openlog(g_client.ident, copy == CopyToStandardError::Yes ? LOG_PERROR : 0, LOG_USER);
+    // syslog keeps the pointer, so the copy is never freed: another thread may still be using an earlier one.
+    // Without a name the messages carry that of the program.
+    const char* const sender = ident ? strdup(ident) : nullptr;
+    openlog(sender, copy == CopyToStandardError::Yes ? LOG_PERROR : 0, LOG_USER);
     return &g_client;
 }
 

@@ -33,7 +33,7 @@ std::string consolePrefix()
     return std::string(date.data()) + milliseconds.data() + Host::programName() + rest.data();
 }
 
-/// One write for a whole line, so that lines of several processes do not mix; what a full or closed standard
+/// Writes the line at once, so that lines of several processes do not mix. What a full or closed standard
 /// error does not take is lost.
 void writeToStandardError(const std::string& line)
 {
@@ -51,7 +51,7 @@ void log(NSString* format, ...)
     va_start(arguments, format);
     std::string line = consolePrefix();
     if (format)
-        line += Host::formatWithObjects(format->m_text.c_str(), arguments);
+        line += Host::formatWithObjects(format->m_utf8.c_str(), arguments);
     va_end(arguments);
     if (line.back() != '\n')
         line += '\n';

@@ -16,20 +16,20 @@ bool printsWithoutQuotes(char c)
         || c == '/' || c == ':' || c == '.';
 }
 
-bool printsWithoutQuotes(const std::string& text)
+bool printsWithoutQuotes(const std::string& string)
 {
-    for (const char c : text) {
+    for (const char c : string) {
         if (!printsWithoutQuotes(c))
             return false;
     }
-    return !text.empty();
+    return !string.empty();
 }
 
-/// Quotes and backslashes are escaped, and so are line feeds, since a list prints on one line.
-std::string quoted(const std::string& text)
+/// Escapes quotes and backslashes, and line feeds, since an array prints on one line.
+std::string quoted(const std::string& string)
 {
     std::string result = "\"";
-    for (const char c : text) {
+    for (const char c : string) {
         if (c == '\n') {
             result += "\\n";
             continue;
@@ -41,9 +41,9 @@ std::string quoted(const std::string& text)
     return result += '"';
 }
 
-std::string textOf(const ZSpace::NS::String& string)
+std::string printed(const ZSpace::NS::String& string)
 {
-    return string ? string.native()->m_text : std::string("(null)");
+    return string ? string.native()->m_utf8 : std::string("(null)");
 }
 
 } // namespace
@@ -54,67 +54,43 @@ std::string NSArray::description() const
     for (const ZSpace::NS::String& item : m_items) {
         if (result.size() > 1)
             result += ", ";
-        const std::string& text = item.native()->m_text;
-        result += printsWithoutQuotes(text) ? text : quoted(text);
+        const std::string& string = item.native()->m_utf8;
+        result += printsWithoutQuotes(string) ? string : quoted(string);
     }
     return result += ')';
 }
 
 std::string NSException::description() const
 {
-    return textOf(m_name) + ": " + textOf(m_reason);
+    return printed(m_name) + ": " + printed(m_reason);
 }
 
 std::string NSTask::description() const
 {
-    return textOf(m_launchPath);
+    return printed(m_launchPath);
 }
 
 namespace ZSpace::NS {
 
 namespace detail {
 
-template <typename Native>
-void retain(Native* object) noexcept
+void retain(NSObject* object) noexcept
 {
     if (object)
         object->retain();
 }
 
-template <typename Native>
-void release(Native* object) noexcept
+void release(NSObject* object) noexcept
 {
     if (object)
         object->release();
 }
-
-template void retain(NSObject*) noexcept;
-template void release(NSObject*) noexcept;
-template void retain(NSString*) noexcept;
-template void release(NSString*) noexcept;
-template void retain(NSMutableString*) noexcept;
-template void release(NSMutableString*) noexcept;
-template void retain(NSArray*) noexcept;
-template void release(NSArray*) noexcept;
-template void retain(NSException*) noexcept;
-template void release(NSException*) noexcept;
-template void retain(NSFileHandle*) noexcept;
-template void release(NSFileHandle*) noexcept;
-template void retain(NSTask*) noexcept;
-template void release(NSTask*) noexcept;
 
 } // namespace detail
 
 namespace {
 
 constexpr const char* s_invalidArgument = "NSInvalidArgumentException";
-
-template <typename Native>
-Native* retained(Native* object) noexcept
-{
-    detail::retain(object);
-    return object;
-}
 
 Exception exceptionOf(const String& name, const String& reason, const Array& callStackSymbols)
 {
@@ -127,12 +103,12 @@ Exception exceptionOf(const String& name, const String& reason, const Array& cal
 
 std::string formatted(NSString* format, std::va_list arguments)
 {
-    return format ? ZSpace::Host::formatWithObjects(format->m_text.c_str(), arguments) : std::string();
+    return format ? ZSpace::Host::formatWithObjects(format->m_utf8.c_str(), arguments) : std::string();
 }
 
 } // namespace
 
-// Objects here own their texts, so there is nothing to bound.
+// Objects own their strings here, so there is nothing to bound.
 AutoreleasePool::AutoreleasePool() noexcept = default;
 AutoreleasePool::~AutoreleasePool() = default;
 
@@ -146,11 +122,6 @@ String::String(const std::string& utf8)
 {
 }
 
-String String::retain(NSString* text) noexcept
-{
-    return adopt(retained(text));
-}
-
 String String::stringWithFormat(NSString* format, std::va_list arguments)
 {
     return adopt(new NSString(formatted(format, arguments)));
@@ -158,23 +129,23 @@ String String::stringWithFormat(NSString* format, std::va_list arguments)
 
 const char* String::UTF8String() const noexcept
 {
-    return native() ? native()->m_text.c_str() : nullptr;
+    return native() ? native()->m_utf8.c_str() : nullptr;
 }
 
 String String::stringByAppendingPathComponent(const String& component) const
 {
     if (!native() || !component)
         return {};
-    std::string path = native()->m_text;
+    std::string path = native()->m_utf8;
     while (path.size() > 1 && path.back() == '/')
         path.pop_back();
-    const std::string& tail = component.native()->m_text;
+    const std::string& tail = component.native()->m_utf8;
     const std::size_t begin = tail.find_first_not_of('/');
     if (begin == std::string::npos)
         return path;
     if (!path.empty() && path.back() != '/')
         path += '/';
-    // A leading separator is dropped only where this path already supplies one.
+    // The component keeps its leading separator only if this path is empty.
     path += path.empty() ? tail : tail.substr(begin);
     return path;
 }
@@ -184,11 +155,6 @@ MutableString::MutableString(const char* utf8)
 {
 }
 
-MutableString MutableString::retain(NSMutableString* text) noexcept
-{
-    return adopt(retained(text));
-}
-
 MutableString MutableString::stringWithFormat(NSString* format, std::va_list arguments)
 {
     return adopt(new NSMutableString(formatted(format, arguments)));
@@ -196,18 +162,13 @@ MutableString MutableString::stringWithFormat(NSString* format, std::va_list arg
 
 const char* MutableString::UTF8String() const noexcept
 {
-    return native() ? native()->m_text.c_str() : nullptr;
+    return native() ? native()->m_utf8.c_str() : nullptr;
 }
 
-void MutableString::appendString(const String& text)
+void MutableString::appendString(const String& string)
 {
-    if (native() && text)
-        native()->m_text += text.native()->m_text;
-}
-
-Array Array::arrayWithObjects(std::initializer_list<String> items)
-{
-    return arrayWithObjects(items.begin(), items.size());
+    if (native() && string)
+        native()->m_utf8 += string.native()->m_utf8;
 }
 
 Array Array::arrayWithObjects(const String* items, std::size_t count)
@@ -219,11 +180,6 @@ Array Array::arrayWithObjects(const String* items, std::size_t count)
         array.native()->m_items.push_back(items[i]);
     }
     return array;
-}
-
-Array Array::retain(NSArray* array) noexcept
-{
-    return adopt(retained(array));
 }
 
 std::size_t Array::count() const noexcept

@@ -11,13 +11,13 @@
 
 /// The objects behind the handles of `ZSpace/platform/Foundation.h` on a host without Foundation.
 ///
-/// Every class has `NSObject` as its first and only base, so that a pointer to any of them, passed through a
-/// variable argument list, is the address of its `NSObject`. The formatter relies on that for `%@`.
+/// Every class has `NSObject` as its first and only direct or indirect base, so that the address of an object
+/// is also that of its `NSObject`. The handles and, for `%@`, the formatter rely on that.
 
-/// Counted object that can print itself. Born with a count of 1.
+/// Base of all reference-counted objects. A new object has one reference.
 struct NSObject {
     NSObject() = default;
-    NSObject(const NSObject&) = delete; // counted objects have one identity
+    NSObject(const NSObject&) = delete; // objects have identity
     NSObject& operator=(const NSObject&) = delete;
 
     void retain() noexcept { m_count.fetch_add(1, std::memory_order_relaxed); }
@@ -27,7 +27,7 @@ struct NSObject {
             delete this;
     }
 
-    /// The text that `%@` prints.
+    /// What `%@` prints.
     [[nodiscard]] virtual std::string description() const = 0;
 
 protected:
@@ -38,13 +38,13 @@ private:
 };
 
 struct NSString : NSObject {
-    explicit NSString(std::string text)
-        : m_text(std::move(text))
+    explicit NSString(std::string utf8)
+        : m_utf8(std::move(utf8))
     {
     }
-    [[nodiscard]] std::string description() const override { return m_text; }
+    [[nodiscard]] std::string description() const override { return m_utf8; }
 
-    std::string m_text;
+    std::string m_utf8;
 };
 
 struct NSMutableString final : NSString {
@@ -52,8 +52,8 @@ struct NSMutableString final : NSString {
 };
 
 struct NSArray final : NSObject {
-    /// `(a, "b c")`: an item with anything but letters, digits, "_", "$", "/", ":" and "." stands in double
-    /// quotes.
+    /// `(a, "b c")`: double quotes enclose an item that has any character besides letters, digits, "_", "$",
+    /// "/", ":" and ".".
     [[nodiscard]] std::string description() const override;
 
     std::vector<ZSpace::NS::String> m_items;
@@ -68,7 +68,7 @@ struct NSException final : NSObject {
     ZSpace::NS::Array m_callStackSymbols;
 };
 
-/// A file by its path, opened in the child that it is given to.
+/// The path of a file that is opened in the child.
 struct NSFileHandle final : NSObject {
     explicit NSFileHandle(const char* path)
         : m_path(path)
@@ -76,7 +76,7 @@ struct NSFileHandle final : NSObject {
     }
     [[nodiscard]] std::string description() const override { return m_path; }
 
-    const char* m_path; // a literal
+    const char* m_path; // a string literal
 };
 
 struct NSTask final : NSObject {

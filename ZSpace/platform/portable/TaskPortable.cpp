@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "ZSpace/platform/Spawn.h"
 #include "ZSpace/platform/portable/ObjectsPortable.h"
+#include "ZSpace/platform/portable/SpawnPortable.h"
 
 #include <cerrno>
 #include <cstring>
@@ -17,7 +17,7 @@ namespace ZSpace::NS {
 
 namespace {
 
-/// What is to happen to descriptors in the child, between its birth and its program.
+/// What happens to descriptors in the child before its program starts.
 class FileActions {
 public:
     FileActions() { note(posix_spawn_file_actions_init(&m_actions)); }
@@ -35,7 +35,7 @@ public:
         note(posix_spawn_file_actions_adddup2(&m_actions, descriptor, copy));
     }
     void closeAllFrom(int descriptor) { note(Host::addCloseFrom(m_actions, descriptor)); }
-    /// What the first call that failed said; 0 when none did.
+    /// The error number of the first call that failed; 0 if none did.
     [[nodiscard]] int error() const noexcept { return m_error; }
     [[nodiscard]] const posix_spawn_file_actions_t* get() const noexcept { return &m_actions; }
 
@@ -50,18 +50,18 @@ private:
     int m_error = 0;
 };
 
-/// The argument vector of the child, with the launch path in front. Points into the task's strings.
+/// The argument vector of the child, beginning with the launch path. Points into the task's strings.
 std::vector<char*> argumentVector(const NSTask& task)
 {
     std::vector<char*> vector;
-    vector.push_back(task.m_launchPath.native()->m_text.data());
+    vector.push_back(task.m_launchPath.native()->m_utf8.data());
     for (std::size_t i = 0; i < task.m_arguments.count(); ++i)
-        vector.push_back(task.m_arguments.objectAtIndex(i).native()->m_text.data());
+        vector.push_back(task.m_arguments.objectAtIndex(i).native()->m_utf8.data());
     vector.push_back(nullptr);
     return vector;
 }
 
-/// 0, or the error number with which the start failed. The C library reports a failed exec here, too.
+/// @return 0, or the error number. The C library reports a failed `exec` here, too.
 int spawn(const NSTask& task)
 {
     FileActions actions;
@@ -78,12 +78,7 @@ int spawn(const NSTask& task)
     return posix_spawn(&child, arguments.front(), actions.get(), nullptr, arguments.data(), environ);
 }
 
-std::string inQuotes(const std::string& text)
-{
-    return '"' + text + '"';
-}
-
-/// True when the child could not have opened this file as one of its standard streams.
+/// Whether the child cannot have opened this file as one of its standard streams.
 bool cannotBeOpened(const FileHandle& file)
 {
     if (!file)
@@ -94,7 +89,7 @@ bool cannotBeOpened(const FileHandle& file)
     return descriptor < 0;
 }
 
-/// What a person should look at, beyond the system's own words; empty when these say it all.
+/// A hint at the cause, where the system's message alone would mislead; else empty.
 std::string hintFor(const NSTask& task, int error)
 {
     for (const FileHandle& file : {task.m_standardOutput, task.m_standardError}) {
@@ -116,8 +111,8 @@ std::string hintFor(const NSTask& task, int error)
 [[noreturn]] void raiseLaunchFailure(const NSTask& task, int error)
 {
     Exception::raise("NSInvalidArgumentException",
-        "Couldn't launch " + inQuotes(task.m_launchPath.UTF8String()) + ": " + std::strerror(error)
-            + " (error " + std::to_string(error) + ")" + hintFor(task, error));
+        "Couldn't launch \"" + task.m_launchPath.native()->m_utf8 + "\": " + std::strerror(error) + " (error "
+            + std::to_string(error) + ")" + hintFor(task, error));
 }
 
 } // namespace

@@ -12,7 +12,7 @@ namespace ZSpace::Host {
 
 namespace {
 
-// Larger blocks save no time worth having; this one still fits on the stack of every thread.
+// Larger blocks are not measurably faster; this one still fits on the stack of every thread.
 constexpr std::size_t s_blockSize = 64 * 1024;
 
 int writeAll(int file, const char* bytes, std::size_t size) noexcept
@@ -25,7 +25,7 @@ int writeAll(int file, const char* bytes, std::size_t size) noexcept
             return errno;
         }
         if (written == 0)
-            return EIO; // a device that takes nothing and says nothing; repeating the call could go on for ever
+            return EIO; // retrying could loop forever
         bytes += written;
         size -= static_cast<std::size_t>(written);
     }

@@ -5,7 +5,7 @@
 
 namespace ZSpace::Host {
 
-/// `copyContents` by `read` and `write` alone, which works for files of every kind.
+/// `copyContents` by `read` and `write` alone, which works for every kind of file.
 [[nodiscard]] int copyByReadingAndWriting(int from, int to) noexcept;
 
 } // namespace ZSpace::Host

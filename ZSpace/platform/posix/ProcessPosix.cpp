@@ -14,10 +14,10 @@ namespace {
 
 void doNothing(int) { }
 
-/// Writing to a terminal that is gone or to a file at its size limit must fail, not kill. A handler does that
-/// as well as ignoring does, and unlike an ignored signal a handled one is back at its default in the
-/// programs that this process starts.
-void outliveOutputSignals() noexcept
+/// Writing to a closed pipe or beyond the file-size limit must fail, not kill. An empty handler achieves that
+/// as well as SIG_IGN does, and unlike SIG_IGN it is reset to the default in the programs that this process
+/// starts.
+void handleOutputSignals() noexcept
 {
     for (const int signal : {SIGPIPE, SIGXFSZ}) {
         struct sigaction now { };
@@ -31,8 +31,8 @@ void outliveOutputSignals() noexcept
     }
 }
 
-/// Occupies `descriptor`, the lowest free one. Without a null device the root folder does: writing to it
-/// fails as writing to a closed descriptor would, and no child inherits it.
+/// Opens the null device on `descriptor`, the lowest closed one. If there is no null device, opens the root
+/// directory: writing to it fails as it would on a closed descriptor, and no child inherits it.
 void occupy(int descriptor) noexcept
 {
     int file = open("/dev/null", O_RDWR);
@@ -50,7 +50,7 @@ void shieldStandardStreams() noexcept
         if (fcntl(descriptor, F_GETFD) < 0 && errno == EBADF)
             occupy(descriptor);
     }
-    outliveOutputSignals();
+    handleOutputSignals();
 }
 
 } // namespace ZSpace::Host

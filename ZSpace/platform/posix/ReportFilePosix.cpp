@@ -43,14 +43,14 @@ int closeAndReturn(int descriptor, int result) noexcept
     return result;
 }
 
-/// Whether `file` is of a kind that only its owner can have put there.
+/// Whether only the effective user can have put the file there.
 bool isTrustworthy(const struct stat& file) noexcept
 {
     return S_ISREG(file.st_mode) && file.st_uid == geteuid() && file.st_nlink == 1;
 }
 
-/// Opens what another process, or an earlier call, has left at `name`. Without O_NONBLOCK a fifo, or a file that
-/// someone holds a lease on, would make the call wait.
+/// Opens an existing file. Without O_NONBLOCK the call would wait for the other end of a fifo, or for the
+/// holder of a lease.
 int openExisting(int directory, const char* name) noexcept
 {
     const int file = withoutInterruption([=] { return openat(directory, name, s_reportFlags | O_NONBLOCK); });
@@ -94,11 +94,11 @@ int openReportDirectory(const char* path) noexcept
 
 int openReportFile(int directory, const char* name) noexcept
 {
-    // A file that is removed between the two calls is created on the next round; nobody can win that race for ever.
+    // A file that is removed between the two calls is created in the next round.
     constexpr int rounds = 8;
     int file = -ENOENT;
     for (int round = 0; round < rounds && file == -ENOENT; ++round) {
-        // Exclusive creation follows no link and opens nothing that exists, so it cannot wait.
+        // Exclusive creation follows no links and opens nothing that exists, so it cannot block.
         file = withoutInterruption(
             [=] { return openat(directory, name, s_reportFlags | O_CREAT | O_EXCL, s_reportMode); });
         if (file == -EEXIST)

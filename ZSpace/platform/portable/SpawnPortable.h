@@ -7,7 +7,7 @@
 
 namespace ZSpace::Host {
 
-/// Adds to `actions` that the child closes every descriptor from `first` on.
+/// Makes the child close every descriptor from `first` on.
 /// @return 0, or the error number.
 [[nodiscard]] int addCloseFrom(posix_spawn_file_actions_t& actions, int first) noexcept;
 
