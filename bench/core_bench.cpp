@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The ground floor beside its counterparts of the standard library, in the same run.
+// Handles, containers, calls and locks, compared with the standard library in the same run.
 
 #include "ZSpace/core/ZArray.h"
 #include "ZSpace/core/ZDelegate.h"
@@ -24,7 +24,7 @@ namespace {
 
 using namespace ZSpace;
 
-const std::string s_text = "a text too long to be kept inside of a std::string";
+const std::string s_string = "a string that exceeds the internal buffer of std::string";
 
 // Handles
 
@@ -102,14 +102,14 @@ void handleDereferenceStd(benchmark::State& state)
 }
 BENCHMARK(handleDereferenceStd);
 
-// Lists. Their counterparts are those with elements that stay in place.
+// Lists, compared with containers whose elements have stable addresses
 
 void listAdd(benchmark::State& state)
 {
     for (auto _ : state) {
         ZList<std::string> list;
         for (long i = 0; i < state.range(0); ++i)
-            list.add(s_text);
+            list.add(s_string);
         benchmark::DoNotOptimize(list.Count());
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -121,7 +121,7 @@ void listAddStd(benchmark::State& state)
     for (auto _ : state) {
         std::vector<std::unique_ptr<std::string>> list;
         for (long i = 0; i < state.range(0); ++i)
-            list.push_back(std::make_unique<std::string>(s_text));
+            list.push_back(std::make_unique<std::string>(s_string));
         benchmark::DoNotOptimize(list.size());
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -133,7 +133,7 @@ void listAddDeque(benchmark::State& state)
     for (auto _ : state) {
         std::deque<std::string> list;
         for (long i = 0; i < state.range(0); ++i)
-            list.push_back(s_text);
+            list.push_back(s_string);
         benchmark::DoNotOptimize(list.size());
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -206,7 +206,7 @@ void arrayFill(benchmark::State& state)
     for (auto _ : state) {
         ZArray<std::string> array(state.range(0));
         for (std::string& each : array)
-            each = s_text;
+            each = s_string;
         benchmark::DoNotOptimize(array.begin());
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -218,7 +218,7 @@ void arrayFillStd(benchmark::State& state)
     for (auto _ : state) {
         std::vector<std::string> array(static_cast<std::size_t>(state.range(0)));
         for (std::string& each : array)
-            each = s_text;
+            each = s_string;
         benchmark::DoNotOptimize(array.data());
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -273,7 +273,7 @@ void arrayOfBytesCopyStd(benchmark::State& state)
 }
 BENCHMARK(arrayOfBytesCopyStd)->Arg(100)->Arg(1 << 20);
 
-// Maps, at the sizes they are for and beyond
+// Maps
 
 void mapFind(benchmark::State& state)
 {

@@ -7,19 +7,18 @@
 
 namespace ZSpace {
 
-/// Elements side by side in one block.
+/// A contiguous array.
 ///
 ///     ZArray<char> bytes(3);
 ///     bytes[0] = 'a';
 ///
-/// With `ZAllocation` (the usual choice) the block holds exactly the elements, so each `add` moves all of
-/// them: right for arrays that stay short. Whoever has many elements counts them first, makes the array of
-/// that size and fills it. With `ZAllocationBuf` the block has spare room and `add` is cheap on average;
-/// lists use that for their element pointers.
+/// With `ZAllocation` (the default) the block has no spare capacity, so each `add` copies all elements: use
+/// it for arrays that stay short, or construct the array with its final size and assign the elements. With
+/// `ZAllocationBuf` the block has spare capacity and `add` takes constant time on average.
 ///
-/// Indices are not checked. Adding, removing and resizing invalidate references to elements. Not for sharing
-/// between threads without a lock. Making, copying and resizing pass a failure on and change nothing then;
-/// `add` and `remove` end the process instead.
+/// Indices are not checked. `add`, `remove` and `resize` invalidate references to elements. Not thread-safe.
+/// Constructing, copying and resizing propagate exceptions and have the strong guarantee; `add` and `remove`
+/// call `std::terminate` instead.
 template <typename T, typename Alloc = ZAllocation<T>>
 class ZArray : public Alloc {
 public:
@@ -29,7 +28,7 @@ public:
 
     constexpr ZArray() noexcept = default;
 
-    /// `count` default elements; none for a count of 0 or less.
+    /// `count` value-initialized elements; none if `count` is 0 or less.
     explicit ZArray(long count) { Alloc::resize(count); }
 
     /// Copies of the `count` elements at `source`.
@@ -38,11 +37,12 @@ public:
     {
     }
 
-    /// Adds a copy of `value` (which may be an element of this array) and gives the stored element.
+    /// Appends a copy of `value` (which may be an element of this array) and returns the stored element.
     T& add(const T& value) noexcept { return Alloc::append(value); }
 
-    /// Takes out `n` elements from `index` on, moving those behind them down.
-    /// @return the new count. The caller sees to it that the run lies inside the array.
+    /// Removes `n` elements starting at `index` and moves the following ones down. The range must lie inside
+    /// the array.
+    /// @return the new count.
     long remove(long index, long n) noexcept;
 
     [[nodiscard]] T& operator[](long index) noexcept { return this->m_block[index]; }

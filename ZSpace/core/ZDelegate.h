@@ -11,17 +11,17 @@
 
 namespace ZSpace {
 
-/// What all delegates have in common, whatever they are called with.
+/// The base of all delegates, whatever their signature.
 template <typename T>
 class ZDelegable_T {
 public:
-    // The order of the virtual operations is part of the interface, here and in `TZDelegate`.
+    // The order of the virtual functions is part of the interface, here and in `TZDelegate`.
 
     /// The number of arguments that a call takes.
     [[nodiscard]] virtual int ParamCount() const = 0;
     /// Whether there is nothing to call.
     [[nodiscard]] virtual bool operator!() const = 0;
-    /// The object that calls go to. Belongs to others.
+    /// The object that calls go to. Not owned.
     [[nodiscard]] virtual void* Object() const = 0;
     virtual ~ZDelegable_T() = default;
 
@@ -33,42 +33,42 @@ protected:
 
 extern template class ZDelegable_T<void>;
 
-/// A delegate of any number of parameters; `Self` is the class that is named by that number.
+/// The base of `ZDelegate2` to `ZDelegate5`; `Self` is the derived class.
 template <typename Self, typename R, typename... P>
 class TZDelegate : public ZDelegable_T<void> {
 public:
     [[nodiscard]] int ParamCount() const override { return static_cast<int>(sizeof...(P)); }
 
     virtual R operator()(P... arguments) const = 0;
-    /// A new delegate that calls the same. The caller owns it.
+    /// A new delegate with the same target. The caller owns it.
     [[nodiscard]] virtual Self* clone() const = 0;
     [[nodiscard]] virtual bool operator==(const Self& other) const = 0;
     /// Whether calls go to `object`.
     [[nodiscard]] virtual bool operator==(void const* object) const = 0;
 };
 
-/// Something to call with two arguments that gives an `R`.
+/// A callable object with two parameters that returns an `R`.
 template <typename R, typename A1, typename A2>
 class ZDelegate2 : public TZDelegate<ZDelegate2<R, A1, A2>, R, A1, A2> {
 public:
     using TZDelegate<ZDelegate2, R, A1, A2>::operator==;
 };
 
-/// Something to call with three arguments that gives an `R`.
+/// A callable object with three parameters that returns an `R`.
 template <typename R, typename A1, typename A2, typename A3>
 class ZDelegate3 : public TZDelegate<ZDelegate3<R, A1, A2, A3>, R, A1, A2, A3> {
 public:
     using TZDelegate<ZDelegate3, R, A1, A2, A3>::operator==;
 };
 
-/// Something to call with four arguments that gives an `R`.
+/// A callable object with four parameters that returns an `R`.
 template <typename R, typename A1, typename A2, typename A3, typename A4>
 class ZDelegate4 : public TZDelegate<ZDelegate4<R, A1, A2, A3, A4>, R, A1, A2, A3, A4> {
 public:
     using TZDelegate<ZDelegate4, R, A1, A2, A3, A4>::operator==;
 };
 
-/// Something to call with five arguments that gives an `R`.
+/// A callable object with five parameters that returns an `R`.
 template <typename R, typename A1, typename A2, typename A3, typename A4, typename A5>
 class ZDelegate5 : public TZDelegate<ZDelegate5<R, A1, A2, A3, A4, A5>, R, A1, A2, A3, A4, A5> {
 public:
@@ -80,8 +80,8 @@ public:
 ///     ZDelegator2V<Door, int, bool> turn(&door, &Door::turn);
 ///     turn(90, true);
 ///
-/// The function may be virtual and may come from any base of `Class`. Unbound (`!turn`) it must not be
-/// called.
+/// The function may be virtual and may be a member of any base of `Class`. An unbound delegate (`!turn`) must
+/// not be called.
 template <typename Class, typename A1, typename A2>
 class ZDelegator2V : public ZDelegate2<void, A1, A2> {
 public:
@@ -116,14 +116,13 @@ public:
     }
 
 private:
-    Function m_function; // two words: the function (or its place in the table), what to add to the object's
-        // address
+    Function m_function; // two words: function address or vtable offset, then `this` adjustment
     Class* m_object;
 };
 
 namespace detail {
 
-/// Calls a function object that it shares with its clones.
+/// Calls a function object that is shared with its clones.
 template <typename F, typename Self, typename R, typename... P>
 class FunctionDelegate final : public Self {
 public:
@@ -163,12 +162,12 @@ std::unique_ptr<Self> makeDelegate(F&& function, const TZDelegate<Self, R, P...>
 
 } // namespace detail
 
-/// Makes a delegate of a lambda or another function object.
+/// Creates a delegate from a lambda or another function object.
 ///
 ///     auto done = zMakeDelegate<ZDelegate2<void, Stream*, int>>([&](Stream*, int status) { ... });
 ///
-/// The function object is moved in, may be one that cannot be copied, and is shared by all clones: they are
-/// equal, and `Object()` is its address. What it refers to must outlive all calls.
+/// The function object is moved, may be move-only, and is shared by all clones: they compare equal, and
+/// `Object()` is its address. Objects captured by reference must outlive all calls.
 template <typename Delegate, typename F>
 [[nodiscard]] std::unique_ptr<Delegate> zMakeDelegate(F&& function)
 {

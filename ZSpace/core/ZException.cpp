@@ -46,7 +46,7 @@ ZException::ZException(const char* what, const char* where, const char* why) noe
 
 ZException::~ZException() = default;
 
-// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assigning a text to itself is harmless
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assigning a pointer to itself is harmless
 ZException& ZException::operator=(const ZException& other) noexcept
 {
     m_what = other.what();

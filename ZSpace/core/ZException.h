@@ -7,21 +7,20 @@
 
 namespace ZSpace {
 
-/// An error with a number, a message and the place it was found at.
+/// An error with a code, a message and the place that detected it.
 ///
 ///     throw ZException(1, "Index out of range", "ZMStr::at");
 ///
-/// Thrown by value and caught by reference. The texts are neither owned nor copied: string literals serve
-/// best, and whatever else is given must outlive every copy of the exception. Nothing here allocates or
-/// throws.
+/// Throw by value, catch by reference. The strings are neither owned nor copied: use string literals, since
+/// anything else must outlive every copy of the exception. Nothing here allocates or throws.
 class ZException : public std::exception {
 public:
-    /// Number 0 and no texts.
+    /// Code 0; all strings are null.
     ZException() noexcept = default;
     ZException(unsigned int code, const char* what) noexcept;
     ZException(unsigned int code, const char* what, const char* where) noexcept;
     ZException(unsigned int code, const char* what, const char* where, const char* why) noexcept;
-    /// Without a number of its own; `code()` then gives 0.
+    /// Code 0.
     explicit ZException(const char* what) noexcept;
     ZException(const char* what, const char* where) noexcept;
     ZException(const char* what, const char* where, const char* why) noexcept;
@@ -29,22 +28,22 @@ public:
     ZException(const ZException&) noexcept = default;
     ~ZException() override;
 
-    /// Takes over the three texts, asked for through the virtual accessors of `other`. The number stays what
-    /// it was: it names the error this object was made for.
+    /// Copies what the virtual `what()`, `where()` and `why()` of `other` return. Deliberately keeps its own
+    /// code.
     ZException& operator=(const ZException& other) noexcept;
 
-    // The order of the virtual operations is part of the interface.
+    // The order of the virtual functions is part of the interface.
 
     /// The message; may be null.
     [[nodiscard]] const char* what() const noexcept override;
-    /// The error number.
+    /// The error code.
     [[nodiscard]] virtual unsigned int code() noexcept;
-    /// The class and method that found the error; may be null.
+    /// The class and method that detected the error; may be null.
     [[nodiscard]] virtual const char* where() const noexcept;
     /// A further reason; may be null.
     [[nodiscard]] virtual const char* why() const noexcept;
 
-    /// The error number, for handlers that catch by reference to constant.
+    /// The error code, for handlers that catch by const reference.
     [[nodiscard]] unsigned int code() const noexcept { return m_code; }
 
 private:
@@ -56,7 +55,7 @@ private:
 
 static_assert(sizeof(ZException) == 5 * sizeof(void*));
 
-/// An operation that exists only by name: number 1025, "Not implemented".
+/// An operation that is not implemented: code 1025, "Not implemented".
 class ZXCNotImplemented : public virtual ZException {
 public:
     static constexpr unsigned int s_code = 1025;
@@ -67,7 +66,7 @@ public:
     ZXCNotImplemented& operator=(const ZXCNotImplemented&) noexcept = default;
 };
 
-/// An index outside of what it points into: number 1026, "Out of bounds".
+/// An index out of range: code 1026, "Out of bounds".
 class ZXCOutOfBounds : public virtual ZException {
 public:
     static constexpr unsigned int s_code = 1026;
@@ -81,10 +80,10 @@ public:
 static_assert(sizeof(ZXCNotImplemented) == sizeof(void*) + sizeof(ZException));
 static_assert(sizeof(ZXCOutOfBounds) == sizeof(void*) + sizeof(ZException));
 
-/// Marks a call of a method that no object answers to. Carries nothing.
+/// Thrown when an object has no method of the requested name.
 class ZInvalidOperationException { };
 
-/// Marks an index outside of a value array. Carries nothing.
+/// Thrown for an index outside a value array.
 class ZOutOfBoundsException { };
 
 } // namespace ZSpace

@@ -8,15 +8,15 @@
 
 namespace ZSpace {
 
-/// The process-wide delegate for errors: takes an error number and a context and gives an `int`. Empty at
-/// first; kept for those who ask for it, never called by the framework.
+/// The process-wide exception handler: takes an error code and a context pointer and returns an `int`.
+/// Initially empty. The framework stores it but never calls it.
 ///
-/// Being an inline variable, it is there before the static objects of every file that includes this header,
-/// and goes after them. Not guarded: set it while one thread runs.
+/// As an inline variable it is constructed before, and destroyed after, the static objects of every source
+/// file that includes this header. Not thread-safe: set it before starting other threads.
 inline constinit ZRef<ZDelegate2<int, unsigned int, void*>, TZRefCounter<int>>
     g_ref_Exception_Handler_Delegate;
 
-/// Shares `handler` as the process-wide one in place of the one before.
+/// Replaces the process-wide handler; ownership is shared.
 void g_setExceptionHandler(ZRef<ZDelegate2<int, unsigned int, void*>, TZRefCounter<int>> handler) noexcept;
 
 } // namespace ZSpace

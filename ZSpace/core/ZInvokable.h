@@ -10,11 +10,11 @@
 
 namespace ZSpace {
 
-/// Something that can be done, with everything it needs on board.
+/// A unit of work that stores everything it needs.
 template <typename R>
 class ZInvokable {
 public:
-    // The order of the virtual operations is part of the interface, here and in `ZExecutor`.
+    // The order of the virtual functions is part of the interface, here and in `ZExecutor`.
 
     virtual R invoke() const = 0;
     virtual ~ZInvokable() = default;
@@ -25,24 +25,24 @@ protected:
     ZInvokable& operator=(const ZInvokable&) noexcept = default;
 };
 
-/// A call with its arguments, to be made later and possibly more than once.
+/// A call stored together with its arguments, for later and possibly repeated execution.
 template <typename R>
 class ZExecutor : public ZInvokable<R> {
 public:
     /// The same as `execute()`.
     R invoke() const override { return execute(); }
 
-    /// The number of arguments on board.
+    /// The number of stored arguments.
     [[nodiscard]] virtual int ParamCount() const = 0;
     virtual R execute() const = 0;
-    /// A new executor of the same call. The caller owns it.
+    /// A new executor for the same call. The caller owns it.
     [[nodiscard]] virtual ZExecutor* clone() const = 0;
 };
 
 extern template class ZInvokable<void>;
 extern template class ZExecutor<void>;
 
-/// Calls a binder with two arguments that it keeps.
+/// Calls a binder with two stored arguments.
 ///
 ///     ZExecutor2V<int, bool> turn(new ZDelegator2V<Door, int, bool>(&door, &Door::turn), 90, true);
 ///     turn.invoke();
@@ -53,7 +53,7 @@ class ZExecutor2V : public ZExecutor<void> {
 public:
     using Binder = ZDelegate2<void, D, A>;
 
-    /// Takes `binder` over.
+    /// Adopts `binder`.
     ZExecutor2V(Binder* binder, D first, A second)
         : ZExecutor2V(std::unique_ptr<Binder>(binder), std::forward<D>(first), std::forward<A>(second))
     {

@@ -12,24 +12,24 @@
 
 namespace ZSpace {
 
-/// Elements that the list makes one by one, owns and holds by pointer.
+/// A list that owns its elements, each in a heap block of its own.
 ///
 ///     ZList<ZRef<ZLogBook>> books;
 ///     books.add(book);
 ///     for (const ZRef<ZLogBook>& each : books)
 ///         each->add(record);
 ///
-/// Growing moves pointers only, so an element stays at its address until it is removed. Indices are not
-/// checked, that of `il_removeAt` excepted. Not for sharing between threads without a lock.
+/// Growing moves only pointers, so an element stays at its address until it is removed. Indices are not
+/// checked, except by `il_removeAt`. Not thread-safe.
 ///
-/// `add` ends the process where memory is wanting or an element cannot be copied, and so does an element that
-/// throws from its destructor. Copying a list passes such failures on and leaves nothing behind; assignment
-/// passes the want of memory on, is empty then, and ends the process where an element cannot be copied.
+/// `add` calls `std::terminate` if allocating or copying fails, and removal does if a destructor throws. The
+/// copy constructor propagates exceptions and leaks nothing. Assignment leaves the list empty and throws
+/// `std::bad_alloc` if allocation fails, and calls `std::terminate` if copying an element throws.
 template <typename T>
 class ZList : private ZArray<T*, ZAllocationBuf<T*>> {
     using Slots = ZArray<T*, ZAllocationBuf<T*>>;
 
-    /// Walks the slots and gives the elements.
+    /// Dereferences to the elements rather than to the slots.
     template <typename Element>
     class Iterator {
     public:
@@ -69,13 +69,13 @@ public:
     ZList(ZList&& other) noexcept = default;
     ~ZList() { il_removeAll(); }
 
-    /// Removes all elements and adds a copy of each one of `other`.
+    /// Removes all elements, then appends a copy of each element of `other`.
     ZList& operator=(const ZList& other);
     ZList& operator=(ZList&& other) noexcept;
 
     /// The number of elements.
     using Slots::Count;
-    /// The number of elements there is room for: 1, 3, 7, 15 and so on while elements are added one by one.
+    /// The number of slots: 1, 3, 7, 15 and so on while elements are appended one by one.
     using Slots::Capacity;
 
     [[nodiscard]] T& operator[](long index) noexcept { return *Slots::operator[](index); }
@@ -86,41 +86,41 @@ public:
     [[nodiscard]] const_iterator begin() const noexcept { return const_iterator(Slots::begin()); }
     [[nodiscard]] const_iterator end() const noexcept { return const_iterator(Slots::end()); }
 
-    /// Adds a copy of `value`, which may be an element of this list, and gives the stored element.
+    /// Appends a copy of `value`, which may be an element of this list, and returns the stored element.
     T* add(const T& value) noexcept;
 
-    /// Destroys and frees the element at `i` and closes the gap. The capacity stays.
-    /// @return false, with nothing changed, if there is no such element.
+    /// Removes and deletes the element at `i`. The capacity stays.
+    /// @return false, with nothing changed, if `i` is out of range.
     bool il_removeAt(const long& i) noexcept;
 
-    /// Destroys and frees the elements from the last to the first, and frees the slots.
+    /// Deletes the elements from last to first and frees the slots.
     /// @return whether there was at least one element.
     bool il_removeAll() noexcept;
 
 protected:
-    /// Adds `item` itself, which the list then owns.
+    /// Appends `item` itself; the list adopts it.
     T* il_append(T* item) noexcept { return Slots::add(item); }
 
-    /// Puts `item` in the place of the element at `index`, which is freed.
+    /// Replaces the element at `index` by `item` and deletes the old one; the list adopts `item`.
     void il_replaceAt(long index, T* item) noexcept;
 
-    /// Makes the room for one more element, as adding it would; but passes the want of memory on.
-    void il_makeRoom();
+    /// Allocates a slot for one more element, as `add` would, but throws `std::bad_alloc` on failure.
+    void il_reserveOne();
 
-    /// Makes the room that adding `count` elements one by one to an empty list would make.
+    /// Allocates the capacity that appending `count` elements one by one to an empty list leads to.
     void il_reserve(long count);
 
 private:
     static T copied(const T& value) noexcept { return T(value); }
 };
 
-/// A list that can be searched; its elements compare with `==`.
+/// A list that can be searched with `==`.
 template <typename T>
 class ZListing : public ZList<T> {
 public:
-    /// The index of the first element from `start` on that equals `item`, -1 if there is none.
+    /// The index of the first element at or after `start` that equals `item`, -1 if there is none.
     ///
-    /// A negative `start` counts from the end (-1 is the last element); before the first means the first.
+    /// A negative `start` counts from the end (-1 is the last element) and is clamped to the first element.
     [[nodiscard]] long il_find(const T& item, long start = 0) const;
 };
 
@@ -160,14 +160,14 @@ ZList<T>& ZList<T>::operator=(ZList&& other) noexcept
 template <typename T>
 T* ZList<T>::add(const T& value) noexcept
 {
-    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): ends the process, as promised
+    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): terminates, as documented
     return il_append(new T(value));
 }
 
 template <typename T>
 bool ZList<T>::il_removeAt(const long& i) noexcept
 {
-    const long index = i; // `i` may be a part of the element that goes
+    const long index = i; // `i` may refer into the element that is deleted
     if (index < 0 || index >= Count())
         return false;
     T* item = Slots::operator[](index);
@@ -181,7 +181,7 @@ bool ZList<T>::il_removeAll() noexcept
 {
     const bool hadElements = Count() > 0;
     while (Count() > 0) {
-        // Out of the list first: a destructor that looks at the list finds only elements that live.
+        // Removed before it is deleted, so that its destructor finds only live elements in the list.
         T* last = Slots::operator[](Count() - 1);
         Slots::resize(Count() - 1);
         delete last;
@@ -199,7 +199,7 @@ void ZList<T>::il_replaceAt(long index, T* item) noexcept
 }
 
 template <typename T>
-void ZList<T>::il_makeRoom()
+void ZList<T>::il_reserveOne()
 {
     Slots::reserve(Count() + 1);
 }

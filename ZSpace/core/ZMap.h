@@ -27,7 +27,7 @@ public:
     }
     ~ZPair() = default;
 
-    ZPair& operator=(const ZPair& other) // NOLINT(bugprone-unhandled-self-assignment): members see to it
+    ZPair& operator=(const ZPair& other) // NOLINT(bugprone-unhandled-self-assignment): members handle it
     {
         first = other.first;
         second = other.second;
@@ -42,19 +42,19 @@ public:
     V second;
 
 private:
-    const K* m_key = &first; // always its own; lookups go through it
+    const K* m_key = &first; // lookups read the key through this pointer; never that of another pair
 };
 
 static_assert(sizeof(ZPair<void*, void*>) == 3 * sizeof(void*));
 
-/// Values found by their keys, in the order in which the keys were first added.
+/// A map with linear search that keeps its pairs in the order in which their keys were first added.
 ///
 ///     ZMap<const wchar_t*, const wchar_t*> names;
 ///     names.add(s_key, L"Home folder");
 ///
-/// Keys compare with `==`; keys that are pointers to text therefore compare as addresses. Finding looks at
-/// the pairs one by one, which is right for the few dozen pairs that maps are for. Where memory is wanting,
-/// `add` ends the process; copying follows `ZList`.
+/// Keys compare with `==`, so keys of type `const char*` compare as addresses. Linear search suits the few
+/// dozen pairs that maps are meant for. `add` calls `std::terminate` if allocation fails; copying behaves as
+/// that of `ZList`.
 template <typename K, typename V>
 class ZMap : public ZSet<ZPair<K, V>> {
 public:
@@ -67,7 +67,7 @@ public:
     ZMap& operator=(const ZMap&) = default;
     ZMap& operator=(ZMap&&) noexcept = default;
 
-    /// Gives `key` the value `value`, making a new pair for a new key.
+    /// Sets the value of `key`, appending a new pair if there is no such key.
     /// @return the stored pair.
     Pair& add(const K& key, const V& value) noexcept;
 
@@ -75,7 +75,7 @@ public:
     /// @return false, with `out` unchanged, if there is no such key.
     bool get(const K& key, V& out) const;
 
-    /// The value of `key`, null if there is no such key. Stays where it is until the pair is removed.
+    /// The value of `key`, null if there is no such key. The pointer stays valid until the pair is removed.
     [[nodiscard]] const V* find(const K& key) const;
 
 private:

@@ -12,31 +12,31 @@
 
 namespace ZSpace {
 
-/// Operations on plain blocks of `T`, the ground that arrays and lists stand on.
+/// Low-level operations on heap blocks of `T`, used by arrays and lists.
 ///
-/// A block comes from array `new`, so its first element is its address and an empty block is null. Elements
-/// that may be copied byte by byte are; all others are copied by assignment. Counts are elements, never
-/// bytes. What cannot be had or copied is reported by the exception at hand, and nothing is then left behind.
+/// A block comes from array `new`; an empty block is a null pointer. Trivially copyable elements are copied
+/// as bytes, all others by assignment. Counts are in elements, never in bytes. Exceptions from allocating or
+/// copying propagate and leak nothing.
 template <typename T>
 class ZMemory {
 public:
-    /// A block of `n` default (all-zero) elements, null for an `n` of 0 or less.
+    /// Allocates a block of `n` value-initialized elements; null if `n` is 0 or less.
     [[nodiscard]] static T* allocate(long n);
 
-    /// Destroys the elements from the last to the first and frees the block. Null is ignored. An element that
-    /// throws while it is destroyed ends the process.
+    /// Destroys the elements from last to first and frees the block. Null is ignored. Calls `std::terminate`
+    /// if an element's destructor throws.
     static void deallocate(T* block) noexcept;
 
-    /// Copies `n` elements from the first on, leaving out those that would be copied onto themselves.
+    /// Copies `n` elements in increasing order. Elements that already are in place are not assigned to
+    /// themselves.
     static void copyTo(T* target, const T* source, long n);
 
-    /// A new block of `room` elements, the first `count` of them (at most `room`) copies of those at
-    /// `source`.
-    [[nodiscard]] static T* copyOf(const T* source, long count, long room);
+    /// Allocates a block of `capacity` elements and copies the first `count` elements (at most `capacity`)
+    /// of `source` into it. The rest is value-initialized.
+    [[nodiscard]] static T* copyOf(const T* source, long count, long capacity);
 
-    /// Moves the contents of a block of `oldCount` elements into one of `newCount`, cutting off what does not
-    /// fit, and frees the old one. Equal counts give `block` back as it is. After an exception `block` is as
-    /// it was.
+    /// Copies a block of `oldCount` elements into a new one of `newCount`, truncating if necessary, and frees
+    /// the old one. Returns `block` itself if the counts are equal. Strong guarantee.
     [[nodiscard]] static T* relocate(T* block, long oldCount, long newCount);
 
 private:
@@ -44,14 +44,14 @@ private:
         std::is_trivially_copyable_v<T> && std::is_trivially_copy_assignable_v<T>;
 };
 
-/// The owner of one block. What is in the block, only the classes on top of it know.
+/// Owns one block. Derived classes keep its element count.
 template <typename T>
 class ZAllocBase {
 public:
     ZAllocBase(const ZAllocBase&) = delete; // two owners of one block
     ZAllocBase& operator=(const ZAllocBase&) = delete;
 
-    /// Gives the block back. An element that throws while it is destroyed ends the process.
+    /// Frees the block. Calls `std::terminate` if an element's destructor throws.
     void release() noexcept;
 
 protected:
@@ -65,7 +65,7 @@ protected:
     T* m_block = nullptr;
 };
 
-/// A block without spare room: it holds exactly as many elements as are counted.
+/// A block without spare capacity: it holds exactly `Count()` elements.
 template <typename T>
 class ZAllocation : public ZAllocBase<T> {
 public:
@@ -78,17 +78,17 @@ public:
 
     [[nodiscard]] long Count() const noexcept { return m_count; }
 
-    /// Moves to a block of exactly `n` elements, new ones being default. Making room once and filling it is
-    /// how many elements are added in linear time.
+    /// Reallocates to exactly `n` elements; added ones are value-initialized. To append many elements in
+    /// linear time, resize once and then assign them.
     void resize(long n);
 
-    /// Gives the block back and counts 0.
+    /// Frees the block; the count is then 0.
     void release() noexcept;
 
 protected:
     ZAllocation(const T* source, long count);
 
-    /// Moves to a block with one more element, a copy of `value`. `value` may be one of the elements.
+    /// Reallocates to one more element, a copy of `value`. `value` may be an element of this block.
     T& append(const T& value);
 
     void swap(ZAllocation& other) noexcept;
@@ -96,7 +96,7 @@ protected:
     long m_count = 0;
 };
 
-/// A block with spare room behind the elements in use, for elements that are added one by one.
+/// A block with spare capacity after the elements in use, for elements that are appended one by one.
 template <typename T>
 class ZAllocationBuf : public ZAllocBase<T> {
 public:
@@ -110,20 +110,20 @@ public:
     [[nodiscard]] long Count() const noexcept { return m_count; }
     [[nodiscard]] long Capacity() const noexcept { return m_capacity; }
 
-    /// Counts `n` elements as used. Where they do not fit, the capacity grows by `n`: adding one by one gives
-    /// 1, 3, 7, 15 and so on. The block never shrinks.
+    /// Sets the count to `n`. If that exceeds the capacity, the capacity grows by `n`: appending one by one
+    /// leads to capacities of 1, 3, 7, 15 and so on. The block never shrinks.
     void resize(long n);
 
-    /// Gives the block back; count and capacity are then 0.
+    /// Frees the block; count and capacity are then 0.
     void release() noexcept;
 
 protected:
     ZAllocationBuf(const T* source, long count);
 
-    /// Makes room for `n` elements, growing as `resize` does; the count stays.
+    /// Grows the capacity for `n` elements as `resize` does, without changing the count.
     void reserve(long n);
 
-    /// Adds a copy of `value`, which may be one of the elements.
+    /// Appends a copy of `value`, which may be an element of this block.
     T& append(const T& value);
 
     void swap(ZAllocationBuf& other) noexcept;
@@ -163,18 +163,18 @@ void ZMemory<T>::copyTo(T* target, const T* source, long n)
 }
 
 template <typename T>
-T* ZMemory<T>::copyOf(const T* source, long count, long room)
+T* ZMemory<T>::copyOf(const T* source, long count, long capacity)
 {
-    if (room <= 0)
+    if (capacity <= 0)
         return nullptr;
     if constexpr (s_isPlain) {
-        // Not cleared first: each element is written exactly once.
-        T* block = new T[static_cast<std::size_t>(room)];
+        // Default-initialized, so that each element is written only once.
+        T* block = new T[static_cast<std::size_t>(capacity)];
         copyTo(block, source, count);
-        std::fill(block + std::max(count, 0L), block + room, T());
+        std::fill(block + std::max(count, 0L), block + capacity, T());
         return block;
     } else {
-        std::unique_ptr<T[]> block(allocate(room));
+        std::unique_ptr<T[]> block(allocate(capacity));
         copyTo(block.get(), source, count);
         return block.release();
     }
@@ -248,7 +248,7 @@ void ZAllocation<T>::release() noexcept
 template <typename T>
 T& ZAllocation<T>::append(const T& value)
 {
-    // The old block goes last: `value` may be in it.
+    // Frees the old block last because `value` may be in it.
     ZAllocation grown;
     grown.m_block = ZMemory<T>::copyOf(this->m_block, m_count, m_count + 1);
     grown.m_count = m_count + 1;
@@ -326,7 +326,7 @@ void ZAllocationBuf<T>::release() noexcept
 template <typename T>
 T& ZAllocationBuf<T>::append(const T& value)
 {
-    T copied = value; // may be in the block that growing frees
+    T copied = value; // `value` may be in the block that growing frees
     resize(m_count + 1);
     T& last = this->m_block[m_count - 1];
     last = std::move(copied);

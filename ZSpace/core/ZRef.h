@@ -10,7 +10,7 @@
 
 namespace ZSpace {
 
-/// The number of handles on one object: a machine word that changes atomically and is read as a `Value`.
+/// An atomic reference count: one 64-bit word, read as a `Value`.
 template <typename Value>
 class TZRefCounter {
 public:
@@ -19,12 +19,11 @@ public:
         : m_word(static_cast<std::uint64_t>(count))
     {
     }
-    TZRefCounter(const TZRefCounter&) = delete; // a count belongs to one object
+    TZRefCounter(const TZRefCounter&) = delete; // counts the handles of one object
     TZRefCounter& operator=(const TZRefCounter&) = delete;
     ~TZRefCounter() = default;
 
-    /// Both give the count after the change, as part of it: of several threads that count down, one alone
-    /// sees 0.
+    /// Both return the new count atomically: of several threads that decrement, exactly one sees 0.
     Value increment() noexcept { return static_cast<Value>(m_word.fetch_add(1) + 1); }
     Value decrement() noexcept { return static_cast<Value>(m_word.fetch_sub(1) - 1); }
 
@@ -38,26 +37,26 @@ static_assert(sizeof(TZRefCounter<int>) == 8 && alignof(TZRefCounter<int>) == 8)
 
 namespace detail {
 
-/// The checks of the two dereferencing operators, as the report numbers them.
+/// The check that failed, as the line number of the report.
 enum class HandleCheck : unsigned int { MemberAccess = 534, Indirection = 543 };
 
-/// Reports the use of an empty handle and ends the process.
+/// Aborts after a report through `z_dbg_error`.
 [[noreturn]] void reportEmptyHandle(HandleCheck check) noexcept;
 
 } // namespace detail
 
-/// A handle on an object that it shares with other handles; the last one to let go deletes the object.
+/// A shared-ownership handle: the last handle to release the object deletes it.
 ///
 ///     ZRef<ZLogBook> book(new ZLogBookDummy);
 ///     book->add(record);
 ///
-/// The object needs no base class: the count is a cell of its own. A raw pointer is handed to one handle
-/// only, since two handles made from it would count apart; further handles are copies. Making a handle takes
-/// the object over even where it fails for want of memory (the object is then deleted).
+/// The object needs no base class: the count has a heap cell of its own. Construct only one handle from a raw
+/// pointer and copy that handle, because handles constructed separately have separate counts. A constructor
+/// that throws `std::bad_alloc` deletes the object.
 ///
-/// Handles on one object may be copied and dropped on different threads; one and the same handle may not.
-/// Dereferencing an empty handle ends the process with a report. An object that throws from its destructor
-/// ends the process too.
+/// Handles that share an object may be used on different threads; a single handle is not thread-safe.
+/// Dereferencing an empty handle aborts after a report. Calls `std::terminate` if the object's destructor
+/// throws.
 template <typename T, typename Counter = TZRefCounter<int>>
 class ZRef {
 public:
@@ -81,17 +80,18 @@ public:
     }
     ~ZRef() { release(); }
 
-    /// Lets go and takes `object` over (null: becomes empty). Given what it already holds, it does nothing.
+    /// Releases the current object and adopts `object` (null empties the handle). Does nothing if the handle
+    /// already holds `object`.
     ZRef& operator=(T* object);
 
-    /// Lets go and shares what `other` holds. Does nothing where both hold the same object.
+    /// Releases the current object and shares that of `other`. Does nothing if both hold the same object.
     ///
-    /// The old object goes last, so `other` may be a part of it (`node = node->next`).
+    /// The old object is released last, so `other` may be a member of it (`node = node->next`).
     ZRef& operator=(const ZRef& other) noexcept; // NOLINT(bugprone-unhandled-self-assignment)
     ZRef& operator=(ZRef&& other) noexcept;
 
-    /// Gives up this handle's share without clearing the handle: assignment and destruction are made of it,
-    /// and both are past caring. To empty a handle, assign null.
+    /// Decrements the count, and deletes the object at 0, WITHOUT clearing the handle. To empty a handle,
+    /// assign null.
     void release() noexcept;
 
     [[nodiscard]] T* operator->() const noexcept
@@ -108,10 +108,11 @@ public:
     [[nodiscard]] bool operator!() const noexcept { return !m_ptValue; }
     [[nodiscard]] explicit operator bool() const noexcept { return m_ptValue; }
 
-    /// The object without a check; null for an empty handle.
+    /// The object, unchecked; null for an empty handle.
     [[nodiscard]] T* get() const noexcept { return m_ptValue; }
 
-    /// The number of handles on the object, 0 for an empty handle. Other threads may change it at any time.
+    /// The number of handles that share the object, 0 for an empty handle. Other threads may change it at any
+    /// time.
     [[nodiscard]] int RefCount() const noexcept { return m_ptCounter ? m_ptCounter->value() : 0; }
 
 private:
@@ -162,7 +163,7 @@ template <typename T, typename Counter>
 void ZRef<T, Counter>::release() noexcept
 {
     // NOLINTNEXTLINE(bugprone-sizeof-expression)
-    static_assert(sizeof(T) > 0, "the last handle deletes the object, so its class must be known");
+    static_assert(sizeof(T) > 0, "the last handle deletes the object, so its class must be complete");
     if (!m_ptCounter || m_ptCounter->decrement() != 0)
         return;
     delete m_ptCounter;

@@ -10,16 +10,14 @@ namespace ZSpace {
 template <typename T, typename Counter>
 class ZReference;
 
-/// The base of objects that carry the count of their own handles. It starts at 0: the first handle makes
-/// it 1.
+/// The base of objects with an intrusive reference count. The count starts at 0; the first handle makes it 1.
 ///
-/// Standing behind the table pointer of a class with virtual functions, it adds one word to each object.
+/// In a class with virtual functions the count follows the vtable pointer and adds one word to each object.
 template <typename Counter>
 class TZReferenceable {
 protected:
     constexpr TZReferenceable() noexcept = default;
-    /// Handles count for the object they hold, so a copy starts with none, and an assigned object keeps its
-    /// own.
+    /// The count belongs to the object: a copy starts at 0, and assignment keeps the target's count.
     TZReferenceable(const TZReferenceable&) noexcept { }
     TZReferenceable& operator=(const TZReferenceable&) noexcept
     {
@@ -36,17 +34,17 @@ private:
 
 static_assert(sizeof(TZReferenceable<TZRefCounter<int>>) == sizeof(TZRefCounter<int>));
 
-/// A handle on an object that carries its own count (`TZReferenceable` is one of its bases).
+/// A shared-ownership handle for objects with an intrusive count (`TZReferenceable` is one of their bases).
 ///
 ///     ZReference<ZObject> object(new Printer);
 ///     object->invokeByName("print", arguments);
 ///
-/// Since the count is in the object, handles may be made from its raw pointer any number of times. The handle
-/// that brings the count to 0 deletes the object through its virtual destructor. Threads and empty handles:
-/// as with `ZRef`.
+/// Any number of handles may be constructed from a raw pointer, because the count is in the object. The
+/// handle that brings the count to 0 deletes the object through its virtual destructor. Threads and empty
+/// handles are treated as by `ZRef`.
 ///
-/// Only taking a raw pointer and deleting need to know the class; a class with a `ZReference` member gets by
-/// with a forward declaration where those two are instantiated elsewhere, as they are for `ZObject`.
+/// Only construction from a raw pointer and deletion need the complete class; elsewhere a forward declaration
+/// is enough if both are instantiated explicitly, as they are for `ZObject`.
 template <typename T, typename Counter = TZRefCounter<int>>
 class ZReference {
 public:
@@ -70,14 +68,14 @@ public:
     }
     ~ZReference() { release(); }
 
-    /// Lets go and takes a count on `object` (null: becomes empty). Given what it already holds, it does
-    /// nothing.
+    /// Releases the current object and shares `object` (null empties the handle). Does nothing if the handle
+    /// already holds `object`.
     ZReference& operator=(T* object) noexcept;
     ZReference& operator=(const ZReference& other) noexcept; // NOLINT(bugprone-unhandled-self-assignment)
     ZReference& operator=(ZReference&& other) noexcept;
 
-    /// Empties the handle and counts one down. A count that is then 0 or less deletes the object.
-    /// @return false if this deleted the object; true if others hold it, or if the handle was empty.
+    /// Empties the handle and decrements the count. Deletes the object if the count is then 0 or less.
+    /// @return false if the object was deleted; true if other handles share it, or if the handle was empty.
     bool release() noexcept;
 
     [[nodiscard]] T* operator->() const noexcept
@@ -94,10 +92,11 @@ public:
     [[nodiscard]] bool operator!() const noexcept { return !m_ptValue; }
     [[nodiscard]] explicit operator bool() const noexcept { return m_ptValue; }
 
-    /// The object without a check; null for an empty handle.
+    /// The object, unchecked; null for an empty handle.
     [[nodiscard]] T* get() const noexcept { return m_ptValue; }
 
-    /// The number of handles on the object, 0 for an empty handle. Other threads may change it at any time.
+    /// The number of handles that share the object, 0 for an empty handle. Other threads may change it at any
+    /// time.
     [[nodiscard]] int RefCount() const noexcept { return m_ptCounted ? m_ptCounted->m_counter.value() : 0; }
 
 private:
@@ -174,7 +173,7 @@ void ZReference<T, Counter>::destroy(T* object) noexcept
     delete object;
 }
 
-// Values hold references to objects and stand below their class; these live where it is known.
+// Values hold references to objects, whose class is in a higher layer; it defines these two.
 class ZObject;
 extern template TZReferenceable<TZRefCounter<int>>* ZReference<ZObject>::countedPartOf(ZObject*) noexcept;
 extern template void ZReference<ZObject>::destroy(ZObject*) noexcept;

@@ -7,16 +7,17 @@
 
 namespace ZSpace {
 
-/// A list of which no two elements are equal. Adding and finding look at the elements one by one.
+/// A list without equal elements. Adding and finding use linear search.
 ///
-/// Where memory is wanting, adding ends the process; copying follows `ZList`.
+/// Adding calls `std::terminate` if allocation fails; copying behaves as that of `ZList`.
 template <typename T>
 class ZSet : public ZListing<T> {
 public:
-    /// Adds `item` and owns it from then on. An equal element is freed, and `item` takes its place.
+    /// Adopts `item`: replaces and deletes an equal element if there is one, appends otherwise.
+    /// @return `item`.
     T* il_add(T* item) noexcept;
 
-    /// Adds a copy of `value` in the same way.
+    /// Adds a copy of `value` in the same way and returns the stored element.
     T* add(const T& value) noexcept;
 };
 
@@ -34,7 +35,7 @@ T* ZSet<T>::il_add(T* item) noexcept
 template <typename T>
 T* ZSet<T>::add(const T& value) noexcept
 {
-    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): ends the process, as promised
+    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): terminates, as documented
     return il_add(new T(value));
 }
 

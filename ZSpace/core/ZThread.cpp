@@ -4,64 +4,61 @@
 #include "ZSpace/core/ZThread.h"
 
 #include <memory>
+#include <mutex>
 #include <utility>
 
 namespace ZSpace {
 
 bool ZThreadObject_T<pthread_t*>::isRunning() noexcept
 {
-    m_lock.lock();
-    const bool running = m_thread != pthread_t{} && m_running && m_running->load(std::memory_order_acquire);
-    m_lock.unlock();
-    return running;
+    const std::lock_guard guard(m_lock);
+    return m_thread != pthread_t{} && m_running && m_running->load(std::memory_order_acquire);
 }
 
 void ZThreadObject_T<pthread_t*>::join() noexcept
 {
-    m_lock.lock();
-    const pthread_t thread = m_thread;
-    const ZRef<RunningFlag> running = m_running;
-    m_lock.unlock();
+    pthread_t thread;
+    ZRef<RunningFlag> running;
+    {
+        const std::lock_guard guard(m_lock);
+        thread = m_thread;
+        running = m_running;
+    }
 
     const bool hasThread = thread != pthread_t{};
     if (hasThread && (pthread_equal(thread, pthread_self()) || pthread_join(thread, nullptr) != 0))
         return;
 
-    m_lock.lock();
+    const std::lock_guard guard(m_lock);
     if (running)
         running->store(false, std::memory_order_relaxed);
     if (hasThread)
         m_thread = pthread_t{};
-    m_lock.unlock();
 }
 
 void ZThreadObject_T<pthread_t*>::close() noexcept
 {
-    m_lock.lock();
+    const std::lock_guard guard(m_lock);
     if (m_thread != pthread_t{})
         pthread_detach(std::exchange(m_thread, pthread_t{}));
-    m_lock.unlock();
 }
 
 pthread_t ZThreadObject_T<pthread_t*>::lastThread() noexcept
 {
-    m_lock.lock();
-    const pthread_t thread = m_lastThread;
-    m_lock.unlock();
-    return thread;
+    const std::lock_guard guard(m_lock);
+    return m_lastThread;
 }
 
 void ZThreadObject_T<pthread_t*>::setHooks(Hook before, Hook after) noexcept
 {
-    m_lock.lock();
+    const std::lock_guard guard(m_lock);
     m_beforeWork = before;
     m_afterWork = after;
-    m_lock.unlock();
 }
 
 namespace {
 
-/// What a new thread needs to know. It must not look at the worker, which may be gone by then.
+/// Everything that a new thread needs. It must not access the worker, which may be destroyed by then.
 struct Start {
     void (*beforeWork)() = nullptr;
     void (*afterWork)() = nullptr;
@@ -79,20 +76,18 @@ bool ZThread_T<pthread_t*>::execute(ZInvokable<void>* invokable)
     start->invokable = std::move(work);
     start->running = running;
 
-    m_lock.lock();
+    const std::lock_guard guard(m_lock);
     close();
     start->beforeWork = m_beforeWork;
     start->afterWork = m_afterWork;
     pthread_t thread;
-    const bool made = pthread_create(&thread, nullptr, &thread_redir_point, start.get()) == 0;
-    if (made) {
-        static_cast<void>(start.release());
-        m_lastThread = thread;
-        m_thread = thread;
-        m_running = running;
-    }
-    m_lock.unlock();
-    return made;
+    if (pthread_create(&thread, nullptr, &thread_redir_point, start.get()) != 0)
+        return false;
+    static_cast<void>(start.release()); // the thread owns it
+    m_lastThread = thread;
+    m_thread = thread;
+    m_running = running;
+    return true;
 }
 
 void* ZThread_T<pthread_t*>::thread_redir_point(void* argument)

@@ -15,74 +15,74 @@ namespace ZSpace {
 template <typename Thread>
 class ZThreadObject_T;
 
-/// The thread that a worker has started last: whether it runs, waiting for it, letting it go.
+/// The thread that a worker started last.
 ///
-/// All operations may be called from any thread, but nobody may start or let go a thread while somebody waits
-/// for it, and only one may wait. The lock is held for a moment only, never while waiting.
+/// All operations may be called from any thread, except that only one thread may join at a time, and none may
+/// start or detach the thread meanwhile. The lock is never held while joining.
 template <>
 class ZThreadObject_T<pthread_t*> {
 public:
-    /// Called on the new thread, before its work and after it.
+    /// Called on the new thread, before and after its work.
     using Hook = void (*)();
 
-    ZThreadObject_T(const ZThreadObject_T&) = delete; // one owner of a thread
+    ZThreadObject_T(const ZThreadObject_T&) = delete; // a thread has one owner
     ZThreadObject_T& operator=(const ZThreadObject_T&) = delete;
 
     /// Whether there is a thread whose work has not ended.
     ///
-    /// Once this is false because the work has ended, the caller sees all that the work has written.
+    /// Synchronizes with the end of the work: once this returns false, the work's writes are visible.
     [[nodiscard]] bool isRunning() noexcept;
 
-    /// Waits for the thread to end and forgets it. Returns at once where there is none, and on the thread
+    /// Joins the thread and clears the handle. Returns immediately if there is no thread, or on the thread
     /// itself.
     void join() noexcept;
 
-    /// Forgets the thread, which goes on by itself and no longer needs this object.
+    /// Detaches the thread, which then no longer needs this object.
     void close() noexcept;
 
-    /// The thread started last, forgotten or not; null before the first start. For reports: it may have
-    /// ended, and its handle may have passed to another thread.
+    /// The thread started last, even if joined or detached; null before the first start. For diagnostics
+    /// only: the thread may have ended, and its handle may belong to another thread by now.
     [[nodiscard]] pthread_t lastThread() noexcept;
 
-    /// Sets what the next thread calls around its work; null calls nothing.
+    /// Sets what the next thread calls before and after its work; null calls nothing.
     void setHooks(Hook before, Hook after) noexcept;
 
 protected:
     ZThreadObject_T() noexcept = default;
-    /// Lets the thread go.
+    /// Detaches the thread.
     ~ZThreadObject_T() { close(); }
 
-    /// Set from the start of a thread to the end of its work. The thread has a share of its own: it may
-    /// outlive the object.
+    /// True from the start of a thread to the end of its work. Shared with the thread, which may outlive this
+    /// object.
     using RunningFlag = std::atomic<bool>;
 
-    ZThreadLock_T<pthread_mutex_t> m_lock; // guards all below
-    pthread_t m_lastThread{}; // stays when the thread is forgotten
-    pthread_t m_thread{}; // null when there is none
+    ZThreadLock_T<pthread_mutex_t> m_lock; // guards everything below
+    pthread_t m_lastThread{}; // kept when the thread is joined or detached
+    pthread_t m_thread{}; // null if there is none
     Hook m_beforeWork = nullptr;
     Hook m_afterWork = nullptr;
-    ZRef<RunningFlag> m_running; // that of the last start
+    ZRef<RunningFlag> m_running; // the flag of the last start
 };
 
 template <typename Thread>
 class ZThread_T;
 
-/// A worker: does one thing at a time on a thread of its own.
+/// A worker that runs one task at a time on a thread of its own.
 ///
 ///     ZThread_T<pthread_t*> worker;
 ///     worker.execute(new ZExecutor2V<int, bool>(...));
 ///     worker.join();
 ///
-/// Destruction does not wait: it lets the thread go. What the work refers to must then live until the work
-/// has ended.
+/// Destruction detaches the thread instead of joining it, so objects that the work refers to must outlive the
+/// work.
 template <>
 class ZThread_T<pthread_t*> : public ZThreadObject_T<pthread_t*> {
 public:
-    /// Lets the previous thread go and invokes `invokable` on a new one, which destroys it afterwards.
+    /// Detaches the previous thread and invokes `invokable` on a new one, which deletes it afterwards.
     ///
-    /// Takes `invokable` over in any case. An exception that escapes from it ends the process.
-    /// @return whether a thread was made; if not, `invokable` is destroyed.
-    /// @throws std::bad_alloc before anything is changed.
+    /// Always adopts `invokable`. Calls `std::terminate` if an exception escapes from it.
+    /// @return false, with `invokable` deleted, if no thread could be created.
+    /// @throws std::bad_alloc with `invokable` deleted and nothing else changed.
     bool execute(ZInvokable<void>* invokable);
 
 private:

@@ -10,14 +10,13 @@ namespace ZSpace {
 template <typename Mutex>
 class ZThreadLock_T;
 
-/// A recursive lock, a value inside the object that it guards.
+/// A recursive mutex, usually a member of the object that it guards.
 ///
-///     m_lock.lock();
+///     const std::lock_guard guard(m_lock);
 ///     ++m_count;
-///     m_lock.unlock();
 ///
-/// The thread that holds it may lock it again; it is free when unlocked as many times. Every path unlocks by
-/// hand, the one that an exception takes included. Nobody may hold it when it is destroyed.
+/// The owning thread may lock it again and must unlock it as many times. No thread may hold it when it is
+/// destroyed.
 template <>
 class ZThreadLock_T<pthread_mutex_t> {
 public:
@@ -29,7 +28,7 @@ public:
         pthread_mutex_init(&m_mutex, &attributes);
         pthread_mutexattr_destroy(&attributes);
     }
-    ZThreadLock_T(const ZThreadLock_T&) = delete; // a mutex cannot be moved: threads wait at its address
+    ZThreadLock_T(const ZThreadLock_T&) = delete; // threads wait at the mutex's address
     ZThreadLock_T& operator=(const ZThreadLock_T&) = delete;
     ~ZThreadLock_T() { pthread_mutex_destroy(&m_mutex); }
 
@@ -45,7 +44,7 @@ static_assert(sizeof(ZThreadLock_T<pthread_mutex_t>) == sizeof(pthread_mutex_t))
 template <typename Mutex>
 class ZThreadPseudoLock_T;
 
-/// Looks like the lock and does nothing, for objects that their user guards.
+/// Has the interface of the lock but does nothing, for objects whose callers lock.
 template <>
 class ZThreadPseudoLock_T<pthread_mutex_t> {
 public:
@@ -53,8 +52,8 @@ public:
     void unlock() noexcept { }
 };
 
-/// Marks a span of operations that belong together and holds a `Lock` meanwhile. With the pseudo lock, which
-/// is what streams use, both operations do nothing and the object takes no room of its own.
+/// Holds a `Lock` between `beginTransaction()` and `endTransaction()`. With the pseudo lock, which streams
+/// use, both do nothing and the object is empty.
 template <typename Lock>
 class TZThreadSafeTransaction {
 public:

@@ -9,25 +9,25 @@
 #include <cstring>
 #include <iostream>
 #include <limits>
+#include <mutex>
 
 namespace ZSpace {
 
 namespace {
 
-/// The first registration of `p`, -1 if there is none. The caller holds the lock.
+/// The index of the first registration of `p`, -1 if there is none. The caller holds the lock.
 long indexOfRegistration(const void* p) noexcept
 {
     const auto* found = std::find(g_eventregistrations.begin(), g_eventregistrations.end(), p);
     return found == g_eventregistrations.end() ? -1 : found - g_eventregistrations.begin();
 }
 
-// Unformatted output throughout: whatever base, width or locale the stream is set to, the report looks the
-// same.
+// Unformatted output, so that the stream's base, width and locale do not affect the report.
 
-void write(std::ostream& out, const char* text)
+void write(std::ostream& out, const char* string)
 {
-    if (text)
-        out.write(text, static_cast<std::streamsize>(std::strlen(text)));
+    if (string)
+        out.write(string, static_cast<std::streamsize>(std::strlen(string)));
     else
         out.setstate(std::ios_base::badbit);
 }
@@ -55,28 +55,23 @@ void report(const char* expression, const char* file, unsigned int line)
 
 void z_dbg_add_eventreg(void* p) noexcept
 {
-    g_eventreg_cs.lock();
+    const std::lock_guard guard(g_eventreg_cs);
     g_eventregistrations.add(p);
-    g_eventreg_cs.unlock();
 }
 
 void z_dbg_rem_eventreg(void* p)
 {
-    g_eventreg_cs.lock();
+    const std::lock_guard guard(g_eventreg_cs);
     const long index = indexOfRegistration(p);
-    if (index >= 0)
-        g_eventregistrations.remove(index, 1);
-    g_eventreg_cs.unlock();
     if (index < 0)
         throw -1;
+    g_eventregistrations.remove(index, 1);
 }
 
 void z_dbg_check_eventreg(void* p)
 {
-    g_eventreg_cs.lock();
-    const long index = indexOfRegistration(p);
-    g_eventreg_cs.unlock();
-    if (index >= 0)
+    const std::lock_guard guard(g_eventreg_cs);
+    if (indexOfRegistration(p) >= 0)
         throw -1;
 }
 
@@ -90,7 +85,7 @@ void z_dbg_error(const char* expression, const char* file, unsigned int line, bo
         return report(expression, file, line);
     try {
         report(expression, file, line);
-    } catch (...) { // NOLINT(bugprone-empty-catch): a stream set to throw must not keep the process alive
+    } catch (...) { // NOLINT(bugprone-empty-catch): a stream that throws must not prevent the abort
     }
     std::abort();
 }

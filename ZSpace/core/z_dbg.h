@@ -8,34 +8,34 @@
 
 namespace ZSpace {
 
-/// The addresses registered for events, each as often as it was added, guarded by the lock beside it.
+/// The addresses registered for events, once per registration, and the lock that guards them.
 ///
-/// Being inline variables, both are there before the static objects of every file that includes this header,
-/// and go after them.
+/// As inline variables they are constructed before, and destroyed after, the static objects of every source
+/// file that includes this header.
 inline constinit ZArray<void*, ZAllocationBuf<void*>> g_eventregistrations;
 inline ZThreadLock_T<pthread_mutex_t> g_eventreg_cs;
 
-/// Notes a registration of `p`. May be called from any thread, as may the next two.
+/// Adds a registration of `p`. Thread-safe, as are the next two functions.
 void z_dbg_add_eventreg(void* p) noexcept;
 
-/// Strikes out one registration of `p`.
+/// Removes the first registration of `p`.
 /// @throws int -1 if there is none.
 void z_dbg_rem_eventreg(void* p);
 
-/// For objects that are about to go: checks that no registration of `p` is left.
+/// For objects about to be destroyed: checks that no registration of `p` is left.
 /// @throws int -1 if there is one.
 void z_dbg_check_eventreg(void* p);
 
-/// Does nothing: a place for a breakpoint.
+/// Does nothing; set a breakpoint here.
 void z_dbg_breakpoint() noexcept;
 
-/// Does nothing with `text`: a place to watch.
+/// Does nothing; `text` can be inspected in a debugger.
 void z_dbg_trace(const char* text) noexcept;
 
-/// Reports a failed check on standard output, as one line: `expression - File: file - Line: 12`.
+/// Reports a failed check as one line on standard output: `expression - File: file - Line: 12`.
 ///
-/// With `abortNow` the process ends in `abort()`. A null text ends the line there and leaves `std::cout` in
-/// its failed state, as every null text does that is written to a stream.
+/// Aborts afterwards if `abortNow` is set. A null `expression` or `file` sets `badbit` on `std::cout`, as
+/// writing a null string to a stream does, and so truncates the line.
 void z_dbg_error(const char* expression, const char* file, unsigned int line, bool abortNow);
 
 } // namespace ZSpace

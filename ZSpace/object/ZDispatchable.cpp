@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <mutex>
 #include <utility>
 
 namespace ZSpace {
@@ -17,19 +18,18 @@ ZDispatchMethod<Lock>::~ZDispatchMethod() = default;
 template <typename Lock>
 ZDispatchable<Lock>::~ZDispatchable()
 {
-    m_lock.lock();
+    const std::lock_guard guard(m_lock);
     for (long i = m_methods.Count() - 1; i >= 0; --i)
         delete static_cast<Method*>(std::exchange(m_methods[i], nullptr));
     m_methods.release();
-    m_lock.unlock();
 }
 
 template <typename Lock>
 TZValueBase<ZTypeId> ZDispatchable<Lock>::invokeByName(const char* name, ZList<Value>& args)
 {
     if (m_methods.Count() > 0) {
-        // The index steps up, never down. Being volatile, each step counts: the compiler may not jump to the
-        // end of a search that it finds to be in vain.
+        // Searches upwards, as callers rely on. The volatile index keeps compilers from assuming that a
+        // search without side effects terminates and from removing it.
         volatile auto i = static_cast<unsigned long>(m_methods.Count() - 1);
         while (i <= LONG_MAX) {
             Method* method = methodAt(static_cast<long>(i));
@@ -58,9 +58,8 @@ void ZDispatchable<Lock>::registerMethod(Method* method) noexcept
 {
     if (!method)
         return;
-    m_lock.lock();
+    const std::lock_guard guard(m_lock);
     m_methods.add(method);
-    m_lock.unlock();
 }
 
 template <typename Lock>

@@ -15,14 +15,14 @@
 
 namespace ZSpace {
 
-/// A method that can be invoked by its name: an entry of a `ZDispatchable`'s table.
+/// A method that can be invoked by name: an entry of the method table of a `ZDispatchable`.
 template <typename Lock>
 class ZDispatchMethod {
 public:
     using Value = TZValueBase<ZTypeId>;
 
     ZDispatchMethod() noexcept = default;
-    ZDispatchMethod(const ZDispatchMethod&) = delete; // one table owns it
+    ZDispatchMethod(const ZDispatchMethod&) = delete; // owned by one table
     ZDispatchMethod& operator=(const ZDispatchMethod&) = delete;
 
     [[nodiscard]] virtual ZGStr<char> Name() const = 0;
@@ -30,49 +30,48 @@ public:
     virtual Value invoke(ZList<Value>& args) = 0;
 };
 
-/// An object with a table of methods, and the count of the handles on it.
+/// An object with a method table and an intrusive reference count.
 ///
-/// A derived class registers its methods when it is made:
+/// A derived class registers its methods in its constructor:
 ///
 ///     registerMethod(new PrintMethod(*this));
 ///
-/// Registering and destruction hold the object's lock; looking up and invoking do not, so methods are
-/// registered before other threads see the object.
+/// Registration and destruction hold the object's lock, lookup and invocation do not: register all methods
+/// before sharing the object with other threads.
 template <typename Lock>
 class ZDispatchable : public TZReferenceable<TZRefCounter<int>> {
 public:
     using Method = ZDispatchMethod<Lock>;
     using Value = TZValueBase<ZTypeId>;
 
-    ZDispatchable(const ZDispatchable&) = delete; // methods belong to one object
+    ZDispatchable(const ZDispatchable&) = delete; // methods are owned by one object
     ZDispatchable& operator=(const ZDispatchable&) = delete;
-    /// Disposes of the methods from the last to the first, holding the lock.
+    /// Deletes the methods from last to first while holding the lock.
     virtual ~ZDispatchable();
 
-    /// Invokes the method registered last if `name` is its name. The search goes on upwards from there, and
-    /// past the end there is again only the last method: for any other name it practically never ends.
+    /// Invokes the method registered last if it is called `name`. The search goes upwards from there, and
+    /// every index past the end means the last method again: for any other name it practically never ends.
     /// @throws ZInvalidOperationException if there are no methods.
     virtual Value invokeByName(const char* name, ZList<Value>& args);
 
     /// The number of methods.
     virtual long InvokableMethods() const;
 
-    /// A negative index counts from the end; before the first means the first, past the last the last. Null
-    /// when there are no methods.
+    /// The method at `index`. A negative index counts from the end; then the index is clamped to the table.
+    /// Null if there are no methods.
     virtual Method* InvokableMethod(long index) const;
 
 protected:
     ZDispatchable() noexcept = default;
 
-    /// Takes `method` over, to be disposed of by `delete`. Null is ignored. Ends the process where memory is
-    /// wanting.
+    /// Adopts `method`, to be freed by `delete`. Null is ignored. Calls `std::terminate` if allocation fails.
     void registerMethod(Method* method) noexcept;
 
 private:
     [[nodiscard]] Method* methodAt(long index) const noexcept;
 
     ZArray<void*> m_methods;
-    ZList<ZPair<ZGStr<char>, void*>> m_attachments; // kept by name beside the methods; nothing adds any yet
+    ZList<ZPair<ZGStr<char>, void*>> m_attachments; // part of the layout; nothing is added yet
     mutable Lock m_lock;
 };
 

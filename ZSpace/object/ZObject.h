@@ -7,7 +7,7 @@
 
 namespace ZSpace {
 
-/// The root of objects that can be invoked by name and shared through `ZReference<ZObject>`.
+/// The root class of objects that can be invoked by name and shared through `ZReference<ZObject>`.
 class ZObject : public ZDispatchable<ZThreadLock_T<pthread_mutex_t>> {
 public:
     ZObject() noexcept;

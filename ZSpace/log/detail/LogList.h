@@ -18,7 +18,7 @@ public:
     void append(T element)
     {
         auto stored = std::make_unique<T>(std::move(element));
-        this->il_makeRoom();
+        this->il_reserveOne();
         this->il_append(stored.release());
     }
 };
