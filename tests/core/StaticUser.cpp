@@ -8,8 +8,8 @@ namespace {
 
 using namespace ZSpace;
 
-/// Lives from before `main` until after it and uses everything global at both ends. What was gone by then
-/// would show as a crash, or as an exception from the destructor.
+/// Uses all globals before `main` and after it. If one did not exist then, the program would crash or the
+/// destructor would throw.
 class StaticUser {
 public:
     StaticUser() noexcept

@@ -4,6 +4,7 @@
 #include "ZSpace/core/ZArray.h"
 
 #include "tests/support/AllocationFaults.h"
+#include "tests/support/DeathTests.h"
 #include "tests/support/Probes.h"
 
 #include <gmock/gmock.h>
@@ -14,16 +15,11 @@
 #include <string>
 #include <vector>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
-using ZSpace::Testing::AllocationFault;
-using ZSpace::Testing::asWord;
-using ZSpace::Testing::Counted;
-using ZSpace::Testing::failEachAllocation;
-using ZSpace::Testing::wordAt;
 
 using PointerArray = ZArray<int*, ZAllocationBuf<int*>>;
 
@@ -45,7 +41,7 @@ TEST(ZArrayTest, StartsEmpty)
     EXPECT_EQ(wordAt(&pointers, 0), 0u);
 }
 
-TEST(ZArrayTest, FieldsStandInOrder)
+TEST(ZArrayTest, FieldsAreInOrder)
 {
     ZArray<std::string> values;
     values.add("a");
@@ -62,7 +58,7 @@ TEST(ZArrayTest, FieldsStandInOrder)
     EXPECT_EQ(wordAt(&pointers, 2), 3u);
 }
 
-TEST(ZArrayTest, AddGivesTheStoredElement)
+TEST(ZArrayTest, AddReturnsTheStoredElement)
 {
     ZArray<std::string> values;
     std::string& added = values.add("a");
@@ -77,7 +73,7 @@ TEST(ZArrayTest, AddGivesTheStoredElement)
     EXPECT_EQ(slot, &x);
 }
 
-TEST(ZArrayTest, OwnElementCanBeAdded)
+TEST(ZArrayTest, AddAcceptsAnOwnElement)
 {
     ZArray<std::string> values;
     values.add(std::string(50, 'a'));
@@ -95,7 +91,7 @@ TEST(ZArrayTest, OwnElementCanBeAdded)
     EXPECT_THAT(pointers, testing::Each(&x));
 }
 
-TEST(ZArrayTest, ValuesAreMovedWithEachAdd)
+TEST(ZArrayTest, EachAddCopiesAllValuesToANewBlock)
 {
     Counted::reset();
     {
@@ -111,7 +107,7 @@ TEST(ZArrayTest, ValuesAreMovedWithEachAdd)
     EXPECT_EQ(Counted::s_tally.alive, 0);
 }
 
-TEST(ZArrayTest, PointerArrayGrowsByTheRequestOnTopOfItsCapacity)
+TEST(ZArrayTest, PointerArrayGrowsByTheRequestedCount)
 {
     int x = 0;
     PointerArray pointers;
@@ -142,7 +138,7 @@ TEST(ZArrayTest, PointerArrayNeverShrinks)
     EXPECT_EQ(pointers.Capacity(), 5);
 }
 
-TEST(ZArrayTest, ReleaseGivesTheBlockBack)
+TEST(ZArrayTest, ReleaseFreesTheBlock)
 {
     PointerArray pointers(5);
     pointers.release();
@@ -179,7 +175,7 @@ TEST(ZArrayTest, RemoveClosesTheGap)
     EXPECT_THAT(values, ElementsAre("a", "d"));
 }
 
-TEST(ZArrayTest, IsMadeOfAnyNumberOfDefaultElements)
+TEST(ZArrayTest, IsConstructedWithValueInitializedElements)
 {
     const ZArray<std::string> values(3);
     EXPECT_THAT(values, ElementsAre("", "", ""));
@@ -188,7 +184,7 @@ TEST(ZArrayTest, IsMadeOfAnyNumberOfDefaultElements)
     EXPECT_THAT(ZArray<char>(2), ElementsAre('\0', '\0'));
 }
 
-TEST(ZArrayTest, CountedFirstAndFilledOnceTouchesEachElementOnce)
+TEST(ZArrayTest, FillingASizedArrayAssignsEachElementOnce)
 {
     Counted::reset();
     ZArray<Counted> values(1000);
@@ -201,7 +197,7 @@ TEST(ZArrayTest, CountedFirstAndFilledOnceTouchesEachElementOnce)
     EXPECT_EQ(values[2].number(), 1);
 }
 
-TEST(ZArrayTest, IsMadeFromABlock)
+TEST(ZArrayTest, CopiesASourceBlock)
 {
     const ZArray<char> bytes("abc", 3);
     EXPECT_THAT(bytes, ElementsAre('a', 'b', 'c'));
@@ -222,7 +218,7 @@ struct ArrayName {
     template <typename Array>
     static std::string GetName(int)
     {
-        return sizeof(Array) == 2 * sizeof(void*) ? "ExactlyFull" : "WithSpareRoom";
+        return sizeof(Array) == 2 * sizeof(void*) ? "Exact" : "Buffered";
     }
 };
 
@@ -253,7 +249,7 @@ TYPED_TEST(ZArrayCopyTest, SelfAssignmentChangesNothing)
     EXPECT_THAT(array, ElementsAre("a"));
 }
 
-TYPED_TEST(ZArrayCopyTest, MovingHandsTheBlockOver)
+TYPED_TEST(ZArrayCopyTest, MovingTransfersTheBlock)
 {
     TypeParam original;
     original.add("a");
@@ -302,12 +298,12 @@ TYPED_TEST(ZArrayCopyTest, AgreesWithAReferenceOverRandomOperations)
     }
 }
 
-TYPED_TEST(ZArrayCopyTest, FailuresOfCopyingAndResizingPassOnAndLeaveNothingBehind)
+TYPED_TEST(ZArrayCopyTest, FailuresOfCopyingAndResizingPropagateWithoutLeaks)
 {
     TypeParam original;
     original.add(std::string(50, 'a'));
     original.add(std::string(50, 'b'));
-    // A block and two texts each: made, copied, grown.
+    // A block and two strings each for the copy, the assignment and the resize.
     const long made = failEachAllocation([&] {
         TypeParam copy(original);
         TypeParam assigned;
@@ -317,7 +313,7 @@ TYPED_TEST(ZArrayCopyTest, FailuresOfCopyingAndResizingPassOnAndLeaveNothingBehi
     EXPECT_EQ(made, 9);
     EXPECT_EQ(failEachAllocation([] {
         const TypeParam array(3);
-        ZSpace::Testing::keep(&array);
+        keep(&array);
     }),
         1);
 
@@ -332,7 +328,7 @@ class ZArrayDeathTest : public testing::Test {
 
 TYPED_TEST_SUITE(ZArrayDeathTest, Arrays, ArrayName);
 
-TYPED_TEST(ZArrayDeathTest, AddEndsTheProcessAtEachFailure)
+TYPED_TEST(ZArrayDeathTest, AddTerminatesIfAnyAllocationFails)
 {
     for (long nth = 1; nth <= 4; ++nth) {
         EXPECT_EXIT(
@@ -341,15 +337,15 @@ TYPED_TEST(ZArrayDeathTest, AddEndsTheProcessAtEachFailure)
                 const std::string text(50, 'a');
                 array.add(text);
                 const AllocationFault fault(nth, AllocationFault::Kind::Lasting);
-                array.add(text); // the block, the text, and more where there is spare room
+                array.add(text); // the block and the string; a temporary string where there is spare capacity
                 array.add(text);
                 array.add(text);
             },
-            testing::KilledBySignal(SIGABRT), "");
+            testing::KilledBySignal(SIGABRT), s_terminateMessage);
     }
 }
 
-TEST(ZArrayRemovalDeathTest, RemovingEndsTheProcessWithoutMemoryForTheSmallerBlock)
+TEST(ZArrayRemovalDeathTest, RemoveTerminatesIfTheSmallerBlockCannotBeAllocated)
 {
     EXPECT_EXIT(
         {
@@ -357,8 +353,8 @@ TEST(ZArrayRemovalDeathTest, RemovingEndsTheProcessWithoutMemoryForTheSmallerBlo
             const AllocationFault fault(1);
             array.remove(0, 1);
         },
-        testing::KilledBySignal(SIGABRT), "");
+        testing::KilledBySignal(SIGABRT), s_terminateMessage);
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

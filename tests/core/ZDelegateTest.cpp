@@ -13,12 +13,8 @@
 #include <string>
 #include <type_traits>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
-
-using ZSpace::Testing::asWord;
-using ZSpace::Testing::failEachAllocation;
-using ZSpace::Testing::wordAt;
 
 struct First {
     virtual ~First() = default;
@@ -68,7 +64,7 @@ public:
     [[nodiscard]] bool operator==(void const* object) const override { return !object; }
 };
 
-TEST(ZDelegateTest, NumberedDelegatesTakeThatManyArguments)
+TEST(ZDelegateTest, ParamCountIsTheNumberInTheName)
 {
     const Sum<2, ZDelegate2<int, int, int>, int, int, int> two;
     const Sum<3, ZDelegate3<int, int, int, int>, int, int, int, int> three;
@@ -106,7 +102,7 @@ TEST(ZDelegator2VTest, CallsAMemberOfItsObject)
     EXPECT_EQ(object.last, "own 1a");
 }
 
-TEST(ZDelegator2VTest, CallsVirtualMembersThroughTheTableOfTheObject)
+TEST(ZDelegator2VTest, CallsVirtualMembersThroughTheVtable)
 {
     Both object;
     ZDelegator2V<First, int, std::string>(&object, &First::note)(2, "b");
@@ -118,7 +114,7 @@ TEST(ZDelegator2VTest, CallsVirtualMembersThroughTheTableOfTheObject)
     EXPECT_EQ(first.last, "First 4d");
 }
 
-TEST(ZDelegator2VTest, AddsTheAdjustmentForMembersOfASecondBase)
+TEST(ZDelegator2VTest, AdjustsThisForMembersOfASecondBase)
 {
     Both object;
     Binder(&object, &Both::plain)(1, "a");
@@ -127,7 +123,7 @@ TEST(ZDelegator2VTest, AddsTheAdjustmentForMembersOfASecondBase)
     EXPECT_EQ(object.last2, "Both mark 2b");
 }
 
-TEST(ZDelegator2VTest, HoldsTheMemberPointerAndThenTheObject)
+TEST(ZDelegator2VTest, StoresTheMemberPointerAndThenTheObject)
 {
     Both object;
     const Binder::Function function = &Both::plain; // of the second base, so that there is something to add
@@ -174,7 +170,7 @@ TEST(ZDelegator2VTest, EqualsTheSameFunctionOnTheSameObject)
     EXPECT_FALSE(Binder(&object, nullptr) == own);
 }
 
-TEST(ZDelegator2VTest, EqualsNoOtherKindOfDelegate)
+TEST(ZDelegator2VTest, DiffersFromOtherKindsOfDelegates)
 {
     Both object;
     const Binder own(&object, &Both::own);
@@ -239,7 +235,7 @@ TEST(ZMakeDelegateTest, AcceptsAnyCallable)
     EXPECT_EQ((*zMakeDelegate<ZDelegate2<long, int, int>>(named))(5, 3), 2);
 }
 
-TEST(ZMakeDelegateTest, PassesArgumentsOnWithoutCopies)
+TEST(ZMakeDelegateTest, ForwardsArgumentsWithoutCopies)
 {
     using Taking = ZDelegate2<void, std::unique_ptr<int>, int&>;
     int seen = 0;
@@ -248,7 +244,7 @@ TEST(ZMakeDelegateTest, PassesArgumentsOnWithoutCopies)
     EXPECT_EQ(seen, 7);
 }
 
-TEST(ZMakeDelegateTest, FailsWithoutLeaks)
+TEST(ZMakeDelegateTest, AllocationFailuresPropagateWithoutLeaks)
 {
     int sum = 0;
     EXPECT_EQ(failEachAllocation([&] {
@@ -259,4 +255,4 @@ TEST(ZMakeDelegateTest, FailsWithoutLeaks)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -7,7 +7,7 @@
 
 #include <type_traits>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using Handler = ZDelegate2<int, unsigned int, void*>;
@@ -39,4 +39,4 @@ TEST(ZExceptionHandlerTest, StartsEmptyAndKeepsTheHandlerSetLast)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -9,18 +9,15 @@
 
 #include <type_traits>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
-
-using ZSpace::Testing::asWord;
-using ZSpace::Testing::wordAt;
 
 static_assert(std::is_base_of_v<std::exception, ZException>);
 static_assert(
     std::is_empty_v<ZInvalidOperationException> && !std::is_polymorphic_v<ZInvalidOperationException>);
 static_assert(std::is_empty_v<ZOutOfBoundsException> && !std::is_polymorphic_v<ZOutOfBoundsException>);
 
-/// A kind that computes its texts and its number.
+/// Overrides all accessors.
 class Computed : public ZException {
 public:
     using ZException::ZException;
@@ -37,14 +34,14 @@ void expectTexts(const ZException& e, const char* what, const char* where, const
     EXPECT_STREQ(e.why(), why);
 }
 
-TEST(ZExceptionTest, DefaultOneSaysNothing)
+TEST(ZExceptionTest, DefaultExceptionIsEmpty)
 {
     ZException e;
     EXPECT_EQ(e.code(), 0u);
     expectTexts(e, nullptr, nullptr, nullptr);
 }
 
-TEST(ZExceptionTest, NumberedOnesKeepTheirArgumentsAndLeaveTheRestNull)
+TEST(ZExceptionTest, ConstructorsWithACodeLeaveMissingStringsNull)
 {
     ZException two(7, "a");
     EXPECT_EQ(two.code(), 7u);
@@ -59,26 +56,26 @@ TEST(ZExceptionTest, NumberedOnesKeepTheirArgumentsAndLeaveTheRestNull)
     expectTexts(four, "a", "b", "c");
 }
 
-TEST(ZExceptionTest, MessageOnlyOneHasNoPlaceAndNoReason)
+TEST(ZExceptionTest, MessageOnlyExceptionHasNoPlaceAndNoReason)
 {
     ZException e("a");
     EXPECT_EQ(e.code(), 0u);
     expectTexts(e, "a", nullptr, nullptr);
 }
 
-TEST(ZExceptionTest, TextOnesKeepTheirArgumentsAndLeaveTheRestNull)
+TEST(ZExceptionTest, ConstructorsWithoutACodeLeaveMissingStringsNull)
 {
     expectTexts(ZException("a", "b"), "a", "b", nullptr);
     expectTexts(ZException("a", "b", "c"), "a", "b", "c");
 }
 
-TEST(ZExceptionTest, TextsAreReferencedAndNotCopied)
+TEST(ZExceptionTest, StringsAreNotCopied)
 {
     const char text[] = "mine";
     EXPECT_EQ(ZException(text).what(), text);
 }
 
-TEST(ZExceptionTest, AssignmentKeepsTheNumberOfTheTarget)
+TEST(ZExceptionTest, AssignmentKeepsTheCodeOfTheTarget)
 {
     ZException target(7, "a", "b", "c");
     target = ZException(8, "d", "e");
@@ -86,7 +83,7 @@ TEST(ZExceptionTest, AssignmentKeepsTheNumberOfTheTarget)
     expectTexts(target, "d", "e", nullptr);
 }
 
-TEST(ZExceptionTest, AssignmentAsksTheSourceForItsTexts)
+TEST(ZExceptionTest, AssignmentCallsTheVirtualAccessorsOfTheSource)
 {
     ZException target(7, "a");
     target = Computed("stored");
@@ -94,7 +91,7 @@ TEST(ZExceptionTest, AssignmentAsksTheSourceForItsTexts)
     expectTexts(target, "computed what", "computed where", "computed why");
 }
 
-TEST(ZExceptionTest, CopyTakesTheNumberAlong)
+TEST(ZExceptionTest, CopyKeepsTheCode)
 {
     const ZException original(7, "a", "b", "c");
     const ZException copy(original);
@@ -110,7 +107,7 @@ TEST(ZExceptionTest, AccessorsAreVirtual)
     expectTexts(base, "computed what", "computed where", "computed why");
 }
 
-TEST(ZExceptionTest, FieldsStandInOrder)
+TEST(ZExceptionTest, FieldsAreInOrder)
 {
     const ZException e(7, "a", "b", "c");
     EXPECT_EQ(static_cast<unsigned int>(wordAt(&e, 1)), 7u);
@@ -119,7 +116,7 @@ TEST(ZExceptionTest, FieldsStandInOrder)
     EXPECT_EQ(wordAt(&e, 4), asWord(e.why()));
 }
 
-TEST(ZExceptionTest, NotImplementedHasItsNumberAndMessage)
+TEST(ZExceptionTest, NotImplementedHasItsCodeAndMessage)
 {
     ZXCNotImplemented e("A::b", "because");
     EXPECT_EQ(e.code(), 1025u);
@@ -127,7 +124,7 @@ TEST(ZExceptionTest, NotImplementedHasItsNumberAndMessage)
     expectTexts(e, "Not implemented", "A::b", "because");
 }
 
-TEST(ZExceptionTest, OutOfBoundsHasItsNumberAndMessage)
+TEST(ZExceptionTest, OutOfBoundsHasItsCodeAndMessage)
 {
     ZXCOutOfBounds e("ZBitField::get", nullptr);
     EXPECT_EQ(e.code(), 1026u);
@@ -135,7 +132,7 @@ TEST(ZExceptionTest, OutOfBoundsHasItsNumberAndMessage)
     expectTexts(e, "Out of bounds", "ZBitField::get", nullptr);
 }
 
-TEST(ZExceptionTest, KindsPutTheirSharedBaseBehindTheirOwnTable)
+TEST(ZExceptionTest, VirtualBaseFollowsTheVtablePointer)
 {
     const ZXCNotImplemented a("A", "B");
     const ZXCOutOfBounds b("A", "B");
@@ -143,7 +140,7 @@ TEST(ZExceptionTest, KindsPutTheirSharedBaseBehindTheirOwnTable)
     EXPECT_EQ(asWord(static_cast<const ZException*>(&b)), asWord(&b) + sizeof(void*));
 }
 
-TEST(ZExceptionTest, KindsShareOneVirtualBase)
+TEST(ZExceptionTest, DerivedKindsShareOneVirtualBase)
 {
     struct Both : ZXCNotImplemented, ZXCOutOfBounds {
         Both()
@@ -158,7 +155,7 @@ TEST(ZExceptionTest, KindsShareOneVirtualBase)
     expectTexts(e, "both", nullptr, nullptr);
 }
 
-TEST(ZExceptionTest, KindsAssignedToEachOtherKeepTheirNumber)
+TEST(ZExceptionTest, AssignmentBetweenEqualKindsKeepsTheCode)
 {
     ZXCOutOfBounds target("A", nullptr);
     target = ZXCOutOfBounds("B", "c");
@@ -171,7 +168,7 @@ TEST(ZExceptionTest, KindsAssignedToEachOtherKeepTheirNumber)
     expectTexts(other, "Not implemented", "B", "c");
 }
 
-TEST(ZExceptionTest, ThrownByValueIsCaughtAsEachOfItsBases)
+TEST(ZExceptionTest, IsCaughtByEachOfItsBases)
 {
     try {
         throw ZXCOutOfBounds("A", "b");
@@ -189,4 +186,4 @@ TEST(ZExceptionTest, ThrownByValueIsCaughtAsEachOfItsBases)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

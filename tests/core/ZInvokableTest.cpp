@@ -12,13 +12,8 @@
 #include <string>
 #include <type_traits>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
-
-using ZSpace::Testing::asWord;
-using ZSpace::Testing::Counted;
-using ZSpace::Testing::failEachAllocation;
-using ZSpace::Testing::wordAt;
 
 struct Door {
     void turn(int degrees, std::string why)
@@ -70,7 +65,7 @@ TEST(ZExecutor2VTest, CallsItsBinderWithTheStoredArguments)
     EXPECT_EQ(door.calls, 2);
 }
 
-TEST(ZExecutor2VTest, HoldsItsBinderAndThenTheArguments)
+TEST(ZExecutor2VTest, StoresTheBinderAndThenTheArguments)
 {
     Door door;
     auto* binder = new ZDelegator2V<Door, void*, long>(&door, nullptr);
@@ -80,7 +75,7 @@ TEST(ZExecutor2VTest, HoldsItsBinderAndThenTheArguments)
     EXPECT_EQ(wordAt(&executor, 3), 7u);
 }
 
-TEST(ZExecutor2VTest, CloneHasABinderOfItsOwn)
+TEST(ZExecutor2VTest, CloneOwnsACopyOfTheBinder)
 {
     Door door;
     auto executor = std::make_unique<Executor>(new Turn(&door, &Door::turn), 90, "left ");
@@ -91,7 +86,7 @@ TEST(ZExecutor2VTest, CloneHasABinderOfItsOwn)
     EXPECT_EQ(door.last, "left 90");
 }
 
-TEST(ZExecutor2VTest, StoredHandlesHaveACountOfTheirOwn)
+TEST(ZExecutor2VTest, StoredHandlesAreCounted)
 {
     Door door;
     const ZRef<Counted> key(new Counted);
@@ -119,13 +114,13 @@ TEST(ZExecutor2VTest, OwnsItsBinder)
     EXPECT_EQ(token.use_count(), 1);
 }
 
-TEST(ZExecutor2VTest, CloneThatFailsLeavesNothingBehind)
+TEST(ZExecutor2VTest, AllocationFailuresOfClonePropagateWithoutLeaks)
 {
     Door door;
     const Executor executor(new Turn(&door, &Door::turn), 90, std::string(50, 'a'));
-    // The executor, its binder and its text.
+    // The executor, its binder and its string.
     EXPECT_EQ(failEachAllocation([&] { const std::unique_ptr<ZExecutor<void>> clone(executor.clone()); }), 3);
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -4,7 +4,8 @@
 #include "ZSpace/core/ZMap.h"
 
 #include "tests/support/AllocationFaults.h"
-#include "tests/support/Probes.h"
+#include "tests/support/CountedTest.h"
+#include "tests/support/DeathTests.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,15 +15,10 @@
 #include <string>
 #include <type_traits>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using testing::ElementsAre;
-using ZSpace::Testing::AllocationFault;
-using ZSpace::Testing::asWord;
-using ZSpace::Testing::Counted;
-using ZSpace::Testing::failEachAllocation;
-using ZSpace::Testing::wordAt;
 
 using Names = ZMap<const wchar_t*, const wchar_t*>;
 using Texts = ZMap<std::string, std::string>;
@@ -64,7 +60,7 @@ TEST(ZPairTest, PairsAreEqualWhenTheirKeysAre)
     EXPECT_TRUE(Pair("a", 1) != Pair("b", 1));
 }
 
-/// Equal by its number, told apart by its mark; freed ones are counted.
+/// Compares by number only; the mark identifies the object.
 struct Item {
     Item(int n, int m)
         : number(n)
@@ -76,15 +72,7 @@ struct Item {
     friend bool operator==(const Item& a, const Item& b) { return a.number == b.number; }
 };
 
-class ZSetTest : public testing::Test {
-protected:
-    void SetUp() override { Counted::reset(); }
-    void TearDown() override
-    {
-        EXPECT_EQ(Counted::s_tally.alive, 0);
-        Counted::reset();
-    }
-};
+using ZSetTest = CountedTest;
 
 TEST_F(ZSetTest, AppendsNewElements)
 {
@@ -98,7 +86,7 @@ TEST_F(ZSetTest, AppendsNewElements)
     EXPECT_EQ(set.Capacity(), 3);
 }
 
-TEST_F(ZSetTest, NewerElementTakesThePlaceOfAnEqualOne)
+TEST_F(ZSetTest, NewElementReplacesAnEqualOne)
 {
     ZSet<Item> set;
     for (int i = 0; i < 3; ++i)
@@ -111,7 +99,7 @@ TEST_F(ZSetTest, NewerElementTakesThePlaceOfAnEqualOne)
     EXPECT_EQ(&set[1], newer);
 }
 
-TEST_F(ZSetTest, ElementThatIsInTheSetAlreadyStays)
+TEST_F(ZSetTest, AddingAStoredElementKeepsIt)
 {
     ZSet<Item> set;
     Item* item = set.il_add(new Item(1, 10));
@@ -136,7 +124,7 @@ TEST_F(ZSetTest, AddedCopiesFollowTheSameRule)
 
 class ZMapTest : public testing::Test { };
 
-TEST_F(ZMapTest, AddMakesAPairAndGivesIt)
+TEST_F(ZMapTest, AddReturnsTheNewPair)
 {
     Texts map;
     ZPair<std::string, std::string>& pair = map.add("a", "1");
@@ -146,7 +134,7 @@ TEST_F(ZMapTest, AddMakesAPairAndGivesIt)
     EXPECT_EQ(map.Count(), 1);
 }
 
-TEST_F(ZMapTest, AddOverwritesTheValueOfAKeyThatIsThere)
+TEST_F(ZMapTest, AddOverwritesTheValueOfAnExistingKey)
 {
     Texts map;
     map.add("a", "1");
@@ -158,7 +146,7 @@ TEST_F(ZMapTest, AddOverwritesTheValueOfAKeyThatIsThere)
     EXPECT_EQ(map[1].first, "b");
 }
 
-TEST_F(ZMapTest, KeysThatArePointersCompareAsAddresses)
+TEST_F(ZMapTest, PointerKeysCompareAsAddresses)
 {
     const wchar_t here[] = L"key";
     const wchar_t there[] = L"key";
@@ -174,7 +162,7 @@ TEST_F(ZMapTest, KeysThatArePointersCompareAsAddresses)
     EXPECT_EQ(map.il_find({there, nullptr}, 0), 1);
 }
 
-TEST_F(ZMapTest, OwnKeyAndValueCanBeAdded)
+TEST_F(ZMapTest, AddAcceptsOwnKeysAndValues)
 {
     Texts map;
     map.add("a", std::string(50, '1'));
@@ -195,7 +183,7 @@ TEST_F(ZMapTest, GetCopiesTheValueOfAKey)
     EXPECT_EQ(out, "1");
 }
 
-TEST_F(ZMapTest, FindGivesThePlaceOfTheValue)
+TEST_F(ZMapTest, FindReturnsAStablePointer)
 {
     Texts map;
     EXPECT_EQ(map.find("a"), nullptr);
@@ -207,7 +195,7 @@ TEST_F(ZMapTest, FindGivesThePlaceOfTheValue)
     EXPECT_EQ(*value, "1");
 }
 
-TEST_F(ZMapTest, CopyHasPairsOfItsOwn)
+TEST_F(ZMapTest, CopyIsDeep)
 {
     Texts original;
     for (char key = 'a'; key < 'f'; ++key)
@@ -227,7 +215,7 @@ TEST_F(ZMapTest, CopyHasPairsOfItsOwn)
     }
 }
 
-TEST_F(ZMapTest, CopyJoinsPairsWhoseKeysWereMadeEqual)
+TEST_F(ZMapTest, CopyMergesPairsWithEqualKeys)
 {
     Texts original;
     original.add("a", "1");
@@ -238,7 +226,7 @@ TEST_F(ZMapTest, CopyJoinsPairsWhoseKeysWereMadeEqual)
     EXPECT_EQ(copy[0].second, "2");
 }
 
-TEST_F(ZMapTest, MovingHandsThePairsOver)
+TEST_F(ZMapTest, MovingTransfersThePairs)
 {
     Texts original;
     original.add("a", "1");
@@ -274,16 +262,16 @@ TEST_F(ZMapTest, AgreesWithAReferenceOverRandomOperations)
     }
 }
 
-TEST_F(ZMapTest, CopyThatFailsLeavesNothingBehind)
+TEST_F(ZMapTest, AllocationFailuresOfCopyingPropagateWithoutLeaks)
 {
     Texts original;
     for (char key = 'a'; key < 'd'; ++key)
         original.add(std::string(50, key), std::string(50, key));
-    // The slots, and then a pair, its key and its value each.
+    // The slots, then each pair, its key and its value.
     EXPECT_EQ(failEachAllocation([&] { const Texts copy(original); }), 1 + 3 * 3);
 }
 
-TEST(ZMapDeathTest, AddEndsTheProcessAtEachFailure)
+TEST(ZMapDeathTest, AddTerminatesIfAnyAllocationFails)
 {
     for (long nth = 1; nth <= 4; ++nth) {
         EXPECT_EXIT(
@@ -293,11 +281,11 @@ TEST(ZMapDeathTest, AddEndsTheProcessAtEachFailure)
                 const AllocationFault fault(nth); // the pair, its key, its value, the slots
                 map.add(text, text);
             },
-            testing::KilledBySignal(SIGABRT), "");
+            testing::KilledBySignal(SIGABRT), s_terminateMessage);
     }
 }
 
-TEST(ZMapDeathTest, OverwritingEndsTheProcessWithoutMemory)
+TEST(ZMapDeathTest, OverwritingTerminatesIfAllocationFails)
 {
     EXPECT_EXIT(
         {
@@ -308,10 +296,10 @@ TEST(ZMapDeathTest, OverwritingEndsTheProcessWithoutMemory)
             const AllocationFault fault(1);
             map.add(key, text);
         },
-        testing::KilledBySignal(SIGABRT), "");
+        testing::KilledBySignal(SIGABRT), s_terminateMessage);
 }
 
-TEST(ZSetDeathTest, AppendingEndsTheProcessWithoutMemory)
+TEST(ZSetDeathTest, AppendingTerminatesIfAllocationFails)
 {
     EXPECT_EXIT(
         {
@@ -320,8 +308,8 @@ TEST(ZSetDeathTest, AppendingEndsTheProcessWithoutMemory)
             const AllocationFault fault(1);
             set.il_add(item);
         },
-        testing::KilledBySignal(SIGABRT), "");
+        testing::KilledBySignal(SIGABRT), s_terminateMessage);
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

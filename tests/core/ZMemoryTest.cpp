@@ -10,11 +10,10 @@
 
 #include <string>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using testing::ElementsAre;
-using ZSpace::Testing::Counted;
 
 template <typename T>
 T sample(int i);
@@ -46,7 +45,7 @@ Counted sample(int i)
     return {i + 1};
 }
 
-/// Contracts that hold for elements copied as bytes and for those copied one by one.
+/// Tests for elements that are copied as bytes and for those that are copied by assignment.
 template <typename T>
 class ZMemoryTest : public testing::Test {
 protected:
@@ -69,14 +68,14 @@ struct ElementName {
             return "Long";
         if (std::is_same_v<T, void*>)
             return "Pointer";
-        return std::is_same_v<T, std::string> ? "Text" : "Counted";
+        return std::is_same_v<T, std::string> ? "String" : "Counted";
     }
 };
 
 using Elements = testing::Types<char, long, void*, std::string, Counted>;
 TYPED_TEST_SUITE(ZMemoryTest, Elements, ElementName);
 
-TYPED_TEST(ZMemoryTest, AllocatesDefaultElements)
+TYPED_TEST(ZMemoryTest, AllocatesValueInitializedElements)
 {
     TypeParam* block = ZMemory<TypeParam>::allocate(3);
     for (int i = 0; i < 3; ++i)
@@ -90,12 +89,12 @@ TYPED_TEST(ZMemoryTest, AllocatesNothingForNoElements)
     EXPECT_EQ(ZMemory<TypeParam>::allocate(-1), nullptr);
 }
 
-TYPED_TEST(ZMemoryTest, DeallocatesNullSilently)
+TYPED_TEST(ZMemoryTest, DeallocateIgnoresNull)
 {
     ZMemory<TypeParam>::deallocate(nullptr);
 }
 
-TYPED_TEST(ZMemoryTest, CopiesAsManyElementsAsAskedFor)
+TYPED_TEST(ZMemoryTest, CopiesTheRequestedCount)
 {
     TypeParam* source = this->filled(3);
     TypeParam* target = ZMemory<TypeParam>::allocate(3);
@@ -120,7 +119,7 @@ TYPED_TEST(ZMemoryTest, MovesElementsDownInsideABlock)
     ZMemory<TypeParam>::deallocate(block);
 }
 
-TYPED_TEST(ZMemoryTest, RelocatesToTheSameCountByDoingNothing)
+TYPED_TEST(ZMemoryTest, RelocatingToTheSameCountReturnsTheBlock)
 {
     TypeParam* block = this->filled(2);
     EXPECT_EQ(ZMemory<TypeParam>::relocate(block, 2, 2), block);
@@ -128,7 +127,7 @@ TYPED_TEST(ZMemoryTest, RelocatesToTheSameCountByDoingNothing)
     EXPECT_EQ(ZMemory<TypeParam>::relocate(nullptr, 0, 0), nullptr);
 }
 
-TYPED_TEST(ZMemoryTest, RelocatesToMoreWithDefaultElementsBehind)
+TYPED_TEST(ZMemoryTest, RelocatingToMoreValueInitializesTheRest)
 {
     TypeParam* block = ZMemory<TypeParam>::relocate(this->filled(2), 2, 4);
     EXPECT_EQ(block[0], sample<TypeParam>(0));
@@ -138,20 +137,20 @@ TYPED_TEST(ZMemoryTest, RelocatesToMoreWithDefaultElementsBehind)
     ZMemory<TypeParam>::deallocate(block);
 }
 
-TYPED_TEST(ZMemoryTest, RelocatesToFewerAndCutsOffTheRest)
+TYPED_TEST(ZMemoryTest, RelocatingToFewerTruncates)
 {
     TypeParam* block = ZMemory<TypeParam>::relocate(this->filled(3), 3, 1);
     EXPECT_EQ(block[0], sample<TypeParam>(0));
     ZMemory<TypeParam>::deallocate(block);
 }
 
-TYPED_TEST(ZMemoryTest, RelocatesToNoneByFreeingTheBlock)
+TYPED_TEST(ZMemoryTest, RelocatingToNoneFreesTheBlock)
 {
     EXPECT_EQ(ZMemory<TypeParam>::relocate(this->filled(3), 3, 0), nullptr);
     EXPECT_EQ(ZMemory<TypeParam>::relocate(this->filled(3), 3, -2), nullptr);
 }
 
-TYPED_TEST(ZMemoryTest, RelocatesFromNothing)
+TYPED_TEST(ZMemoryTest, RelocatesFromAnEmptyBlock)
 {
     TypeParam* block = ZMemory<TypeParam>::relocate(nullptr, 0, 2);
     EXPECT_EQ(block[1], TypeParam());
@@ -163,7 +162,7 @@ protected:
     void SetUp() override { Counted::reset(); }
 };
 
-TEST_F(ZMemoryLifetimeTest, DestroysFromTheLastToTheFirst)
+TEST_F(ZMemoryLifetimeTest, DestroysFromLastToFirst)
 {
     Counted* block = ZMemory<Counted>::allocate(3);
     for (int i = 0; i < 3; ++i)
@@ -174,7 +173,7 @@ TEST_F(ZMemoryLifetimeTest, DestroysFromTheLastToTheFirst)
     EXPECT_EQ(Counted::s_tally.alive, 0);
 }
 
-TEST_F(ZMemoryLifetimeTest, CopiesByAssignmentAndLeavesOutElementsThatStayInPlace)
+TEST_F(ZMemoryLifetimeTest, CopiesByAssignmentAndSkipsElementsAlreadyInPlace)
 {
     Counted* block = ZMemory<Counted>::allocate(3);
     ZMemory<Counted>::copyTo(block, block, 3);
@@ -185,7 +184,7 @@ TEST_F(ZMemoryLifetimeTest, CopiesByAssignmentAndLeavesOutElementsThatStayInPlac
     ZMemory<Counted>::deallocate(block);
 }
 
-TEST_F(ZMemoryLifetimeTest, RelocatesByAssigningWhatStays)
+TEST_F(ZMemoryLifetimeTest, RelocatesByAssignment)
 {
     Counted* block = ZMemory<Counted>::relocate(ZMemory<Counted>::allocate(3), 3, 5);
     EXPECT_EQ(Counted::s_tally.assigned, 3);
@@ -196,7 +195,7 @@ TEST_F(ZMemoryLifetimeTest, RelocatesByAssigningWhatStays)
     ZMemory<Counted>::deallocate(block);
 }
 
-TEST_F(ZMemoryLifetimeTest, ElementThatCannotBeCopiedLeavesTheOldBlockAlone)
+TEST_F(ZMemoryLifetimeTest, RelocateKeepsTheOldBlockIfCopyingThrows)
 {
     Counted* block = ZMemory<Counted>::allocate(3);
     block[0] = Counted(9);
@@ -208,4 +207,4 @@ TEST_F(ZMemoryLifetimeTest, ElementThatCannotBeCopiedLeavesTheOldBlockAlone)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -3,8 +3,8 @@
 
 #include "ZSpace/core/ZReference.h"
 
+#include "tests/support/CountedTest.h"
 #include "tests/support/DeathTests.h"
-#include "tests/support/Probes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,18 +15,14 @@
 #include <type_traits>
 #include <vector>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using testing::ElementsAre;
-using ZSpace::Testing::asWord;
-using ZSpace::Testing::Counted;
-using ZSpace::Testing::sendOutputToError;
-using ZSpace::Testing::wordAt;
 
 using Counter = TZRefCounter<int>;
 
-/// Laid out like the objects that values refer to: a table pointer, then the count.
+/// Has the layout of `ZObject`: vtable pointer, then the count.
 class Dispatching : public TZReferenceable<Counter> {
 public:
     Dispatching() = default;
@@ -57,15 +53,7 @@ static_assert(sizeof(Dispatching) == sizeof(void*) + 8);
 static_assert(sizeof(Handle) == 2 * sizeof(void*));
 static_assert(std::is_nothrow_move_constructible_v<Handle> && std::is_nothrow_move_assignable_v<Handle>);
 
-class ZReferenceTest : public testing::Test {
-protected:
-    void SetUp() override { Counted::reset(); }
-    void TearDown() override
-    {
-        EXPECT_EQ(Counted::s_tally.alive, 0);
-        Counted::reset();
-    }
-};
+using ZReferenceTest = CountedTest;
 
 TEST_F(ZReferenceTest, StartsEmpty)
 {
@@ -77,7 +65,7 @@ TEST_F(ZReferenceTest, StartsEmpty)
     EXPECT_TRUE(handle.release());
 }
 
-TEST_F(ZReferenceTest, CountedPartStandsOnePointerBehindTheObject)
+TEST_F(ZReferenceTest, CountFollowsTheVtablePointerOfTheObject)
 {
     auto* object = new Object(1);
     const Handle handle(object);
@@ -86,7 +74,7 @@ TEST_F(ZReferenceTest, CountedPartStandsOnePointerBehindTheObject)
     EXPECT_EQ(wordAt(object, 1), 1u);
 }
 
-TEST_F(ZReferenceTest, EachHandleTakesACountOfItsOwn)
+TEST_F(ZReferenceTest, EachHandleIncrementsTheCount)
 {
     auto* object = new Object(1);
     const Handle a(object);
@@ -99,7 +87,7 @@ TEST_F(ZReferenceTest, EachHandleTakesACountOfItsOwn)
     EXPECT_EQ(&*b, object);
 }
 
-TEST_F(ZReferenceTest, ReleaseTellsWhetherItDestroyedTheObject)
+TEST_F(ZReferenceTest, ReleaseReturnsFalseIfItDeletedTheObject)
 {
     Handle a(new Object(1));
     Handle b(a);
@@ -116,7 +104,7 @@ TEST_F(ZReferenceTest, ReleaseTellsWhetherItDestroyedTheObject)
     EXPECT_TRUE(b.release());
 }
 
-TEST_F(ZReferenceTest, DestructionDropsTheCount)
+TEST_F(ZReferenceTest, DestructorDecrementsTheCount)
 {
     const Handle outer(new Object(1));
     {
@@ -137,7 +125,7 @@ TEST_F(ZReferenceTest, AssigningTheSameObjectChangesNothing)
     EXPECT_EQ(a.RefCount(), 2);
 }
 
-TEST_F(ZReferenceTest, AssigningLetsTheOldObjectGo)
+TEST_F(ZReferenceTest, AssigningReleasesTheOldObject)
 {
     Handle a(new Object(1));
     const Handle b(new Object(2));
@@ -153,7 +141,7 @@ TEST_F(ZReferenceTest, AssigningLetsTheOldObjectGo)
     EXPECT_TRUE(!a);
 }
 
-TEST_F(ZReferenceTest, MovingHandsTheCountOver)
+TEST_F(ZReferenceTest, MovingTransfersTheCount)
 {
     Handle a(new Object(1));
     Handle b(std::move(a));
@@ -166,7 +154,7 @@ TEST_F(ZReferenceTest, MovingHandsTheCountOver)
     EXPECT_THAT(Counted::s_tally.destroyed, ElementsAre(2));
 }
 
-TEST_F(ZReferenceTest, CopiedObjectStartsWithoutHandles)
+TEST_F(ZReferenceTest, CopiedObjectStartsWithACountOfZero)
 {
     const Handle original(new Dispatching);
     Dispatching copy(*original);
@@ -176,7 +164,7 @@ TEST_F(ZReferenceTest, CopiedObjectStartsWithoutHandles)
     EXPECT_EQ(handle.RefCount(), 1);
 }
 
-TEST_F(ZReferenceTest, HandleInsideTheObjectThatGoesCanBeAssigned)
+TEST_F(ZReferenceTest, AssignmentAcceptsAHandleInsideTheReleasedObject)
 {
     struct Node : TZReferenceable<Counter> {
         virtual ~Node() = default;
@@ -190,7 +178,7 @@ TEST_F(ZReferenceTest, HandleInsideTheObjectThatGoesCanBeAssigned)
     EXPECT_EQ(Counted::s_tally.alive, 1);
 }
 
-TEST_F(ZReferenceTest, ThreadsCopyAndDropHandlesOnOneObject)
+TEST_F(ZReferenceTest, ThreadsCopyAndReleaseHandlesOnOneObject)
 {
     struct Flagged : TZReferenceable<Counter> {
         explicit Flagged(std::atomic<int>& deleted)
@@ -222,17 +210,25 @@ TEST_F(ZReferenceTest, ThreadsCopyAndDropHandlesOnOneObject)
 
 } // namespace
 
-// A class that is only declared where handles on it are members, as values hold objects.
+// A class that is incomplete where it is the target of handle members, as `ZObject` is in values.
+class CompletedLater;
 
-class ZReferenceTestLater;
-extern template TZReferenceable<Counter>* ZReference<ZReferenceTestLater>::countedPartOf(
-    ZReferenceTestLater*) noexcept;
-extern template void ZReference<ZReferenceTestLater>::destroy(ZReferenceTestLater*) noexcept;
+} // namespace ZSpace::Testing
 
+namespace ZSpace {
+
+using Testing::CompletedLater;
+extern template TZReferenceable<TZRefCounter<int>>* ZReference<CompletedLater>::countedPartOf(
+    CompletedLater*) noexcept;
+extern template void ZReference<CompletedLater>::destroy(CompletedLater*) noexcept;
+
+} // namespace ZSpace
+
+namespace ZSpace::Testing {
 namespace {
 
 struct Holder {
-    ZReference<ZReferenceTestLater> handle;
+    ZReference<CompletedLater> handle;
 };
 
 bool copyAndRelease(Holder& holder)
@@ -247,23 +243,30 @@ bool copyAndRelease(Holder& holder)
 
 } // namespace
 
-class ZReferenceTestLater : public TZReferenceable<Counter> {
+class CompletedLater : public TZReferenceable<Counter> {
 public:
-    virtual ~ZReferenceTestLater() = default;
+    virtual ~CompletedLater() = default;
 
 private:
     Counted m_counted{5};
 };
 
-template TZReferenceable<Counter>* ZReference<ZReferenceTestLater>::countedPartOf(
-    ZReferenceTestLater*) noexcept;
-template void ZReference<ZReferenceTestLater>::destroy(ZReferenceTestLater*) noexcept;
+} // namespace ZSpace::Testing
 
+namespace ZSpace {
+
+template TZReferenceable<TZRefCounter<int>>* ZReference<CompletedLater>::countedPartOf(
+    CompletedLater*) noexcept;
+template void ZReference<CompletedLater>::destroy(CompletedLater*) noexcept;
+
+} // namespace ZSpace
+
+namespace ZSpace::Testing {
 namespace {
 
-TEST_F(ZReferenceTest, ClassMayBeKnownToOneFileOnly)
+TEST_F(ZReferenceTest, ClassMayBeIncompleteWhereHandlesAreCopied)
 {
-    Holder holder{ZReference<ZReferenceTestLater>(new ZReferenceTestLater)};
+    Holder holder{ZReference<CompletedLater>(new CompletedLater)};
     EXPECT_FALSE(copyAndRelease(holder));
     EXPECT_THAT(Counted::s_tally.destroyed, ElementsAre(5));
 }
@@ -279,13 +282,13 @@ TEST_F(ZReferenceDeathTest, DereferencingAnEmptyHandleIsReported)
         "^this->m_ptValue - File: ZTypeRef - Line: 543\n$");
 }
 
-TEST_F(ZReferenceDeathTest, ObjectThatThrowsWhileDestroyedEndsTheProcess)
+TEST_F(ZReferenceDeathTest, TerminatesIfTheDestructorOfTheObjectThrows)
 {
     struct Thrower : TZReferenceable<Counter> {
         ~Thrower() noexcept(false) { throw std::runtime_error("from a destructor"); }
     };
-    EXPECT_DEATH(ZReference<Thrower>(new Thrower), "");
+    EXPECT_EXIT(ZReference<Thrower>(new Thrower), testing::KilledBySignal(SIGABRT), s_terminateMessage);
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -9,7 +9,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using Lock = ZThreadLock_T<pthread_mutex_t>;
@@ -19,7 +19,7 @@ static_assert(sizeof(Lock) == sizeof(pthread_mutex_t));
 static_assert(!std::is_copy_constructible_v<Lock> && !std::is_copy_assignable_v<Lock>);
 static_assert(std::is_empty_v<TZThreadSafeTransaction<PseudoLock>>);
 
-/// Whether another thread finds the lock taken.
+/// Whether another thread would have to wait for the lock.
 bool isTaken(Lock& lock)
 {
     bool taken = false;
@@ -44,7 +44,7 @@ TEST(ZThreadLockTest, SameThreadLocksTwiceAndUnlocksTwice)
     EXPECT_FALSE(isTaken(lock));
 }
 
-TEST(ZThreadLockTest, KeepsThreadsApart)
+TEST(ZThreadLockTest, ExcludesOtherThreads)
 {
     constexpr int s_rounds = 5'000;
     Lock lock;
@@ -89,7 +89,7 @@ TEST(TZThreadSafeTransactionTest, DoesNothingWithThePseudoLock)
     transaction.endTransaction();
 }
 
-TEST(TZThreadSafeTransactionTest, HoldsARealLockMeanwhile)
+TEST(TZThreadSafeTransactionTest, HoldsARealLockInBetween)
 {
     TZThreadSafeTransaction<Lock> transaction;
     int steps = 0;
@@ -107,4 +107,4 @@ TEST(TZThreadSafeTransactionTest, HoldsARealLockMeanwhile)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

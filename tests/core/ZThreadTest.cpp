@@ -4,6 +4,7 @@
 #include "ZSpace/core/ZThread.h"
 
 #include "tests/support/AllocationFaults.h"
+#include "tests/support/DeathTests.h"
 #include "tests/support/Probes.h"
 #include "tests/support/ThreadFaults.h"
 
@@ -18,13 +19,10 @@
 #include <thread>
 #include <vector>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using testing::ElementsAre;
-using ZSpace::Testing::AllocationFault;
-using ZSpace::Testing::ThreadFault;
-using ZSpace::Testing::wordAt;
 
 using Worker = ZThread_T<pthread_t*>;
 
@@ -32,7 +30,7 @@ static_assert(!std::is_copy_constructible_v<Worker> && !std::is_copy_assignable_
 static_assert(sizeof(Worker)
     == sizeof(pthread_mutex_t) + 2 * sizeof(pthread_t) + 2 * sizeof(void*) + sizeof(ZRef<std::atomic<bool>>));
 
-/// Work made of a lambda. What the lambda holds on to goes with it.
+/// Runs a lambda. Destroys its captures when it is deleted.
 class Job final : public ZInvokable<void> {
 public:
     explicit Job(std::function<void()> work)
@@ -45,7 +43,7 @@ private:
     std::function<void()> m_work;
 };
 
-/// Keeps work waiting until it is opened.
+/// Blocks those who wait until it is opened.
 class Gate {
 public:
     void open() { m_promise.set_value(); }
@@ -56,7 +54,7 @@ private:
     std::shared_future<void> m_future = m_promise.get_future().share();
 };
 
-/// Waits until `token` is the last share, so until the work that holds the other one is destroyed.
+/// Waits until the work that shares `token` has been deleted.
 void awaitLastShare(const std::shared_ptr<Gate>& token)
 {
     while (token.use_count() > 1)
@@ -84,7 +82,7 @@ TEST(ZThreadTest, InvokesOnAThreadOfItsOwn)
     EXPECT_TRUE(pthread_equal(runner, started));
 }
 
-TEST(ZThreadTest, RunsUntilTheWorkHasEnded)
+TEST(ZThreadTest, IsRunningUntilTheWorkHasEnded)
 {
     Gate gate;
     Worker worker;
@@ -97,12 +95,12 @@ TEST(ZThreadTest, RunsUntilTheWorkHasEnded)
     gate.open();
     while (worker.isRunning())
         std::this_thread::yield();
-    EXPECT_EQ(result, 1); // no join in between: the flag itself orders this
+    EXPECT_EQ(result, 1); // no join in between: isRunning() itself synchronizes
     worker.join();
     EXPECT_FALSE(worker.isRunning());
 }
 
-TEST(ZThreadTest, JoinForgetsTheThread)
+TEST(ZThreadTest, JoinClearsTheHandle)
 {
     Worker worker;
     worker.execute(new Job([] {}));
@@ -114,7 +112,7 @@ TEST(ZThreadTest, JoinForgetsTheThread)
     worker.close();
 }
 
-TEST(ZThreadTest, HoldsTheLastThreadAndThenTheCurrentOne)
+TEST(ZThreadTest, StoresTheLastThreadAndThenTheCurrentOne)
 {
     Gate gate;
     Worker worker;
@@ -130,7 +128,7 @@ TEST(ZThreadTest, HoldsTheLastThreadAndThenTheCurrentOne)
     EXPECT_EQ(wordAt(&worker, s_last + 1), 0u);
 }
 
-TEST(ZThreadTest, CloseLetsTheThreadGoOn)
+TEST(ZThreadTest, CloseDetachesTheThread)
 {
     const auto gate = std::make_shared<Gate>();
     std::atomic<bool> done{false};
@@ -141,7 +139,7 @@ TEST(ZThreadTest, CloseLetsTheThreadGoOn)
     }));
     worker.close();
     EXPECT_FALSE(worker.isRunning());
-    worker.join(); // nobody to wait for
+    worker.join(); // no thread to join
     EXPECT_FALSE(done);
     gate->open();
     while (!done)
@@ -149,7 +147,7 @@ TEST(ZThreadTest, CloseLetsTheThreadGoOn)
     awaitLastShare(gate);
 }
 
-TEST(ZThreadTest, NextStartLetsThePreviousThreadGo)
+TEST(ZThreadTest, NextStartDetachesThePreviousThread)
 {
     const auto gate = std::make_shared<Gate>();
     Gate second;
@@ -159,13 +157,13 @@ TEST(ZThreadTest, NextStartLetsThePreviousThreadGo)
     worker.execute(new Job([&] { second.wait(); }));
     EXPECT_FALSE(pthread_equal(worker.lastThread(), first));
     gate->open();
-    awaitLastShare(gate); // the end of the first start does not end the second
+    awaitLastShare(gate); // the end of the first work does not end the second
     EXPECT_TRUE(worker.isRunning());
     second.open();
     worker.join();
 }
 
-TEST(ZThreadTest, DestructionLetsTheThreadGo)
+TEST(ZThreadTest, DestructorDetachesTheThread)
 {
     const auto gate = std::make_shared<Gate>();
     {
@@ -189,7 +187,7 @@ TEST(ZThreadTest, WorkMayDestroyItsOwnWorker)
     awaitLastShare(gate);
 }
 
-TEST(ZThreadTest, WorkCannotWaitForItself)
+TEST(ZThreadTest, JoinReturnsImmediatelyOnTheThreadItself)
 {
     Worker worker;
     bool runningAfterwards = false;
@@ -201,7 +199,7 @@ TEST(ZThreadTest, WorkCannotWaitForItself)
     EXPECT_TRUE(runningAfterwards);
 }
 
-TEST(ZThreadTest, WorkIsDestroyedAfterItsRun)
+TEST(ZThreadTest, WorkIsDeletedAfterItsRun)
 {
     const auto token = std::make_shared<int>(0);
     Worker worker;
@@ -211,10 +209,10 @@ TEST(ZThreadTest, WorkIsDestroyedAfterItsRun)
     EXPECT_EQ(*token, 1);
 }
 
-// Hooks are plain functions, so what they note is global.
+// Hooks are plain functions, so their notes are global.
 std::vector<std::string> s_notes;
 
-TEST(ZThreadTest, HooksStandAroundTheWork)
+TEST(ZThreadTest, HooksRunBeforeAndAfterTheWork)
 {
     struct Departing : ZInvokable<void> {
         void invoke() const override { s_notes.emplace_back("work"); }
@@ -260,7 +258,7 @@ TEST(ZThreadTest, RunsExecutors)
     EXPECT_EQ(sum.value, 7);
 }
 
-TEST(ZThreadTest, ThreadThatCannotBeMadeIsReported)
+TEST(ZThreadTest, ExecuteReturnsFalseIfNoThreadCanBeCreated)
 {
     if (!ThreadFault::isPossible())
         GTEST_SKIP();
@@ -281,7 +279,7 @@ TEST(ZThreadTest, ThreadThatCannotBeMadeIsReported)
     EXPECT_EQ(*token, 1);
 }
 
-TEST(ZThreadTest, ThreadThatCannotBeMadeStillLetsThePreviousOneGo)
+TEST(ZThreadTest, PreviousThreadIsDetachedEvenIfNoThreadCanBeCreated)
 {
     if (!ThreadFault::isPossible())
         GTEST_SKIP();
@@ -299,12 +297,12 @@ TEST(ZThreadTest, ThreadThatCannotBeMadeStillLetsThePreviousOneGo)
     awaitLastShare(gate);
 }
 
-TEST(ZThreadTest, WantOfMemoryPassesOnAndLeavesThePreviousThreadAlone)
+TEST(ZThreadTest, AllocationFailuresPropagateAndKeepThePreviousThread)
 {
     Gate gate;
     Worker worker;
     worker.execute(new Job([&] { gate.wait(); }));
-    for (long nth = 1; nth <= 3; ++nth) { // the flag, its counter, what the thread needs to know
+    for (long nth = 1; nth <= 3; ++nth) { // the flag, its counter, the start record
         const auto token = std::make_shared<int>(0);
         auto* job = new Job([token] { ++*token; });
         {
@@ -319,7 +317,7 @@ TEST(ZThreadTest, WantOfMemoryPassesOnAndLeavesThePreviousThreadAlone)
     worker.join();
 }
 
-TEST(ZThreadTest, ManyStartsInARowLeaveNothingBehind)
+TEST(ZThreadTest, ManyStartsInARowLeakNothing)
 {
     constexpr int s_starts = 2'000;
     std::atomic<int> done{0};
@@ -351,7 +349,7 @@ TEST(ZThreadTest, AnyThreadMayAskWhetherItRuns)
     EXPECT_FALSE(worker.isRunning());
 }
 
-TEST(ZThreadDeathTest, ExceptionThatEscapesTheWorkEndsTheProcess)
+TEST(ZThreadDeathTest, TerminatesIfAnExceptionEscapesTheWork)
 {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_EXIT(
@@ -360,8 +358,8 @@ TEST(ZThreadDeathTest, ExceptionThatEscapesTheWorkEndsTheProcess)
             worker.execute(new Job([] { throw std::runtime_error("from the work"); }));
             worker.join();
         },
-        testing::KilledBySignal(SIGABRT), "");
+        testing::KilledBySignal(SIGABRT), s_terminateMessage);
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

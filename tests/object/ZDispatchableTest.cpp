@@ -6,6 +6,7 @@
 #include "ZSpace/core/ZException.h"
 #include "ZSpace/object/ZObject.h"
 #include "tests/support/AllocationFaults.h"
+#include "tests/support/DeathTests.h"
 #include "tests/support/Probes.h"
 #include "tests/support/Slots.h"
 
@@ -20,15 +21,10 @@
 #include <type_traits>
 #include <vector>
 
-namespace ZSpace {
+namespace ZSpace::Testing {
 namespace {
 
 using testing::ElementsAre;
-using ZSpace::Testing::AllocationFault;
-using ZSpace::Testing::asWord;
-using ZSpace::Testing::blocksAlive;
-using ZSpace::Testing::slotOf;
-using ZSpace::Testing::wordAt;
 
 using Lock = ZThreadLock_T<pthread_mutex_t>;
 using Method = ZDispatchMethod<Lock>;
@@ -41,9 +37,9 @@ static_assert(std::has_virtual_destructor_v<ZObject>);
 static_assert(!std::is_copy_constructible_v<ZObject> && !std::is_copy_assignable_v<ZObject>);
 static_assert(std::is_same_v<decltype(std::declval<ZObject>().InvokableMethods()), long>);
 
-/// What happens to the methods of a test.
+/// Records what happens to the methods of a test.
 struct Log {
-    std::vector<std::string> asked; ///< for their names
+    std::vector<std::string> asked; ///< whose names were asked for
     std::vector<std::string> invoked;
     std::vector<std::string> disposed;
 };
@@ -87,7 +83,7 @@ private:
     std::function<void()> m_goodbye;
 };
 
-/// Objects whose methods are `a`, `b` and `c`.
+/// An object with the methods `a`, `b` and `c`.
 class ZDispatchableTest : public testing::Test {
 protected:
     ZDispatchableTest()
@@ -103,7 +99,7 @@ protected:
 
 // Layout
 
-TEST(ZObjectTest, CountStandsBehindTheTablePointerAndThenTheMethods)
+TEST(ZObjectTest, CountFollowsTheVtablePointerAndPrecedesTheMethods)
 {
     Log log;
     auto* object = new Object;
@@ -118,20 +114,20 @@ TEST(ZObjectTest, CountStandsBehindTheTablePointerAndThenTheMethods)
     static_assert(sizeof(ZObject) == (1 + 1 + 2 + 3) * sizeof(void*) + sizeof(Lock));
 }
 
-TEST(ZObjectTest, VirtualOperationsStandBehindTheDestructors)
+TEST(ZObjectTest, VirtualFunctionsFollowTheDestructors)
 {
     EXPECT_EQ(slotOf(&ZObject::invokeByName), 2u);
     EXPECT_EQ(slotOf(&ZObject::InvokableMethods), 3u);
     EXPECT_EQ(slotOf(&ZObject::InvokableMethod), 4u);
 }
 
-TEST(ZDispatchMethodTest, NameIsTheFirstOperationAndTheDestructorsFollow)
+TEST(ZDispatchMethodTest, NameIsTheFirstVirtualFunctionAndTheDestructorsFollow)
 {
     EXPECT_EQ(slotOf(&Method::Name), 0u);
     EXPECT_EQ(slotOf(&Method::invoke), 3u);
 }
 
-// The table
+// Method table
 
 TEST(ZObjectTest, StartsWithoutMethods)
 {
@@ -151,7 +147,7 @@ TEST_F(ZDispatchableTest, CountsItsMethods)
     EXPECT_EQ(m_object.InvokableMethods(), 3);
 }
 
-TEST_F(ZDispatchableTest, IndicesCountFromEitherEndAndAreHeldInside)
+TEST_F(ZDispatchableTest, IndicesCountFromEitherEndAndAreClamped)
 {
     const std::pair<long, int> table[]{{0, 0}, {1, 1}, {2, 2}, {3, 2}, {7, 2}, {LONG_MAX, 2}, {-1, 2},
         {-2, 1}, {-3, 0}, {-4, 0}, {-9, 0}, {LONG_MIN, 0}};
@@ -159,17 +155,17 @@ TEST_F(ZDispatchableTest, IndicesCountFromEitherEndAndAreHeldInside)
         EXPECT_EQ(m_object.InvokableMethod(index), m_methods[static_cast<std::size_t>(method)]) << index;
 }
 
-TEST(ZObjectDeathTest, WantOfMemoryWhileRegisteringEndsTheProcess)
+TEST(ZObjectDeathTest, RegisteringTerminatesIfAllocationFails)
 {
     Log log;
-    EXPECT_DEATH(
+    EXPECT_EXIT(
         {
             Object object;
             auto* method = new LoggedMethod(log, "a");
             const AllocationFault fault(1);
             object.registerMethod(method);
         },
-        "");
+        testing::KilledBySignal(SIGABRT), s_terminateMessage);
 }
 
 // Invoking
@@ -185,7 +181,7 @@ TEST_F(ZDispatchableTest, InvokesTheLastMethodByItsName)
     EXPECT_THAT(m_log.asked, ElementsAre("c"));
 }
 
-TEST_F(ZDispatchableTest, MethodThatThrowsIsNotHeldBack)
+TEST_F(ZDispatchableTest, ExceptionsOfMethodsPropagate)
 {
     struct Thrower : Method {
         [[nodiscard]] ZGStr<char> Name() const override { return "thrower"; }
@@ -205,8 +201,8 @@ TEST_F(ZDispatchableTest, EmptyNameMatchesAMethodWithoutOne)
     EXPECT_THAT(m_log.invoked, ElementsAre("", ""));
 }
 
-/// Ends a search that would go on and on.
-class EnoughOfThis { };
+/// Thrown to end an endless search.
+class OutOfPatience { };
 
 class PatientMethod : public Method {
 public:
@@ -217,7 +213,7 @@ public:
     [[nodiscard]] ZGStr<char> Name() const override
     {
         if (++m_asked == m_patience)
-            throw EnoughOfThis();
+            throw OutOfPatience();
         return m_asked == m_nameComesAt ? "late" : "last";
     }
     Value invoke(Arguments&) override { return Value(std::in_place, static_cast<int>(m_asked)); }
@@ -229,21 +225,21 @@ private:
     long m_patience;
 };
 
-TEST_F(ZDispatchableTest, SearchForAnotherNameGoesOnWithTheLastMethodAlone)
+TEST_F(ZDispatchableTest, SearchForAnotherNameAsksOnlyTheLastMethod)
 {
     auto* last = new PatientMethod(1000000);
     m_object.registerMethod(last);
     Arguments args;
     for (const char* name : {"a", "b", "c", "unknown"}) {
         last->m_asked = 0;
-        EXPECT_THROW(m_object.invokeByName(name, args), EnoughOfThis);
+        EXPECT_THROW(m_object.invokeByName(name, args), OutOfPatience);
         EXPECT_EQ(last->m_asked, 1000000);
     }
     EXPECT_TRUE(m_log.asked.empty());
     EXPECT_TRUE(m_log.invoked.empty());
 }
 
-TEST_F(ZDispatchableTest, SearchAsksForTheNameInEachPass)
+TEST_F(ZDispatchableTest, EachPassAsksForTheName)
 {
     auto* last = new PatientMethod(1000);
     last->m_nameComesAt = 700;
@@ -252,16 +248,16 @@ TEST_F(ZDispatchableTest, SearchAsksForTheNameInEachPass)
     EXPECT_TRUE(m_object.invokeByName("late", args) == Value(std::in_place, 700));
 }
 
-TEST_F(ZDispatchableTest, NamesAreFreedInEachPass)
+TEST_F(ZDispatchableTest, EachPassFreesTheName)
 {
     m_object.registerMethod(new PatientMethod(1000));
     Arguments args;
     const long alive = blocksAlive();
-    EXPECT_THROW(m_object.invokeByName("unknown", args), EnoughOfThis);
+    EXPECT_THROW(m_object.invokeByName("unknown", args), OutOfPatience);
     EXPECT_EQ(blocksAlive(), alive);
 }
 
-TEST_F(ZDispatchableTest, SearchTakesNoLockSoMethodsCanBeRegisteredMeanwhile)
+TEST_F(ZDispatchableTest, SearchTakesNoLockSoThatMethodsCanBeRegisteredMeanwhile)
 {
     struct Registrar : Method {
         explicit Registrar(Object& object, Log& log)
@@ -284,9 +280,9 @@ TEST_F(ZDispatchableTest, SearchTakesNoLockSoMethodsCanBeRegisteredMeanwhile)
     EXPECT_THAT(m_log.invoked, ElementsAre("found"));
 }
 
-// The end
+// Destruction
 
-TEST(ZObjectTest, DisposesOfItsMethodsFromTheLastToTheFirst)
+TEST(ZObjectTest, DeletesItsMethodsFromLastToFirst)
 {
     Log log;
     {
@@ -297,7 +293,7 @@ TEST(ZObjectTest, DisposesOfItsMethodsFromTheLastToTheFirst)
     EXPECT_THAT(log.disposed, ElementsAre("c", "b", "a"));
 }
 
-TEST(ZObjectTest, MethodMayLookAtItsObjectWhileItIsDisposedOf)
+TEST(ZObjectTest, MethodDestructorsMayCallTheObject)
 {
     struct Onlooker : Method {
         Onlooker(Object& object, long& seen)
@@ -319,7 +315,7 @@ TEST(ZObjectTest, MethodMayLookAtItsObjectWhileItIsDisposedOf)
     EXPECT_EQ(seen, 1);
 }
 
-TEST(ZObjectTest, LastHandleDestroysItThroughItsVirtualDestructor)
+TEST(ZObjectTest, LastHandleDeletesItThroughItsVirtualDestructor)
 {
     int destroyed = 0;
     ZReference<ZObject> a(new Object([&] { ++destroyed; }));
@@ -331,7 +327,7 @@ TEST(ZObjectTest, LastHandleDestroysItThroughItsVirtualDestructor)
     EXPECT_EQ(destroyed, 1);
 }
 
-TEST(ZObjectTest, ThreadsRegisterSideBySide)
+TEST(ZObjectTest, ThreadsRegisterConcurrently)
 {
     Log log;
     Object object;
@@ -348,4 +344,4 @@ TEST(ZObjectTest, ThreadsRegisterSideBySide)
 }
 
 } // namespace
-} // namespace ZSpace
+} // namespace ZSpace::Testing

@@ -22,7 +22,7 @@ struct Ledger {
 
 constinit thread_local Ledger t_ledger;
 
-/// Whether this allocation is to fail.
+/// Counts an allocation. Returns whether it shall fail.
 bool strikes() noexcept
 {
     Ledger& ledger = t_ledger;

@@ -14,4 +14,7 @@ inline void sendOutputToError()
     dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
+/// A regular expression for what `std::terminate` prints, with every supported standard library.
+inline constexpr const char* s_terminateMessage = "terminat(e called|ing)";
+
 } // namespace ZSpace::Testing
