@@ -12,11 +12,7 @@
 
 namespace ZSpace::Testing {
 
-<<<<<<< HEAD
 /// The fields of a `ZIOGFile`, which follow its worker objects and precede its virtual bases.
-=======
-/// The fields of a `ZIOGFile`, which follow its workers and precede its virtual bases.
->>>>>>> a9a694a (Describe the hosts in plain terms, and add one that provides nothing to prove the seam complete)
 struct FileFields {
     FILE* handle;
     bool isReadable;

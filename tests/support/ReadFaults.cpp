@@ -21,11 +21,7 @@ Function* libraryFunction(const char* name)
 
 } // namespace
 
-<<<<<<< HEAD
 // A program's own definitions take precedence over those of the C library.
-=======
-// A program's own functions take precedence over those of the C library.
->>>>>>> a9a694a (Describe the hosts in plain terms, and add one that provides nothing to prove the seam complete)
 
 extern "C" std::size_t fread(void* buffer, std::size_t size, std::size_t count, FILE* file)
 {

@@ -13,13 +13,8 @@
 
 namespace ZSpace::Testing {
 
-<<<<<<< HEAD
 /// A test with a private directory.
 class DirectoryTest : public testing::Test {
-=======
-/// A test with its own directory.
-class FolderTest : public testing::Test {
->>>>>>> a9a694a (Describe the hosts in plain terms, and add one that provides nothing to prove the seam complete)
 protected:
     [[nodiscard]] std::string pathOf(const std::string& name) const
     {
@@ -39,36 +34,22 @@ protected:
 
     [[nodiscard]] const std::filesystem::path& directory() const { return m_directory.path(); }
 
-<<<<<<< HEAD
     /// Opens the directory to all users.
     void openToAll() const { std::filesystem::permissions(directory(), std::filesystem::perms::all); }
-=======
-    /// Gives every user access to the directory.
-    void openToAll() const { std::filesystem::permissions(folder(), std::filesystem::perms::all); }
->>>>>>> a9a694a (Describe the hosts in plain terms, and add one that provides nothing to prove the seam complete)
 
 private:
     TemporaryFolder m_directory;
 };
 
-<<<<<<< HEAD
 /// For child processes: switches to a user whom permissions restrict.
-=======
-/// In a child process: continues as a user who is subject to permissions.
->>>>>>> a9a694a (Describe the hosts in plain terms, and add one that provides nothing to prove the seam complete)
 inline bool becomeNobody()
 {
     constexpr unsigned int s_nobody = 65'534;
     return geteuid() != 0 || (setgid(s_nobody) == 0 && setuid(s_nobody) == 0);
 }
 
-<<<<<<< HEAD
 /// The string with each byte as one wide character.
 inline std::wstring widened(const std::string& bytes)
-=======
-/// The bytes of the string, each as one wide character.
-inline std::wstring widened(const std::string& text)
->>>>>>> a9a694a (Describe the hosts in plain terms, and add one that provides nothing to prove the seam complete)
 {
     std::wstring wide;
     for (char c : bytes)

@@ -9,13 +9,8 @@ namespace ZSpace::Testing {
 
 namespace {
 
-<<<<<<< HEAD
 /// Sets the default stack size of threads.
 /// @return the previous size, or 0 on hosts where it cannot be changed.
-=======
-/// Sets the stack size of threads that are created without attributes.
-/// @return the previous one; 0 on hosts where it cannot be set.
->>>>>>> a9a694a (Describe the hosts in plain terms, and add one that provides nothing to prove the seam complete)
 template <typename Attributes>
 std::size_t exchangeDefaultStackSize(std::size_t size)
 {
@@ -31,11 +26,7 @@ std::size_t exchangeDefaultStackSize(std::size_t size)
     return before;
 }
 
-<<<<<<< HEAD
 constexpr std::size_t s_beyondAddressSpace = std::size_t(1) << 47;
-=======
-constexpr std::size_t s_largerThanAddressSpace = std::size_t(1) << 47;
->>>>>>> a9a694a (Describe the hosts in plain terms, and add one that provides nothing to prove the seam complete)
 
 } // namespace
 
@@ -45,11 +36,7 @@ bool ThreadFault::isPossible()
 }
 
 ThreadFault::ThreadFault()
-<<<<<<< HEAD
     : m_defaultStackSize(exchangeDefaultStackSize<pthread_attr_t>(s_beyondAddressSpace))
-=======
-    : m_defaultStackSize(exchangeDefaultStackSize<pthread_attr_t>(s_largerThanAddressSpace))
->>>>>>> a9a694a (Describe the hosts in plain terms, and add one that provides nothing to prove the seam complete)
 {
 }
 

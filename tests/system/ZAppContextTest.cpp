@@ -5,10 +5,6 @@
 
 #include "tests/support/Kernel.h"
 #include "tests/support/Probes.h"
-<<<<<<< HEAD
-=======
-#include "tests/support/Slots.h"
->>>>>>> a9a694a (Describe the hosts in plain terms, and add one that provides nothing to prove the seam complete)
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
