@@ -17,10 +17,10 @@ using namespace detail;
 
 namespace {
 
-/// The room that a writer with a capacity has from position `at` on, besides the terminator.
-constexpr long roomIn(long capacity, long at, long wanted) noexcept
+/// How many of `n` characters fit from position `at` on, leaving an element for the terminator.
+constexpr long fittingCount(long capacity, long at, long n) noexcept
 {
-    return std::clamp(wanted, 0L, std::max(capacity - 1 - at, 0L));
+    return std::clamp(n, 0L, std::max(capacity - 1 - at, 0L));
 }
 
 template <typename T>
@@ -36,7 +36,7 @@ constexpr long signOf(long n) noexcept
 
 } // namespace
 
-// Making, copying, giving away
+// Construction, assignment, ownership
 
 template <typename T>
 T* ZGStr<T>::create(long n)
@@ -59,9 +59,10 @@ T* ZGStr<T>::create(long n, T c)
 template <typename T>
 T* ZGStr<T>::copy(const T* text, long length)
 {
-    const long copied = length < 1 || isEmpty(text) ? 0 : length; // a run of no characters is not looked at
-    T* made = create(copied);
-    copyChars(made, text, copied);
+    const long n =
+        length < 1 || isEmpty(text) ? 0 : length; // does not read the text if the length is below 1
+    T* made = create(n);
+    copyChars(made, text, n);
     return made;
 }
 
@@ -126,16 +127,16 @@ T* ZGStr<T>::getBuffer(long n)
 
 // Appending
 
-/// Moves to an array with room for `added` more characters, the terminator, the usual spare element and
-/// `spare` more. Gives the place of the added ones.
+/// Moves to an array for `n` more characters, the terminator, the usual spare element and `spare` more.
+/// @return where to write the new characters.
 template <typename T>
-T* ZGStr<T>::grownTo(long oldLength, long added, long spare) noexcept
+T* ZGStr<T>::extend(long oldLength, long n, long spare) noexcept
 {
-    T* grown = create(oldLength + added + spare);
-    copyChars(grown, m_text, oldLength);
-    grown[oldLength + added] = 0;
-    adopt(grown);
-    return grown + oldLength;
+    T* extended = create(oldLength + n + spare);
+    copyChars(extended, m_text, oldLength);
+    extended[oldLength + n] = 0;
+    adopt(extended);
+    return extended + oldLength;
 }
 
 template <typename T>
@@ -222,7 +223,7 @@ long ZGStr<T>::copyToRev(T* to, long capacity, const T* text, long length) noexc
 {
     if (capacity < 1)
         return 0;
-    const long n = text ? roomIn(capacity, 0, length) : 0;
+    const long n = text ? fittingCount(capacity, 0, length) : 0;
     for (long i = 0; i < n; ++i)
         to[i] = text[length - 1 - i];
     to[n] = 0;
@@ -247,7 +248,7 @@ long ZGStr<T>::concatTo(T* to, long capacity, long at, const T* text, long lengt
     if (capacity < 1)
         return 0;
     const long start = std::clamp(at, 0L, capacity - 1);
-    const long n = text ? roomIn(capacity, start, length) : 0;
+    const long n = text ? fittingCount(capacity, start, length) : 0;
     moveChars(to + start, text, n);
     to[start + n] = 0;
     return n;
@@ -305,152 +306,7 @@ long ZGStr<T>::hexDigitsTo(T* to, unsigned long long bits, long digits) noexcept
     return digits;
 }
 
-// Text to numbers
-
-template <typename T>
-signed char ZGStr<T>::toInt8(const T* text, long length) noexcept
-{
-    return static_cast<signed char>(readSignedDecimal(text, length));
-}
-
-template <typename T>
-short ZGStr<T>::toInt16(const T* text, long length) noexcept
-{
-    return static_cast<short>(readSignedDecimal(text, length));
-}
-
-template <typename T>
-int ZGStr<T>::toInt32(const T* text, long length) noexcept
-{
-    return static_cast<int>(readSignedDecimal(text, length));
-}
-
-template <typename T>
-long long ZGStr<T>::toInt64(const T* text, long length) noexcept
-{
-    return static_cast<long long>(readSignedDecimal(text, length));
-}
-
-template <typename T>
-unsigned char ZGStr<T>::toUInt8(const T* text, long length) noexcept
-{
-    return static_cast<unsigned char>(readDecimal(text, length));
-}
-
-template <typename T>
-unsigned short ZGStr<T>::toUInt16(const T* text, long length) noexcept
-{
-    return static_cast<unsigned short>(readDecimal(text, length));
-}
-
-template <typename T>
-unsigned int ZGStr<T>::toUInt32(const T* text, long length) noexcept
-{
-    return static_cast<unsigned int>(readDecimal(text, length));
-}
-
-template <typename T>
-unsigned long long ZGStr<T>::toUInt64(const T* text, long length) noexcept
-{
-    return readDecimal(text, length);
-}
-
-template <typename T>
-float ZGStr<T>::toSingle(const T* text, long length) noexcept
-{
-    return static_cast<float>(readReal(text, length));
-}
-
-template <typename T>
-double ZGStr<T>::toDouble(const T* text, long length) noexcept
-{
-    return readReal(text, length);
-}
-
-template <typename T>
-unsigned char ZGStr<T>::hexToUInt8(const T* text, long length) noexcept
-{
-    return static_cast<unsigned char>(readHex(text, length, 2));
-}
-
-template <typename T>
-unsigned short ZGStr<T>::hexToUInt16(const T* text, long length) noexcept
-{
-    return static_cast<unsigned short>(readHex(text, length, 4));
-}
-
-template <typename T>
-unsigned int ZGStr<T>::hexToUInt32(const T* text, long length) noexcept
-{
-    return static_cast<unsigned int>(readHex(text, length, 8));
-}
-
-template <typename T>
-unsigned long long ZGStr<T>::hexToUInt64(const T* text, long length) noexcept
-{
-    return readHex(text, length, 16);
-}
-
-template <typename T>
-unsigned char ZGStr<T>::hexToUInt8(const T* text) noexcept
-{
-    return hexToUInt8(text, length(text, 2));
-}
-
-template <typename T>
-unsigned short ZGStr<T>::hexToUInt16(const T* text) noexcept
-{
-    return hexToUInt16(text, length(text, 4));
-}
-
-template <typename T>
-unsigned int ZGStr<T>::hexToUInt32(const T* text) noexcept
-{
-    return hexToUInt32(text, length(text, 8));
-}
-
-template <typename T>
-unsigned long long ZGStr<T>::hexToUInt64(const T* text) noexcept
-{
-    return hexToUInt64(text, length(text, 16));
-}
-
-template <typename T>
-long ZGStr<T>::hexTo(void* bytes, long size, const T* text, long length) noexcept
-{
-    const long digits = length < 0 ? lengthOf(text) : length;
-    const long count = std::clamp(digits / 2, 0L, std::max(size, 0L));
-    readHexBytes(bytes, text, count);
-    return count;
-}
-
-template <typename T>
-unsigned char ZGStr<T>::hexToNibble(const T& digit) noexcept
-{
-    return readNibble(digit);
-}
-
-// Comparing
-
-template <typename T>
-long ZGStr<T>::compare(const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept
-{
-    const long n = std::min(lengthOfA, lengthOfB);
-    const long i = mismatch(a, b, n);
-    if (i < n)
-        return signedOf(a[i]) < signedOf(b[i]) ? -1 : 1;
-    return lengthOfA - lengthOfB;
-}
-
-template <typename T>
-long ZGStr<T>::compareIgnoreCase(const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept
-{
-    const long n = std::min(lengthOfA, lengthOfB);
-    const long i = mismatchIgnoreCase(a, b, n);
-    if (i < n)
-        return signedOf(lowerOf(a[i])) < signedOf(lowerOf(b[i])) ? -1 : 1;
-    return lengthOfA - lengthOfB;
-}
+// Comparison
 
 template <typename T>
 long ZGStr<T>::compare(const T* a, const T* b) noexcept
@@ -476,20 +332,7 @@ long ZGStr<T>::compareRangeIgnoreCase(const T* a, const T* b, long n) noexcept
     return signOf(compareIgnoreCase(a, length(a, n), b, length(b, n)));
 }
 
-template <typename T>
-bool ZGStr<T>::isLike(const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept
-{
-    const long n = std::max(lengthOfA, 0L);
-    return n == std::max(lengthOfB, 0L) && equalChars(a, b, n);
-}
-
-template <typename T>
-bool ZGStr<T>::isLike(const T* text, long length, Token other) noexcept
-{
-    return isLike(text, length, other, other.Length());
-}
-
-/// Equality needs neither length.
+/// Compares without counting the characters first.
 template <typename T>
 bool ZGStr<T>::isSame(const T* a, const T* b) noexcept
 {
@@ -501,77 +344,7 @@ bool ZGStr<T>::isSame(const T* a, const T* b) noexcept
         return std::wcscmp(a, b) == 0;
 }
 
-// Searching
-
-template <typename T>
-long ZGStr<T>::indexOf(const T* text, long length, T c, long from) noexcept
-{
-    const long start = clampedPosition(from, length);
-    return start < length ? find(text, length, c, start) : -1;
-}
-
-template <typename T>
-long ZGStr<T>::indexOf(const T* text, long length, Token what, long from) noexcept
-{
-    const long start = clampedPosition(from, length);
-    const bool fits = !what.isEmpty() && what.Length() <= length - start;
-    return fits ? find<T>(text, length, what, what.Length(), start) : -1;
-}
-
-template <typename T>
-long ZGStr<T>::lastIndexOf(const T* text, long length, T c, long from) noexcept
-{
-    return findLast(text, c, std::min(from < 0 ? from + length : from, length - 1));
-}
-
-template <typename T>
-long ZGStr<T>::lastIndexOf(const T* text, long length, Token what, long from) noexcept
-{
-    if (what.isEmpty())
-        return -1;
-    const long start = std::min(from < 0 ? from + length : from, length - what.Length());
-    return findLast<T>(text, what, what.Length(), start);
-}
-
-template <typename T>
-long ZGStr<T>::count(const T* text, long length, T c) noexcept
-{
-    return countOf(text, length, c);
-}
-
-template <typename T>
-long ZGStr<T>::count(const T* text, long length, Token what) noexcept
-{
-    return countOf<T>(text, length, what, what.Length());
-}
-
-template <typename T>
-long ZGStr<T>::s_verify(const T* text, long length, const T& c, long from) noexcept
-{
-    const long start = clampedPosition(from, length);
-    if (start >= length)
-        return -1;
-    const long other = start + leadingRun(text + start, length - start, c);
-    return other < length ? other : -1;
-}
-
-template <typename T>
-long ZGStr<T>::s_verify(const T* text, long length, Token set, long from) noexcept
-{
-    const long start = clampedPosition(from, length);
-    if (start >= length)
-        return -1;
-    if (set.isEmpty())
-        return 0;
-    const long other = start + leadingRun<T>(text + start, length - start, set, set.Length());
-    return other < length ? other : -1;
-}
-
-template <typename T>
-long ZGStr<T>::s_verify(const T* text, long length, const T* set, long setLength, long from) noexcept
-{
-    return s_verify(text, length, Token(set, setLength), from);
-}
+// Search
 
 template <typename T>
 long ZGStr<T>::stripIndexOf(const T* text, long length, const T* set) noexcept
@@ -579,29 +352,7 @@ long ZGStr<T>::stripIndexOf(const T* text, long length, const T* set) noexcept
     return leadingRun(text, length, set, ZGStr::length(set));
 }
 
-// Parts
-
-template <typename T>
-ZStrToken<T> ZGStr<T>::left(const T* text, long length, long n) noexcept
-{
-    return Token(text, std::clamp(n, 0L, std::max(length, 0L)));
-}
-
-template <typename T>
-ZStrToken<T> ZGStr<T>::right(const T* text, long length, long n) noexcept
-{
-    const long whole = std::max(length, 0L);
-    const long taken = std::clamp(n, 0L, whole);
-    return Token(text + (whole - taken), taken);
-}
-
-template <typename T>
-ZStrToken<T> ZGStr<T>::subString(const T* text, long length, long start, long count) noexcept
-{
-    const long whole = std::max(length, 0L);
-    const long first = clampedPosition(start, whole);
-    return Token(text + first, clampedCount(count, first, whole));
-}
+// Substrings
 
 template <typename T>
 long ZGStr<T>::remove(long start, long count) noexcept
@@ -725,7 +476,7 @@ long ZGStr<T>::rTrim(T* text, long length) noexcept
     return length - kept;
 }
 
-// Replacing text
+// Editing with reallocation
 
 template <typename T>
 ZGStr<T>& ZGStr<T>::replace(Token what, Token with, long max)
@@ -804,24 +555,6 @@ long ZGStr<T>::splitTo(T** pieces, long capacity, T* text, const T* separator) n
     return count;
 }
 
-// Classifying
-
-template <typename T>
-bool ZGStr<T>::isAlpha(const T* text, long length) noexcept
-{
-    return length > 0 && isWithin(lowerOf(*text), 'a', 'z');
-}
-
-template <typename T>
-bool ZGStr<T>::isNumeric(const T* text, long length) noexcept
-{
-    for (long i = 0; i < length; ++i) {
-        if (!isDigit(text[i]) && text[i] != '-' && text[i] != '.')
-            return false;
-    }
-    return true;
-}
-
 // Access
 
 template <typename T>
@@ -834,7 +567,7 @@ template <typename T>
 const T& ZGStr<T>::charAt(const T* text, long index)
 {
     const long position = index < 0 ? index + length(text) : index;
-    // Counting stops at the position, which lies in the text when nothing ended it before.
+    // Counts no further than the position, which is valid if no terminator comes before it.
     if (position < 0 || isEmpty(text) || lengthWithin(text, position) < position || !text[position])
         throw ZException("Index out of range");
     return text[position];

@@ -16,24 +16,29 @@
 
 namespace ZSpace {
 
-/// An owned text held as one pointer, and the static routines on bare characters that all string classes use.
+/// An owned, null-terminated string that is the size of one pointer.
 ///
-/// The pointer is null or leads to characters that end with a zero, so a text cannot hold one. Null and a
-/// lone terminator are both the empty text. Neither length nor capacity is stored: each use counts again, and
-/// each change of length moves to a new array. Whoever builds text piece by piece takes a `ZMStr`, whoever
-/// needs the length again and again a `ZStrToken`. Copies are deep. A string belongs to one thread at a time.
+///     ZGStr<char> text("Copied ");
+///     text << 3 << " of " << 5 << " files";
 ///
-/// Narrow text is single bytes, wide text 32-bit units. Nothing is encoded: crossing to narrow keeps the low
-/// 8 bits of each unit, crossing to wide adds zero bits. Characters are ordered as signed numbers.
+/// The pointer is null or points to characters that end with a zero, so a string cannot contain one. Null and
+/// a lone terminator both mean the empty string. Neither length nor capacity is stored: each operation counts
+/// the characters again, and each change of the length reallocates. Use a `ZMStr` to build a string piece by
+/// piece and a `ZStrToken` where the length is needed repeatedly. Copies are deep. A string belongs to one
+/// thread at a time.
 ///
-/// Positions that are negative count from the end. Tokens given to a member may view the string itself.
-/// Appending, and turning numbers into text, ends the process when memory runs out; all else that allocates
-/// passes the failure on and leaves the string as it was.
+/// Narrow strings hold bytes, wide strings 32-bit code units. There is no encoding: narrowing keeps the low
+/// 8 bits of each unit, widening zero-extends each byte. Characters are ordered as signed numbers.
 ///
-/// Most members have a static twin that takes the characters and their number first. Static routines take
-/// null for the empty text. Arrays that they make are the caller's, to be freed with `release`.
+/// Negative positions count from the end. Arguments may view the string itself. Appending and converting
+/// numbers to text call `std::terminate` if allocation fails; everything else that allocates throws
+/// `std::bad_alloc` and leaves the string unchanged.
 ///
-/// Results that a call may be made without, to see whether it fails, are not marked as needed.
+/// Most members have a static twin that takes the characters and their number first. Static routines accept
+/// null for the empty string. The caller frees the arrays that they return with `release`.
+///
+/// Functions whose result may be ignored deliberately are not `[[nodiscard]]`. This header provides
+/// `ZStrToken` as well; `ZMStr` is only declared here.
 template <typename T>
 class ZGStr : public detail::StrQueries<ZGStr<T>, T>, public detail::StrAppender<ZGStr<T>, T> {
     using Queries = detail::StrQueries<ZGStr<T>, T>;
@@ -42,60 +47,71 @@ class ZGStr : public detail::StrQueries<ZGStr<T>, T>, public detail::StrAppender
     friend Appender;
 
 public:
+    /// What `split` returns.
     using Pieces = ZArray<ZGStr, ZAllocation<ZGStr>>;
 
     /// Carriage return and line feed.
     static constexpr T s_lineBreak[]{'\r', '\n', 0};
 
-    // Making, copying, giving away
+    // Construction, assignment, ownership
 
+    /// A null pointer.
     constexpr ZGStr() noexcept = default;
+    /// Copies the characters up to the terminator.
     ZGStr(const T* text)
         : m_text(copy(text))
     {
     }
-    /// Exactly `length` characters, zeros among them included; the empty text when the first one is zero.
+    /// Copies exactly `length` characters, including zeros; empty if the first one is zero.
     ZGStr(const T* text, long length)
         : m_text(copy(text, length))
     {
     }
+    /// As above, for the viewed characters.
     ZGStr(Token text)
         : m_text(copy(text, text.Length()))
     {
     }
+    /// Copies the builder's characters.
     ZGStr(const ZMStr<T>& text)
         : ZGStr(Token(text))
     {
     }
+    /// Copies deeply.
     ZGStr(const ZGStr& other)
         : m_text(copy(other.m_text))
     {
     }
+    /// Leaves `other` with a null pointer.
     ZGStr(ZGStr&& other) noexcept
         : m_text(std::exchange(other.m_text, nullptr))
     {
     }
-    /// From the other width, unit by unit.
+    /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZGStr(const U* text) noexcept
     {
         *this << text;
     }
+    /// Converts `length` characters from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZGStr(const U* text, long length) noexcept
     {
         this->appendValueOf(text, length);
     }
+    /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZGStr(const ZStrToken<U>& text) noexcept
     {
         *this << text;
     }
+    /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZGStr(const ZGStr<U>& text) noexcept
     {
         *this << text;
     }
+    /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZGStr(const ZMStr<U>& text) noexcept
     {
@@ -108,69 +124,89 @@ public:
     ZGStr& operator=(Token text);
     ZGStr& operator=(const T* text);
     ZGStr& operator=(const ZMStr<T>& text);
+    /// Replaces the content by a copy of the viewed characters; empty if the first one is zero.
     ZGStr& assign(Token text) { return assign(text, text.Length()); }
+    /// As above, by pointer and length.
     ZGStr& assign(const T* text, long length) { return adopt(copy(text, length)); }
 
+    /// Exchanges the contents of the two strings.
     void swap(ZGStr& other) noexcept { std::swap(m_text, other.m_text); }
-    /// Frees the characters; the pointer is then null.
+    /// Frees the characters and sets the pointer to null.
     void clear() noexcept { adopt(nullptr); }
-    /// With `n` of at least 1: drops the text and gives an array with room for `n` characters that holds a
-    /// zero at its start and at position `n`. Otherwise gives the present array, which may be null.
+    /// If `n` is at least 1, discards the content and returns a new array for `n` characters, with zeros at
+    /// the start and at position `n`. Otherwise returns the current array, which may be null.
     T* getBuffer(long n);
 
-    /// A new array with the characters of the text.
+    /// A new array with the characters up to the terminator.
     static T* copy(const T* text) { return copy(text, length(text)); }
+    /// A new array with exactly `length` characters, including zeros; empty if the first one is zero.
     static T* copy(const T* text, long length);
-    /// A new array with room for `n` characters, the terminator and one more, and a zero at 0 and at `n`.
+    /// A new array for `n` characters, the terminator and a spare element, with zeros at 0 and at `n`.
     static T* create(long n);
-    /// A new array with `n` times the same character.
+    /// A new array with `n` copies of a character.
     static T* create(long n, T c);
+    /// A new array with this string's characters.
     T* clone() const { return copy(m_text); } // NOLINT(modernize-use-nodiscard)
+    /// As `copy`.
     static T* clone(const T* text) { return copy(text); }
+    /// As `copy`.
     static T* clone(const T* text, long length) { return copy(text, length); }
+    /// Frees an array that a static routine returned.
     static void release(T* text) noexcept { delete[] text; }
 
     // Appending
 
-    /// A count below 1 appends nothing.
+    /// Appends nothing if `length` is below 1.
     ZGStr& append(const T* text, long length) noexcept;
+    /// Appends the viewed characters.
     ZGStr& append(Token text) noexcept { return append(text, text.Length()); }
+    /// Appends one character.
     ZGStr& append(const T& c) noexcept { return append(&c, 1); }
     ZGStr& operator+=(Token text) noexcept { return append(text); }
     ZGStr& operator+=(const T& c) noexcept { return append(c); }
     ZGStr operator+(Token text) const noexcept { return concat(text); }
     ZGStr operator+(const T& c) const noexcept { return concat(Token(&c, 1)); }
-    /// A new string: this text and the given one.
+    /// A new string: this one followed by the argument.
     ZGStr concat(Token text) const noexcept; // NOLINT(modernize-use-nodiscard)
+    /// A new array: the first string followed by the second.
     static T* concat(const T* first, long firstLength, const T* second, long secondLength) noexcept;
+    /// As above, for null-terminated strings.
     static T* concat(const T* first, const T* second) noexcept;
 
-    /// Replaces the text by the given ones run together. Without a count they end with a null pointer.
+    /// Replaces the content by the concatenation of `count` null-terminated strings.
     ZGStr& join(const T* const* texts, long count) noexcept;
+    /// As above; a null pointer ends the list.
     ZGStr& join(const T* const* texts) noexcept { return join(texts, countTexts(texts)); }
-    /// Appends the given texts run together.
+    /// Appends the concatenation of `count` null-terminated strings.
     ZGStr& joinFrom(const T* const* texts, long count) noexcept;
+    /// As above; a null pointer ends the list.
     ZGStr& joinFrom(const T* const* texts) noexcept { return joinFrom(texts, countTexts(texts)); }
-    /// A new array: a text and the given ones run together.
+    /// A new array: a string followed by `count` others.
     static T* joinFrom(const T* text, long length, const T* const* texts, long count) noexcept;
 
-    // Writing into a caller's array of `capacity` elements: at most `capacity` - 1 characters, and always a
-    // terminator. The result is the number of characters written; a capacity below 1 writes nothing.
+    // Writing into a caller's array of `capacity` elements: at most `capacity` - 1 characters, always
+    // null-terminated. They return the number of characters written; a capacity below 1 writes nothing.
 
+    /// Overwrites the array.
     static long copyTo(T* to, long capacity, const T* text, long length) noexcept;
+    /// As above, for a null-terminated string.
     static long copyTo(T* to, long capacity, const T* text) noexcept;
-    /// The characters in reverse order.
+    /// Overwrites the array with the characters in reverse order.
     static long copyToRev(T* to, long capacity, const T* text, long length) noexcept;
+    /// As above, for a null-terminated string.
     static long copyToRev(T* to, long capacity, const T* text) noexcept;
-    /// Behind the text that is there already, or from position `at` on.
+    /// Appends to the string in the array.
     static long concatTo(T* to, long capacity, const T* text) noexcept;
+    /// Overwrites the array from position `at` on.
     static long concatTo(T* to, long capacity, long at, const T* text, long length) noexcept;
+    /// Overwrites the array with the concatenation of `count` null-terminated strings.
     static long joinTo(T* to, long capacity, const T* const* texts, long count) noexcept;
+    /// Fills the array with `c`.
     static long fill(T* to, long capacity, T c) noexcept;
 
-    // Numbers to text; `appendValueOf`, `appendHexOf` and `operator<<` come from the base
+    // Numbers to text
 
-    /// A new string of whatever `appendValueOf` takes.
+    /// A new string of anything that `appendValueOf` accepts.
     template <typename... Args>
     static ZGStr valueOf(Args... args) noexcept requires requires(ZGStr text)
     {
@@ -181,10 +217,10 @@ public:
         text.appendValueOf(args...);
         return std::move(text.ensureArray());
     }
-    /// The hexadecimal digit of the low four bits.
+    /// The lower-case hexadecimal digit of the low four bits.
     static T digitOf(unsigned char value) noexcept;
 
-    /// A new string: lower-case digits over the full width of the type.
+    /// A new string: lower-case digits in the full width of the type.
     template <detail::StrHexInteger I>
     static ZGStr hexOf(I number) noexcept
     {
@@ -192,72 +228,130 @@ public:
         text.appendHexOf(number);
         return text;
     }
-    /// A new string: `n` bytes in the order in which they lie in memory.
+    /// A new string: two digits for each of `n` bytes, in memory order.
     static ZGStr hexOf(const void* bytes, long n) noexcept;
-    /// Writes the digits and a terminator, for which there must be room.
+    /// Writes the digits and a terminator; the array must be large enough for both.
     /// @return the number of digits.
     template <detail::StrHexWord U>
     static long hexOf(T* to, U number) noexcept
     {
         return hexDigitsTo(to, number, detail::s_hexDigits<U>);
     }
+    /// As above, two digits for each of `n` bytes.
     static long hexOf(T* to, const void* bytes, long n) noexcept;
 
     // Text to numbers
 
     using Queries::toInt16, Queries::toInt32, Queries::toInt64, Queries::toInt8;
     using Queries::toUInt16, Queries::toUInt32, Queries::toUInt64, Queries::toUInt8;
-    static signed char toInt8(const T* text, long length) noexcept;
-    static short toInt16(const T* text, long length) noexcept;
-    static int toInt32(const T* text, long length) noexcept;
-    static long long toInt64(const T* text, long length) noexcept;
-    static unsigned char toUInt8(const T* text, long length) noexcept;
-    static unsigned short toUInt16(const T* text, long length) noexcept;
-    static unsigned int toUInt32(const T* text, long length) noexcept;
-    static unsigned long long toUInt64(const T* text, long length) noexcept;
+    static signed char toInt8(const T* text, long length) noexcept
+    {
+        return detail::toInteger<signed char>(Token(text, length));
+    }
     static signed char toInt8(const T* text) noexcept { return toInt8(text, length(text)); }
+    static short toInt16(const T* text, long length) noexcept
+    {
+        return detail::toInteger<short>(Token(text, length));
+    }
     static short toInt16(const T* text) noexcept { return toInt16(text, length(text)); }
+    static int toInt32(const T* text, long length) noexcept
+    {
+        return detail::toInteger<int>(Token(text, length));
+    }
     static int toInt32(const T* text) noexcept { return toInt32(text, length(text)); }
+    static long long toInt64(const T* text, long length) noexcept
+    {
+        return detail::toInteger<long long>(Token(text, length));
+    }
     static long long toInt64(const T* text) noexcept { return toInt64(text, length(text)); }
+    static unsigned char toUInt8(const T* text, long length) noexcept
+    {
+        return detail::toInteger<unsigned char>(Token(text, length));
+    }
     static unsigned char toUInt8(const T* text) noexcept { return toUInt8(text, length(text)); }
+    static unsigned short toUInt16(const T* text, long length) noexcept
+    {
+        return detail::toInteger<unsigned short>(Token(text, length));
+    }
     static unsigned short toUInt16(const T* text) noexcept { return toUInt16(text, length(text)); }
+    static unsigned int toUInt32(const T* text, long length) noexcept
+    {
+        return detail::toInteger<unsigned int>(Token(text, length));
+    }
     static unsigned int toUInt32(const T* text) noexcept { return toUInt32(text, length(text)); }
+    static unsigned long long toUInt64(const T* text, long length) noexcept
+    {
+        return detail::toInteger<unsigned long long>(Token(text, length));
+    }
     static unsigned long long toUInt64(const T* text) noexcept { return toUInt64(text, length(text)); }
 
     using Queries::toDouble, Queries::toSingle;
-    static float toSingle(const T* text, long length) noexcept;
-    static double toDouble(const T* text, long length) noexcept;
-    static float toSingle(const T* text) noexcept { return toSingle(text, length(text)); }
-    static double toDouble(const T* text) noexcept { return toDouble(text, length(text)); }
+    static float toSingle(const T* text, long length) noexcept { return Token(text, length).toSingle(); }
+    static float toSingle(const T* text) noexcept { return Token(text).toSingle(); }
+    static double toDouble(const T* text, long length) noexcept { return Token(text, length).toDouble(); }
+    static double toDouble(const T* text) noexcept { return Token(text).toDouble(); }
 
     using Queries::hexTo, Queries::hexToUInt16, Queries::hexToUInt32, Queries::hexToUInt64,
         Queries::hexToUInt8;
-    static unsigned char hexToUInt8(const T* text, long length) noexcept;
-    static unsigned short hexToUInt16(const T* text, long length) noexcept;
-    static unsigned int hexToUInt32(const T* text, long length) noexcept;
-    static unsigned long long hexToUInt64(const T* text, long length) noexcept;
-    static unsigned char hexToUInt8(const T* text) noexcept;
-    static unsigned short hexToUInt16(const T* text) noexcept;
-    static unsigned int hexToUInt32(const T* text) noexcept;
-    static unsigned long long hexToUInt64(const T* text) noexcept;
+    static unsigned char hexToUInt8(const T* text, long length) noexcept
+    {
+        return detail::hexToInteger<unsigned char>(Token(text, length));
+    }
+    static unsigned char hexToUInt8(const T* text) noexcept { return hexToUInt8(text, length(text, 2)); }
+    static unsigned short hexToUInt16(const T* text, long length) noexcept
+    {
+        return detail::hexToInteger<unsigned short>(Token(text, length));
+    }
+    static unsigned short hexToUInt16(const T* text) noexcept { return hexToUInt16(text, length(text, 4)); }
+    static unsigned int hexToUInt32(const T* text, long length) noexcept
+    {
+        return detail::hexToInteger<unsigned int>(Token(text, length));
+    }
+    static unsigned int hexToUInt32(const T* text) noexcept { return hexToUInt32(text, length(text, 8)); }
+    static unsigned long long hexToUInt64(const T* text, long length) noexcept
+    {
+        return detail::hexToInteger<unsigned long long>(Token(text, length));
+    }
+    static unsigned long long hexToUInt64(const T* text) noexcept
+    {
+        return hexToUInt64(text, length(text, 16));
+    }
     /// A negative length means up to the terminator.
-    static long hexTo(void* bytes, long size, const T* text, long length) noexcept;
-    static unsigned char hexToNibble(const T& digit) noexcept;
+    static long hexTo(void* bytes, long size, const T* text, long length) noexcept
+    {
+        return detail::hexToBytes(bytes, size, length < 0 ? Token(text) : Token(text, length));
+    }
+    /// The value of a hexadecimal digit of either case, 0 for any other character.
+    static unsigned char hexToNibble(const T& digit) noexcept { return detail::readNibble(digit); }
 
-    // Comparing
+    // Comparison
 
     using Queries::compare, Queries::compareIgnoreCase, Queries::isLike;
-    [[nodiscard]] static long compare(const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept;
+    [[nodiscard]] static long compare(const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept
+    {
+        return detail::compare(Token(a, lengthOfA), Token(b, lengthOfB));
+    }
     [[nodiscard]] static long compareIgnoreCase(
-        const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept;
-    /// -1, 0 or 1; null is the empty text.
+        const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept
+    {
+        return detail::compareIgnoreCase(Token(a, lengthOfA), Token(b, lengthOfB));
+    }
+    /// -1, 0 or 1; null equals the empty string.
     [[nodiscard]] static long compare(const T* a, const T* b) noexcept;
+    /// As above, with "A" to "Z" folded to lower case.
     [[nodiscard]] static long compareIgnoreCase(const T* a, const T* b) noexcept;
-    /// The same for the first `n` characters at most.
+    /// As `compare`, for at most the first `n` characters.
     [[nodiscard]] static long compareRange(const T* a, const T* b, long n) noexcept;
+    /// As `compareIgnoreCase`, for at most the first `n` characters.
     [[nodiscard]] static long compareRangeIgnoreCase(const T* a, const T* b, long n) noexcept;
-    [[nodiscard]] static bool isLike(const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept;
-    [[nodiscard]] static bool isLike(const T* text, long length, Token other) noexcept;
+    [[nodiscard]] static bool isLike(const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept
+    {
+        return detail::isLike(Token(a, lengthOfA), Token(b, lengthOfB));
+    }
+    [[nodiscard]] static bool isLike(const T* text, long length, Token other) noexcept
+    {
+        return detail::isLike(Token(text, length), other);
+    }
 
     bool operator==(Token other) const noexcept { return this->isLike(other); }
     bool operator==(const T* other) const noexcept { return isSame(m_text, other); }
@@ -271,39 +365,74 @@ public:
         return this->compare(other) <=> 0;
     }
 
-    // Searching
+    // Search
 
     using Queries::count, Queries::indexOf, Queries::lastIndexOf, Queries::s_verify;
-    [[nodiscard]] static long indexOf(const T* text, long length, T c, long from = 0) noexcept;
-    [[nodiscard]] static long indexOf(const T* text, long length, Token what, long from = 0) noexcept;
-    [[nodiscard]] static long lastIndexOf(const T* text, long length, T c, long from = LONG_MAX) noexcept;
+    [[nodiscard]] static long indexOf(const T* text, long length, T c, long from = 0) noexcept
+    {
+        return detail::indexOf(Token(text, length), c, from);
+    }
+    [[nodiscard]] static long indexOf(const T* text, long length, Token what, long from = 0) noexcept
+    {
+        return detail::indexOf(Token(text, length), what, from);
+    }
+    [[nodiscard]] static long lastIndexOf(const T* text, long length, T c, long from = LONG_MAX) noexcept
+    {
+        return detail::lastIndexOf(Token(text, length), c, from);
+    }
     [[nodiscard]] static long lastIndexOf(
-        const T* text, long length, Token what, long from = LONG_MAX) noexcept;
-    [[nodiscard]] static long count(const T* text, long length, T c) noexcept;
-    [[nodiscard]] static long count(const T* text, long length, Token what) noexcept;
-    [[nodiscard]] static long s_verify(const T* text, long length, const T& c, long from) noexcept;
-    [[nodiscard]] static long s_verify(const T* text, long length, Token set, long from) noexcept;
+        const T* text, long length, Token what, long from = LONG_MAX) noexcept
+    {
+        return detail::lastIndexOf(Token(text, length), what, from);
+    }
+    [[nodiscard]] static long count(const T* text, long length, T c) noexcept
+    {
+        return detail::count(Token(text, length), c);
+    }
+    [[nodiscard]] static long count(const T* text, long length, Token what) noexcept
+    {
+        return detail::count(Token(text, length), what);
+    }
+    [[nodiscard]] static long s_verify(const T* text, long length, const T& c, long from) noexcept
+    {
+        return detail::verify(Token(text, length), c, from);
+    }
+    [[nodiscard]] static long s_verify(const T* text, long length, Token set, long from) noexcept
+    {
+        return detail::verify(Token(text, length), set, from);
+    }
     [[nodiscard]] static long s_verify(
-        const T* text, long length, const T* set, long setLength, long from) noexcept;
+        const T* text, long length, const T* set, long setLength, long from) noexcept
+    {
+        return detail::verify(Token(text, length), Token(set, setLength), from);
+    }
     /// The length of the leading run of characters that belong to `set`.
     [[nodiscard]] static long stripIndexOf(const T* text, long length, const T* set) noexcept;
 
-    // Parts
+    // Substrings
 
     using Queries::left, Queries::right, Queries::subString;
-    static Token left(const T* text, long length, long n) noexcept;
-    static Token right(const T* text, long length, long n) noexcept;
-    static Token subString(const T* text, long length, long start, long count) noexcept;
-    /// Takes the part that `subString` would give out of the text.
+    static Token left(const T* text, long length, long n) noexcept { return Token(text, length).left(n); }
+    static Token right(const T* text, long length, long n) noexcept { return Token(text, length).right(n); }
+    static Token subString(const T* text, long length, long start, long count) noexcept
+    {
+        return Token(text, length).subString(start, count);
+    }
+    /// Removes the characters that `subString` would return.
     /// @return the number of characters removed.
     long remove(long start, long count = -1) noexcept;
+    /// As above, in place.
     static long removeSubString(T* text, long length, long start, long count) noexcept;
 
     // Editing in place
 
+    /// Replaces every `what` by `with`.
     ZGStr& replace(T what, T with) noexcept;
+    /// Reverses the order of the characters.
     ZGStr& reverse() noexcept;
+    /// Maps "A" to "Z" to lower case.
     ZGStr& toLower() noexcept;
+    /// Maps "a" to "z" to upper case.
     ZGStr& toUpper() noexcept;
     static void replace(T* text, long length, T what, T with) noexcept;
     static void reverse(T* text, long length) noexcept;
@@ -311,87 +440,104 @@ public:
     static void toUpper(T* text, long length) noexcept;
     static T toLower(T c) noexcept { return detail::lowerOf(c); }
     static T toUpper(T c) noexcept { return detail::upperOf(c); }
+    /// Exchanges two characters.
     static void swap(T& a, T& b) noexcept { std::swap(a, b); }
 
-    /// Characters that are below 33 as signed numbers are blank: the space, controls, and in narrow text
-    /// every byte from 0x80 on.
+    /// Removes leading and trailing blanks: characters below 33 as signed numbers, which are the space, the
+    /// control characters and, in narrow strings, every byte from 0x80 on.
     /// @return the number of characters removed.
     long trim() noexcept;
+    /// As `trim`, for leading blanks only.
     long lTrim() noexcept;
+    /// As `trim`, for trailing blanks only.
     long rTrim() noexcept;
     static long trim(T* text, long length) noexcept;
     static long lTrim(T* text, long length) noexcept;
     static long rTrim(T* text, long length) noexcept;
 
-    // Replacing text
+    // Editing with reallocation
 
-    /// The first `max` occurrences from left to right, all of them for a `max` below 1.
+    /// Replaces the first `max` occurrences from left to right; all of them if `max` is below 1.
     ZGStr& replace(Token what, Token with, long max = -1);
     /// As `replace`.
-    /// @return how many occurrences were replaced.
+    /// @return the number of occurrences replaced.
     long replaceEx(Token what, Token with, long max = -1);
+    /// As `replace`, into a new array.
     static T* replace(const T* text, long length, const T* what, long whatLength, const T* with,
         long withLength, long max = -1);
 
     // Splitting
 
-    /// The pieces between the separators, empty ones included; an empty separator gives none. With a `max` of
-    /// at least 1 the last of at most `max` pieces is the rest. Takes one pass to count and one to copy.
+    /// The pieces between the separators, including empty ones. If `max` is at least 1, there are at most
+    /// `max` pieces and the last one holds the rest. Linear in the length.
     Pieces split(T separator, long max = -1) const; // NOLINT(modernize-use-nodiscard)
+    /// As above; an empty separator returns no pieces.
     Pieces split(Token separator, long max = -1) const; // NOLINT(modernize-use-nodiscard)
     static Pieces split(const T* text, const T* separator, long max);
     static Pieces split(const T* text, long length, T separator, long max = -1);
     static Pieces split(const T* text, long length, Token separator, long max = -1);
-    /// The same in place: writes zeros over the separators and stores at most `capacity` pointers to pieces.
+    /// Splits in place: overwrites the separators with zeros and stores up to `capacity` pointers to pieces.
     /// @return the number of pieces.
     static long splitTo(T** pieces, long capacity, T* text, const T* separator) noexcept;
 
-    // Classifying
+    // Classification
 
     using Queries::isAlpha, Queries::isNumeric;
+    /// Whether the pointer is null or the first character is the terminator.
     [[nodiscard]] bool isEmpty() const noexcept { return isEmpty(m_text); }
+    /// As `isEmpty`.
     [[nodiscard]] bool operator!() const noexcept { return isEmpty(); }
     [[nodiscard]] static bool isEmpty(const T* text) noexcept { return !text || !*text; }
-    [[nodiscard]] static bool isAlpha(const T* text, long length) noexcept;
+    [[nodiscard]] static bool isAlpha(const T* text, long length) noexcept
+    {
+        return detail::isAlpha(Token(text, length));
+    }
     [[nodiscard]] static bool isAlpha(const T* text) noexcept { return isAlpha(text, isEmpty(text) ? 0 : 1); }
-    [[nodiscard]] static bool isNumeric(const T* text, long length) noexcept;
+    [[nodiscard]] static bool isNumeric(const T* text, long length) noexcept
+    {
+        return detail::isNumeric(Token(text, length));
+    }
     [[nodiscard]] static bool isNumeric(const T* text) noexcept { return isNumeric(text, length(text)); }
+    /// Whether `c` is one of "0" to "9".
     [[nodiscard]] static bool isDigit(T c) noexcept { return detail::isDigitChar(c); }
 
     // Access
 
+    /// The number of characters before the terminator, counted on each call.
     [[nodiscard]] long length() const noexcept { return length(m_text); }
     [[nodiscard]] static long length(const T* text) noexcept { return detail::lengthOf(text); }
-    /// As above, looking at no more than `limit` characters.
+    /// As above, but reads at most `limit` characters; a negative limit means none.
     [[nodiscard]] static long length(const T* text, long limit) noexcept;
 
-    /// A negative index counts from the end. Throws `ZException` "Index out of range" for an index still
-    /// negative then, and for one not below the length.
+    /// Negative indices count from the end. Throws `ZException` "Index out of range" if there is no such
+    /// character.
     T& at(long index) { return charAt(m_text, index); }
     const T& at(long index) const { return charAt(m_text, index); } // NOLINT(modernize-use-nodiscard)
     static T& charAt(T* text, long index);
     static const T& charAt(const T* text, long index);
+    /// As `at`.
     template <std::integral I>
     T& operator[](I index)
     {
         return at(static_cast<long>(index));
     }
+    /// As `at`.
     template <std::integral I>
     const T& operator[](I index) const
     {
         return at(static_cast<long>(index));
     }
-    /// Null for a string that never got any characters.
+    /// The pointer as it is, so null for a string that never had any characters.
     operator const T*() const noexcept { return m_text; }
 
 private:
     ZGStr& adopt(T* text) noexcept;
-    /// Makes the pointer one that is not null.
+    /// Allocates an empty array if the pointer is null.
     ZGStr& ensureArray();
-    T* grownTo(long oldLength, long added, long spare) noexcept;
-    T* grownBy(long n) noexcept { return grownTo(length(), n, 0); }
-    T* grownByDigits(long n) noexcept { return grownTo(length(), n, 1); }
-    T* grownByHexDigits(long n) noexcept { return grownByDigits(n); }
+    T* extend(long oldLength, long n, long spare) noexcept;
+    T* extendBy(long n) noexcept { return extend(length(), n, 0); }
+    T* extendByDigits(long n) noexcept { return extend(length(), n, 1); }
+    T* extendByHexDigits(long n) noexcept { return extendByDigits(n); }
 
     static long countTexts(const T* const* texts) noexcept;
     static bool isSame(const T* a, const T* b) noexcept;

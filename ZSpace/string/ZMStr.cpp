@@ -16,9 +16,9 @@ namespace ZSpace {
 
 namespace {
 
-/// A text with an explicit length that starts with a zero is empty, as it is for `ZGStr`.
+/// As in `ZGStr`, a string given with its length is empty if its first character is zero.
 template <typename T>
-long copiedLength(const T* text, long length) noexcept
+long effectiveLength(const T* text, long length) noexcept
 {
     return length < 1 || ZGStr<T>::isEmpty(text) ? 0 : length;
 }
@@ -29,7 +29,7 @@ template <typename T>
 ZMStr<T>::ZMStr(const T* text, long length)
     : m_capacity(1)
 {
-    if (copiedLength(text, length) < 1)
+    if (effectiveLength(text, length) < 1)
         return;
     m_buffer = ZGStr<T>::copy(text, length);
     m_capacity = length + 1;
@@ -39,7 +39,7 @@ ZMStr<T>::ZMStr(const T* text, long length)
 template <typename T>
 ZMStr<T>& ZMStr<T>::assign(const T* text, long length)
 {
-    const long n = copiedLength(text, length);
+    const long n = effectiveLength(text, length);
     if (n < 1) {
         if (m_buffer)
             setLength(0);
@@ -101,7 +101,7 @@ std::unique_ptr<T[]> ZMStr<T>::exchangeBuffer(long n)
 template <typename T>
 long ZMStr<T>::grownCapacity(long n) const noexcept
 {
-    // No block is so large: let the allocation fail, and not the sum.
+    // No block is that large: the allocation fails, but the sum does not overflow.
     return n > LONG_MAX / 2 ? LONG_MAX / 2 : m_capacity + n + m_capacity / 2;
 }
 
@@ -139,11 +139,11 @@ void ZMStr<T>::swap(ZMStr& other) noexcept
 }
 
 template <typename T>
-ZMStr<T>& ZMStr<T>::appendMoving(const T* text, long length) noexcept
+ZMStr<T>& ZMStr<T>::appendReallocating(const T* text, long length) noexcept
 {
     const auto old = exchangeBuffer(grownCapacity(length));
     detail::copyChars(m_buffer, old.get(), m_length);
-    detail::copyChars(extendedBy(length), text, length);
+    detail::copyChars(extendInPlace(length), text, length);
     return *this;
 }
 
@@ -152,7 +152,7 @@ ZMStr<T>& ZMStr<T>::append(const T& c, long count) noexcept
 {
     const T copied = c; // may lie in the buffer
     if (count > 0)
-        detail::fillChars(grownBy(count), copied, count);
+        detail::fillChars(extendBy(count), copied, count);
     return *this;
 }
 
@@ -171,7 +171,7 @@ ZMStr<T>& ZMStr<T>::join(const ZMStr* texts, long count) noexcept
     long total = 0;
     for (long i = 0; i < count; ++i)
         total += texts[i].m_length;
-    ZMStr joined; // one of the texts may be this builder
+    ZMStr joined; // this builder may be one of the texts
     joined.exchangeBuffer(total + 1);
     for (long i = 0; i < count; ++i)
         joined.append(texts[i]);
@@ -198,19 +198,19 @@ ZMStr<T>& ZMStr<T>::appendPadded(detail::Decimal number, long width, bool emptyI
 }
 
 template <typename T>
-T* ZMStr<T>::grownByHexDigits(long n) noexcept
+T* ZMStr<T>::extendByHexDigits(long n) noexcept
 {
-    if (!hasRoomFor(n))
+    if (!fits(n))
         alloc(grownCapacity(17));
-    return extendedBy(n);
+    return extendInPlace(n);
 }
 
 template <typename T>
-std::unique_ptr<T[]> ZMStr<T>::openGap(long at, long n, std::optional<long> room)
+std::unique_ptr<T[]> ZMStr<T>::openGap(long at, long n, std::optional<long> newCapacity)
 {
     std::unique_ptr<T[]> old;
-    if (room) {
-        old = exchangeBuffer(*room);
+    if (newCapacity) {
+        old = exchangeBuffer(*newCapacity);
         detail::copyChars(m_buffer, old.get(), at);
         detail::copyChars(m_buffer + at + n, old.get() + at, m_length - at);
     } else {
@@ -240,7 +240,7 @@ ZMStr<T>& ZMStr<T>::insert(const T* text, long length, long at) noexcept
     openGap(position, length, std::nullopt);
     T* gap = m_buffer + position;
     if (isOwnText) {
-        // What stood behind the position has moved on with the rest.
+        // The part of the text after the position has moved by `length`.
         const long unmoved = std::clamp(static_cast<long>(gap - text), 0L, length);
         detail::copyChars(gap, text, unmoved);
         detail::copyChars(gap + unmoved, text + unmoved + length, length - unmoved);
@@ -256,12 +256,12 @@ long ZMStr<T>::fill(T c, long newLength, long at) noexcept
     if (newLength <= m_length)
         return 0;
     const long n = newLength - m_length;
-    // One more than elsewhere, so that -1 is the end; what lies before the beginning is the beginning.
+    // Counts from one past the end, so that -1 is the end; positions before the start are the start.
     const long position = at < 0 ? std::max(at + m_length + 1, 0L) : std::min(at, m_length);
-    std::optional<long> room;
+    std::optional<long> newCapacity;
     if (m_capacity <= newLength)
-        room = grownCapacity(n) + 1;
-    openGap(position, n, room);
+        newCapacity = grownCapacity(n) + 1;
+    openGap(position, n, newCapacity);
     detail::fillChars(m_buffer + position, c, n);
     return n;
 }
@@ -338,7 +338,7 @@ long ZMStr<T>::replaceEx(Token what, Token with, long max)
 {
     const detail::Replacement<T> plan(*this, what, with, max);
     if (plan.hits() > 0) {
-        const auto old = exchangeBuffer(plan.length()); // what the plan reads may lie in it
+        const auto old = exchangeBuffer(plan.length()); // keeps the arguments alive that lie in it
         plan.writeTo(m_buffer);
         setLength(plan.length());
     }

@@ -15,17 +15,21 @@
 
 namespace ZSpace {
 
-/// A text that is built piece by piece: a buffer, its capacity and the length of the text in it.
+/// A string builder: a buffer, its capacity and the length of the string in it.
 ///
-/// The characters end with a zero at `Length()`. The capacity counts the elements that may be used, that zero
-/// included; the buffer has one more to spare. A default builder has no buffer at all. Appending takes
-/// amortised constant time for each character, and the steps in which the capacity grows are fixed: to the
-/// capacity, half of it and the characters to be added, plus one.
+///     ZMStr<char> line;
+///     line << "copied " << 3 << " of " << 5;
+///     line.lFill(' ', 20);
 ///
-/// All that a text can be asked, and how numbers, comparison, searching and trimming work, is as in `ZGStr`,
-/// only that nothing is counted again. Texts handed in may lie in the buffer itself. Appending, inserting and
-/// filling end the process when memory runs out; all else that allocates passes the failure on and leaves the
-/// builder as it was. A builder belongs to one thread at a time.
+/// The string is null-terminated at `Length()`. The capacity counts the usable elements including the
+/// terminator; the buffer has one spare element beyond it. A default builder has no buffer. Appending takes
+/// amortized constant time per character; the growth steps are fixed: the capacity, half of it and the
+/// characters to append, plus one.
+///
+/// Queries, number conversion and trimming work as in `ZGStr`, but use the stored length. Arguments may lie in
+/// the buffer itself. Appending, inserting and filling call `std::terminate` if allocation fails; everything
+/// else that allocates throws `std::bad_alloc` and leaves the builder unchanged. A builder belongs to one
+/// thread at a time.
 template <typename T>
 class ZMStr : public detail::StrQueries<ZMStr<T>, T>, public detail::StrAppender<ZMStr<T>, T> {
     using Queries = detail::StrQueries<ZMStr<T>, T>;
@@ -34,57 +38,69 @@ class ZMStr : public detail::StrQueries<ZMStr<T>, T>, public detail::StrAppender
     friend Appender;
 
 public:
+    /// What `split` returns.
     using Pieces = ZArray<ZMStr, ZAllocation<ZMStr>>;
 
-    // Making and copying
+    // Construction and assignment
 
+    /// No buffer, capacity and length 0.
     constexpr ZMStr() noexcept = default;
-    /// Empty, with room for `capacity` characters. For integers only, so that 0 is never taken for a text.
+    /// Empty, with a buffer for `capacity` characters. A template, so that 0 is not taken for a null pointer.
     template <std::integral I>
     explicit ZMStr(I capacity)
     {
         alloc(static_cast<long>(capacity));
     }
-    /// The copying forms have no more room than the text needs, and no buffer for the empty text.
+    /// Copies `length` characters, including zeros; empty if the first one is zero. Copies have no spare
+    /// capacity, and copies of the empty string have no buffer and capacity 1.
     ZMStr(const T* text, long length);
+    /// Copies the characters up to the terminator.
     ZMStr(const T* text)
-        : ZMStr(text, ZGStr<T>::length(text))
+        : ZMStr(text, detail::lengthOf(text))
     {
     }
+    /// Copies the viewed characters.
     ZMStr(Token text)
         : ZMStr(text, text.Length())
     {
     }
+    /// Copies the string's characters.
     ZMStr(const ZGStr<T>& text)
         : ZMStr(Token(text))
     {
     }
+    /// Copies the characters without spare capacity.
     ZMStr(const ZMStr& other)
         : ZMStr(Token(other))
     {
     }
+    /// Leaves `other` like a default builder.
     ZMStr(ZMStr&& other) noexcept { swap(other); }
-    /// From the other width, unit by unit.
+    /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const U* text) noexcept
     {
         *this << text;
     }
+    /// Converts `length` characters from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const U* text, long length) noexcept
     {
         this->appendValueOf(text, length);
     }
+    /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const ZStrToken<U>& text) noexcept
     {
         *this << text;
     }
+    /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const ZGStr<U>& text) noexcept
     {
         *this << text;
     }
+    /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const ZMStr<U>& text) noexcept
     {
@@ -92,78 +108,89 @@ public:
     }
     ~ZMStr() { ZGStr<T>::release(m_buffer); }
 
-    /// Copies into the buffer at hand where it is large enough.
+    /// Copies into the existing buffer, which grows when needed; empty if the first character is zero.
     ZMStr& assign(const T* text, long length);
+    /// As above, for the viewed characters.
     ZMStr& assign(Token text) { return assign(text, text.Length()); }
     ZMStr& operator=(const ZMStr& other);
     ZMStr& operator=(ZMStr&& other) noexcept;
     ZMStr& operator=(Token text);
     ZMStr& operator=(const T* text);
     ZMStr& operator=(const ZGStr<T>& text);
-    /// A new array with the characters, the caller's to be freed with `ZGStr<T>::release`.
+    /// A new array with the characters, which the caller frees with `ZGStr<T>::release`.
     T* clone() const { return ZGStr<T>::copy(m_buffer, m_length); } // NOLINT(modernize-use-nodiscard)
 
     // Storage
 
+    /// Whether the length is 0.
     [[nodiscard]] bool isEmpty() const noexcept { return m_length < 1; }
+    /// As `isEmpty`.
     [[nodiscard]] bool operator!() const noexcept { return isEmpty(); }
+    /// The number of characters before the terminator.
     [[nodiscard]] long Length() const noexcept { return m_length; }
+    /// The number of usable elements, including the terminator.
     [[nodiscard]] long Capacity() const noexcept { return m_capacity; }
-    /// The buffer as it is; null for a builder without one.
+    /// The buffer as it is, which may be null.
     operator const T*() const noexcept { return m_buffer; }
 
-    /// Moves to a buffer of capacity `n` + 1 and keeps the first `n` characters.
+    /// Reallocates to capacity `n` + 1 and keeps the first `n` characters.
     void alloc(long n);
-    /// Makes room for `n` characters beyond the capacity and half of it.
+    /// Reallocates for `n` characters more than one and a half times the capacity.
     void allocInc(long n);
-    /// With `n` of at least 1: drops the text and gives a buffer for exactly `n` characters, which the caller
-    /// writes and which count as the text from now on. Otherwise gives the present buffer, which may be null.
+    /// If `n` is at least 1, discards the content and returns a new buffer that holds a string of exactly `n`
+    /// characters, for the caller to write. Otherwise returns the current buffer, which may be null.
     T* getBuffer(long n);
+    /// Exchanges the contents of the two builders.
     void swap(ZMStr& other) noexcept;
-    /// Frees the buffer.
+    /// Frees the buffer; capacity and length are then 0.
     void clear() noexcept { ZMStr().swap(*this); }
 
-    // Appending; `operator<<` comes from the base
+    // Appending
 
+    /// Appends nothing if `length` is below 1.
     inline ZMStr& append(const T* text, long length) noexcept;
+    /// Appends the viewed characters.
     ZMStr& append(Token text) noexcept { return append(text, text.Length()); }
-    /// `count` copies of `c`.
+    /// Appends `count` copies of `c`.
     ZMStr& append(const T& c, long count) noexcept;
+    /// Appends one character.
     inline ZMStr& append(const T& c) noexcept;
     ZMStr& operator+=(Token text) noexcept { return append(text); }
     ZMStr& operator+=(const T& c) noexcept { return append(c); }
     ZMStr operator+(Token text) const noexcept { return concat(text); }
     ZMStr operator+(const T& c) const noexcept { return concat(Token(&c, 1)); }
-    /// A new builder: this text and the given one.
+    /// A new builder: this string followed by the argument.
     ZMStr concat(Token text) const noexcept; // NOLINT(modernize-use-nodiscard)
-    /// Replaces the text by those of the given builders run together. Without a count they end with one that
-    /// has no buffer.
+    /// Replaces the content by the concatenation of `count` builders.
     ZMStr& join(const ZMStr* texts, long count) noexcept;
+    /// As above; a builder without a buffer ends the list.
     ZMStr& join(const ZMStr* texts) noexcept;
 
     using Appender::appendHexOf, Appender::appendValueOf;
-    /// Puts as many "0" ahead as are missing to `width` characters, ahead of a sign as well.
+    /// Appends a decimal integer, padded with "0" on the left to `width` characters. The padding precedes the
+    /// sign: -5 with width 3 appends "0-5".
     template <detail::StrInteger I, detail::StrInteger W>
     ZMStr& appendValueOf(I number, W width, bool emptyIfZero = false) noexcept
     {
         return appendPadded(detail::Decimal(number), static_cast<long>(width), emptyIfZero);
     }
 
-    // Padding and inserting
+    // Padding and insertion
 
-    /// Inserts ahead of position `at`, which counts from the end when negative. Before the last character
-    /// nothing can be inserted: that position appends.
+    /// Inserts before position `at`; a negative position counts from the end. The position of the last
+    /// character is an exception: inserting there appends.
     ZMStr& insert(const T* text, long length, long at) noexcept;
+    /// As above, for the viewed characters.
     ZMStr& insert(Token text, long at) noexcept { return insert(text, text.Length(), at); }
-    /// Inserts as many `c` as are missing to `newLength` characters at position `at`; -1 is the end.
-    /// @return how many they were.
+    /// Extends the string to `newLength` by inserting copies of `c` before position `at`; -1 is the end.
+    /// @return the number of characters inserted, 0 if the string is long enough already.
     long fill(T c, long newLength, long at) noexcept;
-    /// At the front.
+    /// As `fill`, at the start.
     long lFill(T c, long newLength) noexcept { return fill(c, newLength, 0); }
-    /// At the end.
+    /// As `fill`, at the end.
     long rFill(T c, long newLength) noexcept { return fill(c, newLength, -1); }
 
-    // Comparing
+    // Comparison
 
     bool operator==(Token other) const noexcept { return this->isLike(other); }
     bool operator==(const T* other) const noexcept { return this->isLike(other); }
@@ -179,37 +206,49 @@ public:
 
     // Editing
 
+    /// Removes the characters that `subString` would return.
     /// @return the number of characters removed.
     long remove(long start, long count = -1) noexcept;
+    /// Removes leading and trailing blanks; see `ZGStr::trim`.
+    /// @return the number of characters removed.
     long trim() noexcept;
+    /// As `trim`, for leading blanks only.
     long lTrim() noexcept;
+    /// As `trim`, for trailing blanks only.
     long rTrim() noexcept;
+    /// Replaces every `what` by `with`.
     ZMStr& replace(T what, T with) noexcept;
+    /// Reverses the order of the characters.
     ZMStr& reverse() noexcept;
+    /// Maps "A" to "Z" to lower case.
     ZMStr& toLower() noexcept;
+    /// Maps "a" to "z" to upper case.
     ZMStr& toUpper() noexcept;
-    /// Replaces the first `max` occurrences from left to right, all of them for a `max` below 1.
+    /// Replaces the first `max` occurrences from left to right; all of them if `max` is below 1.
     ZMStr& replace(Token what, Token with, long max = -1);
     /// As `replace`.
-    /// @return how many occurrences were replaced.
+    /// @return the number of occurrences replaced.
     long replaceEx(Token what, Token with, long max = -1);
 
-    /// The pieces between the separators, as `ZGStr<T>::split` gives them.
+    /// The pieces between the separators; see `ZGStr::split`.
     Pieces split(T separator, long max = -1) const; // NOLINT(modernize-use-nodiscard)
+    /// As above; an empty separator returns no pieces.
     Pieces split(Token separator, long max = -1) const; // NOLINT(modernize-use-nodiscard)
 
     // Access
 
-    /// A negative index counts from the end. Throws `ZException` "Index out of range" for an index still
-    /// negative then, and for one at or past the first zero.
+    /// Negative indices count from the end. Throws `ZException` "Index out of range" for an index that is
+    /// still negative then, and for one that is not before the first zero.
     T& at(long index) { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
     // NOLINTNEXTLINE(modernize-use-nodiscard)
     const T& at(long index) const { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
+    /// As `at`.
     template <std::integral I>
     T& operator[](I index)
     {
         return at(static_cast<long>(index));
     }
+    /// As `at`.
     template <std::integral I>
     const T& operator[](I index) const
     {
@@ -217,22 +256,23 @@ public:
     }
 
 private:
-    /// Whether `n` more characters fit without moving.
-    [[nodiscard]] bool hasRoomFor(long n) const noexcept { return n < m_capacity - m_length - 1; }
+    /// Whether `n` more characters can be appended without reallocating.
+    [[nodiscard]] bool fits(long n) const noexcept { return n < m_capacity - m_length - 1; }
     [[nodiscard]] long grownCapacity(long n) const noexcept;
     [[nodiscard]] long positionOf(long index) const;
     inline void setLength(long length) noexcept;
-    /// Puts an empty buffer of capacity `n` + 1 in place of the present one, which goes to the caller: what
-    /// is to be copied may still lie in it.
+    /// Installs an empty buffer of capacity `n` + 1 and returns the old one, in which the characters to be
+    /// copied may lie.
     std::unique_ptr<T[]> exchangeBuffer(long n);
-    /// Moves the text from `at` on by `n` characters, into an exchanged buffer where `room` is given.
-    std::unique_ptr<T[]> openGap(long at, long n, std::optional<long> room);
-    ZMStr& appendMoving(const T* text, long length) noexcept;
+    /// Moves the characters from `at` on by `n`; reallocates first if a new capacity is given.
+    /// @return the old buffer in that case.
+    std::unique_ptr<T[]> openGap(long at, long n, std::optional<long> newCapacity);
+    ZMStr& appendReallocating(const T* text, long length) noexcept;
     ZMStr& appendPadded(detail::Decimal number, long width, bool emptyIfZero) noexcept;
-    inline T* extendedBy(long n) noexcept;
-    inline T* grownBy(long n) noexcept;
-    T* grownByDigits(long n) noexcept { return grownBy(n); }
-    T* grownByHexDigits(long n) noexcept;
+    inline T* extendInPlace(long n) noexcept;
+    inline T* extendBy(long n) noexcept;
+    T* extendByDigits(long n) noexcept { return extendBy(n); }
+    T* extendByHexDigits(long n) noexcept;
 
     T* m_buffer = nullptr;
     long m_capacity = 0;
@@ -247,7 +287,7 @@ ZStrToken<T>::ZStrToken(const ZMStr<T>& text) noexcept
 {
 }
 
-// Declared inline in the class: what an explicit instantiation is promised for is not inlined otherwise.
+// Declared inline in the class: otherwise the explicit instantiation would keep compilers from inlining these.
 
 template <typename T>
 void ZMStr<T>::setLength(long length) noexcept
@@ -257,9 +297,9 @@ void ZMStr<T>::setLength(long length) noexcept
 }
 
 template <typename T>
-T* ZMStr<T>::extendedBy(long n) noexcept
+T* ZMStr<T>::extendInPlace(long n) noexcept
 {
-    // Read once: for all that a compiler knows, a written character may be part of a member.
+    // Read once: compilers must assume that writing a character may change a member.
     T* const end = m_buffer + m_length;
     m_length += n;
     end[n] = 0;
@@ -267,11 +307,11 @@ T* ZMStr<T>::extendedBy(long n) noexcept
 }
 
 template <typename T>
-T* ZMStr<T>::grownBy(long n) noexcept
+T* ZMStr<T>::extendBy(long n) noexcept
 {
-    if (!hasRoomFor(n)) [[unlikely]]
+    if (!fits(n)) [[unlikely]]
         alloc(grownCapacity(n));
-    return extendedBy(n);
+    return extendInPlace(n);
 }
 
 template <typename T>
@@ -279,19 +319,19 @@ ZMStr<T>& ZMStr<T>::append(const T* text, long length) noexcept
 {
     if (!text || length < 1)
         return *this;
-    if (!hasRoomFor(length)) [[unlikely]]
-        return appendMoving(text, length);
-    detail::copyChars(extendedBy(length), text, length);
+    if (!fits(length)) [[unlikely]]
+        return appendReallocating(text, length);
+    detail::copyChars(extendInPlace(length), text, length);
     return *this;
 }
 
 template <typename T>
 ZMStr<T>& ZMStr<T>::append(const T& c) noexcept
 {
-    if (!hasRoomFor(1)) [[unlikely]]
+    if (!fits(1)) [[unlikely]]
         return append(c, 1);
     const T copied = c; // may lie in the buffer
-    *extendedBy(1) = copied;
+    *extendInPlace(1) = copied;
     return *this;
 }
 

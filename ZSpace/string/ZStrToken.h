@@ -11,70 +11,112 @@
 
 namespace ZSpace {
 
-/// A view of a run of characters: a pointer and a length, passed by value.
+/// A non-owning view of a run of characters: a pointer and a length, passed by value.
 ///
-/// The characters belong to whoever made them; the view is good for as long as they stay where they are, and
-/// their owner decides which threads may read them. They need no terminator at the end of the view. A view
-/// made from a null pointer is empty, and a length below 1 means empty as well.
+///     ZStrToken<char> text("key=value");
+///     ZStrToken<char> key = text.left(text.indexOf('='));
+///
+/// The view does not keep the characters alive: using it after their owner changed or destroyed them is
+/// undefined behavior, and their owner decides which threads may read them. The characters need no terminator
+/// at the end of the view, so the pointer alone must not be treated as a null-terminated string. A null
+/// pointer and a length below 1 both mean the empty view.
+///
+/// This header suffices for everything but `toLower` and `toUpper`, whose results need ZMStr.h, and for the
+/// conversions from `ZGStr` and `ZMStr`, which are defined beside those classes.
 template <typename T>
 class ZStrToken : public detail::StrQueries<ZStrToken<T>, T> {
     using Queries = detail::StrQueries<ZStrToken<T>, T>;
 
 public:
+    /// What `split` returns.
     using Pieces = ZArray<ZStrToken, ZAllocation<ZStrToken>>;
 
+    /// A null pointer and length 0.
     constexpr ZStrToken() noexcept = default;
-    /// The characters up to the terminator.
+    /// The characters up to the terminator; null makes an empty view.
     ZStrToken(const T* text) noexcept
         : ZStrToken(text, detail::lengthOf(text))
     {
     }
+    /// `length` characters; they may contain zeros.
     constexpr ZStrToken(const T* text, long length) noexcept
         : m_text(text)
         , m_length(length)
     {
     }
+    /// The string's characters, which are counted once.
     inline ZStrToken(const ZGStr<T>& text) noexcept;
+    /// The builder's characters, in its stored length.
     inline ZStrToken(const ZMStr<T>& text) noexcept;
 
+    /// Makes this a view of the same characters; nothing is copied.
     ZStrToken& assign(ZStrToken other) noexcept { return *this = other; }
+    /// As above, by pointer and length.
     ZStrToken& assign(const T* text, long length) noexcept { return *this = ZStrToken(text, length); }
 
+    /// The length as given, which may be negative.
     [[nodiscard]] constexpr long Length() const noexcept { return m_length; }
+    /// Whether the length is below 1.
     [[nodiscard]] constexpr bool isEmpty() const noexcept { return m_length < 1; }
+    /// As `isEmpty`.
     [[nodiscard]] constexpr bool operator!() const noexcept { return isEmpty(); }
-    /// Where the first character stands; no terminator need follow the last one.
+    /// The pointer as given. A terminator need not follow the last character.
     constexpr operator const T*() const noexcept { return m_text; }
-    /// The first character, 0 when there is none.
+    /// The first character, or 0 if the view is empty.
     constexpr T operator*() const noexcept { return isEmpty() ? T() : *m_text; }
-    /// Throws `ZException` "Index out of Array" for a negative index and for one not below the length.
+    /// Throws `ZException` "Index out of Array" if the index is negative or not below the length.
     const T& at(long index) const; // NOLINT(modernize-use-nodiscard)
+    /// As `at`.
     template <std::integral I>
     const T& operator[](I index) const
     {
         return at(static_cast<long>(index));
     }
 
+    // A pointer and a length in the place of a token
+
     using Queries::compare, Queries::compareIgnoreCase;
-    [[nodiscard]] long compare(const T* other, long length) const noexcept;
-    [[nodiscard]] long compareIgnoreCase(const T* other, long length) const noexcept;
+    /// As `compare(ZStrToken)`.
+    [[nodiscard]] long compare(const T* other, long length) const noexcept
+    {
+        return compare(ZStrToken(other, length));
+    }
+    /// As `compareIgnoreCase(ZStrToken)`.
+    [[nodiscard]] long compareIgnoreCase(const T* other, long length) const noexcept
+    {
+        return compareIgnoreCase(ZStrToken(other, length));
+    }
 
     using Queries::count, Queries::indexOf, Queries::lastIndexOf;
-    [[nodiscard]] long indexOf(const T* what, long length, long from) const noexcept;
-    [[nodiscard]] long lastIndexOf(const T* what, long length, long from) const noexcept;
-    [[nodiscard]] long count(const T* what, long length) const noexcept;
+    /// As `indexOf(ZStrToken, long)`.
+    [[nodiscard]] long indexOf(const T* what, long length, long from) const noexcept
+    {
+        return indexOf(ZStrToken(what, length), from);
+    }
+    /// As `lastIndexOf(ZStrToken, long)`.
+    [[nodiscard]] long lastIndexOf(const T* what, long length, long from) const noexcept
+    {
+        return lastIndexOf(ZStrToken(what, length), from);
+    }
+    /// As `count(ZStrToken)`.
+    [[nodiscard]] long count(const T* what, long length) const noexcept
+    {
+        return count(ZStrToken(what, length));
+    }
 
-    /// A copy with "A" to "Z" in lower case; this view and its characters stay as they are.
+    /// A copy with "A" to "Z" in lower case. The viewed characters do not change.
     ZMStr<T> toLower() const; // NOLINT(modernize-use-nodiscard)
-    /// A copy with "a" to "z" in upper case.
+    /// A copy with "a" to "z" in upper case. The viewed characters do not change.
     ZMStr<T> toUpper() const; // NOLINT(modernize-use-nodiscard)
 
-    /// No pieces, whatever the text: a view owns nothing it could hand out. Split a `ZGStr` or a `ZMStr`.
-    Pieces split(T separator, long max = -1) const noexcept; // NOLINT(modernize-use-nodiscard)
-    Pieces split(const ZStrToken& separator, long max = -1) const noexcept; // NOLINT(modernize-use-nodiscard)
+    /// Always returns an empty array: a view owns no strings. Split a `ZGStr` or a `ZMStr` instead.
+    Pieces split(T, long = -1) const noexcept { return {}; } // NOLINT(modernize-use-nodiscard)
+    /// Always returns an empty array.
+    Pieces split(const ZStrToken&, long = -1) const noexcept { return {}; } // NOLINT(modernize-use-nodiscard)
 
-    /// Views of the same place are equal without a look at their lengths; others when length and characters
-    /// are. The order is that of `compare`.
+    // Views with the same pointer are equal, whatever their lengths. Others are equal if they have the same
+    // length and the same characters. The order is that of `compare`.
+
     bool operator==(ZStrToken other) const noexcept { return m_text == other.m_text || this->isLike(other); }
     bool operator==(const T* other) const noexcept { return m_text == other || this->isLike(other); }
     bool operator==(const ZGStr<T>& other) const noexcept { return *this == ZStrToken(other); }

@@ -17,17 +17,17 @@ Derived& StrAppender<Derived, T>::appendDecimal(Decimal number, bool emptyIfZero
     if (number.magnitude == 0 && emptyIfZero)
         return self();
     const long length = number.length();
-    writeDecimal(self().grownByDigits(length), length, number);
+    writeDecimal(self().extendByDigits(length), length, number);
     return self();
 }
 
 template <typename Derived, StrChar T>
 Derived& StrAppender<Derived, T>::appendValueOf(double number, bool emptyIfZero) noexcept
 {
-    T text[s_realRoom];
+    T text[s_maxRealLength];
     const long n = writeReal(text, number, emptyIfZero);
     if (n > 0)
-        copyChars(self().grownByDigits(n), text, n);
+        copyChars(self().extendByDigits(n), text, n);
     return self();
 }
 
@@ -40,7 +40,7 @@ Derived& StrAppender<Derived, T>::appendValueOf(const unsigned char* address) no
 template <typename Derived, StrChar T>
 Derived& StrAppender<Derived, T>::appendHexDigits(unsigned long long bits, long digits) noexcept
 {
-    writeHex(self().grownByHexDigits(digits), bits, digits);
+    writeHex(self().extendByHexDigits(digits), bits, digits);
     return self();
 }
 
@@ -48,7 +48,7 @@ template <typename Derived, StrChar T>
 Derived& StrAppender<Derived, T>::appendHexOf(const void* bytes, long n) noexcept
 {
     if (bytes && n > 0)
-        writeHexBytes(self().grownBy(2 * n), bytes, n);
+        writeHexBytes(self().extendBy(2 * n), bytes, n);
     return self();
 }
 
@@ -56,7 +56,7 @@ template <typename Derived, StrChar T>
 Derived& StrAppender<Derived, T>::appendConverted(const OtherChar* text, long length) noexcept
 {
     if (text && length > 0)
-        convertChars(self().grownBy(length), text, length);
+        convertChars(self().extendBy(length), text, length);
     return self();
 }
 

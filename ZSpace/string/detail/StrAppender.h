@@ -7,55 +7,65 @@
 
 namespace ZSpace::detail {
 
-/// What can be put behind a text besides text: the same members in both classes that own their characters.
+/// The conversions to text that the two owning string classes share.
 ///
-/// Every member ends the process when memory runs out, and gives the string itself, so that calls chain.
-/// `emptyIfZero` prints 0 as nothing. Text of the other width crosses unit by unit: narrowing keeps the low
-/// 8 bits, widening adds zero bits.
+/// Every member returns the string, so that calls chain, and calls `std::terminate` if allocation fails.
+/// With `emptyIfZero`, 0 appends nothing. Strings of the other width are converted code unit by code unit:
+/// narrowing keeps the low 8 bits, widening zero-extends.
 ///
-/// `Derived` has three functions that make room for `n` characters, at least one, behind its text and give
-/// the place to write them to: `grownBy`, `grownByDigits` and `grownByHexDigits`. And it has `append`.
+/// `Derived` provides `append` and, for `n` of at least 1, three functions that extend the string by `n`
+/// characters and return where to write them: `extendBy`, `extendByDigits` and `extendByHexDigits`.
 template <typename Derived, StrChar T>
 class StrAppender {
     using OtherChar = std::conditional_t<std::same_as<T, char>, wchar_t, char>;
 
 public:
+    /// Appends a decimal integer.
     template <StrInteger I>
     Derived& appendValueOf(I number, bool emptyIfZero = false) noexcept
     {
         return appendDecimal(Decimal(number), emptyIfZero);
     }
-    /// "1" or "0".
+    /// Appends "1" or "0".
     template <std::same_as<bool> B>
     Derived& appendValueOf(B flag, bool emptyIfZero = false) noexcept
     {
         return appendDecimal(Decimal(static_cast<int>(flag)), emptyIfZero);
     }
-    /// The integer part and, where there is one, "." and the fraction; no exponent, no rounding, at most 41
-    /// characters. Numbers beyond 64 bits print as the nearest that fits, what is not a number prints as 0.
+    /// As for `double`.
     Derived& appendValueOf(float number, bool emptyIfZero = false) noexcept
     {
         return appendValueOf(static_cast<double>(number), emptyIfZero);
     }
+    /// Appends the integer part and, unless it is 0, "." and the fraction: no exponent, no rounding, at most
+    /// 41 characters. Values beyond 64 bits saturate and NaN prints as 0.
     Derived& appendValueOf(double number, bool emptyIfZero = false) noexcept;
-    /// The character itself.
+    /// Appends the character itself.
     Derived& appendValueOf(char c) noexcept { return appendText(&c, 1); }
+    /// Appends the character itself.
     Derived& appendValueOf(wchar_t c) noexcept { return appendText(&c, 1); }
+    /// Appends a null-terminated string; null appends nothing.
     Derived& appendValueOf(const char* text) noexcept { return appendText(text, lengthOf(text)); }
+    /// Appends `length` characters.
     Derived& appendValueOf(const char* text, long length) noexcept { return appendText(text, length); }
+    /// Appends a null-terminated string; null appends nothing.
     Derived& appendValueOf(const wchar_t* text) noexcept { return appendText(text, lengthOf(text)); }
+    /// Appends `length` characters.
     Derived& appendValueOf(const wchar_t* text, long length) noexcept { return appendText(text, length); }
-    /// The address, in 16 hexadecimal digits: raw bytes have no end that could be found.
+    /// Appends the address in 16 hexadecimal digits: bytes have no terminator at which to stop.
     Derived& appendValueOf(const unsigned char* address) noexcept;
 
-    /// Lower-case digits over the full width of the type; negative numbers print their two's complement.
+    /// Appends lower-case hexadecimal digits in the full width of the type; negative numbers as their two's
+    /// complement.
     template <StrHexInteger I>
     Derived& appendHexOf(I number) noexcept
     {
         return appendHexDigits(bitsOf(number), s_hexDigits<I>);
     }
-    /// `n` bytes in the order in which they lie in memory.
+    /// Appends two hexadecimal digits for each of `n` bytes, in memory order.
     Derived& appendHexOf(const void* bytes, long n) noexcept;
+
+    // As `appendValueOf` without `emptyIfZero`
 
     template <StrInteger I>
     Derived& operator<<(I number) noexcept

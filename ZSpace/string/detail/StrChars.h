@@ -18,27 +18,31 @@ class ZMStr;
 template <typename T>
 class ZStrToken;
 
-/// What the string classes are made of; not for callers of the framework.
+/// Implementation of the string classes; not for users of the library.
 ///
-/// Runs of characters are a pointer and a signed length. Unless said otherwise the pointer is not null and
-/// the length not negative. Nothing here allocates or throws.
+/// A run of characters is a pointer and a signed length. Unless stated otherwise the pointer is not null and
+/// the length is not negative. Nothing here allocates or throws.
 namespace detail {
 
+/// One of the listed types exactly.
+template <typename T, typename... Types>
+concept OneOf = (std::same_as<T, Types> || ...);
+
 template <typename T>
-concept StrChar = std::same_as<T, char> || std::same_as<T, wchar_t>;
+concept StrChar = OneOf<T, char, wchar_t>;
 
 /// The character of the other width.
 template <typename U, typename T>
 concept OtherStrChar = StrChar<U> && !std::same_as<U, T>;
 
-static_assert(sizeof(wchar_t) == 4, "wide text is held in 32-bit units");
+static_assert(sizeof(wchar_t) == 4, "wide strings hold 32-bit code units");
 
 [[nodiscard]] constexpr std::size_t unsignedOf(long n) noexcept
 {
     return static_cast<std::size_t>(n);
 }
 
-/// The order of characters is that of signed numbers, whatever the host's `char` and `wchar_t` are.
+/// Characters are ordered as signed numbers, whether or not the host's `char` and `wchar_t` are signed.
 template <StrChar T>
 [[nodiscard]] constexpr auto signedOf(T c) noexcept
 {
@@ -63,7 +67,7 @@ template <StrChar T>
         return static_cast<long>(std::wcslen(text));
 }
 
-/// As `lengthOf`, looking at no more than `limit` characters.
+/// As `lengthOf`, but reads at most `limit` characters.
 template <StrChar T>
 [[nodiscard]] inline long lengthWithin(const T* text, long limit) noexcept
 {
@@ -75,7 +79,7 @@ template <StrChar T>
         return static_cast<long>(::wcsnlen(text, unsignedOf(limit)));
 }
 
-/// Null may stand for a run of no characters.
+/// `n` may be 0 with null pointers.
 template <StrChar T>
 inline void copyChars(T* to, const T* from, long n) noexcept
 {
@@ -83,7 +87,7 @@ inline void copyChars(T* to, const T* from, long n) noexcept
         std::memcpy(to, from, unsignedOf(n) * sizeof(T));
 }
 
-/// As `copyChars`, for runs that may overlap.
+/// As `copyChars`, but the runs may overlap.
 template <StrChar T>
 inline void moveChars(T* to, const T* from, long n) noexcept
 {
@@ -91,7 +95,7 @@ inline void moveChars(T* to, const T* from, long n) noexcept
         std::memmove(to, from, unsignedOf(n) * sizeof(T));
 }
 
-/// Text crosses between the widths unit by unit: narrowing keeps the low 8 bits, widening adds zero bits.
+/// Converts between the widths code unit by code unit: narrowing keeps the low 8 bits, widening zero-extends.
 template <StrChar To, StrChar From>
 inline void convertChars(To* to, const From* from, long n) noexcept
 {
@@ -114,14 +118,14 @@ inline void fillChars(T* to, T c, long n) noexcept
         std::wmemset(to, c, unsignedOf(n));
 }
 
-/// Null may stand for a run of no characters.
+/// `n` may be 0 with null pointers.
 template <StrChar T>
 [[nodiscard]] inline bool equalChars(const T* a, const T* b, long n) noexcept
 {
     return n < 1 || std::memcmp(a, b, unsignedOf(n) * sizeof(T)) == 0;
 }
 
-/// The first `c` among `n` characters, or null.
+/// A pointer to the first `c` among `n` characters, or null.
 template <StrChar T>
 [[nodiscard]] inline const T* findChar(const T* text, long n, T c) noexcept
 {
@@ -136,7 +140,7 @@ template <StrChar T>
 template <StrChar T>
 [[nodiscard]] constexpr bool isWithin(T c, char first, char last) noexcept
 {
-    // One comparison: below `first` the difference wraps around.
+    // A single comparison: below `first` the difference wraps around.
     using Unsigned = std::make_unsigned_t<T>;
     return static_cast<Unsigned>(unsignedOf(c) - static_cast<Unsigned>(first))
         <= static_cast<Unsigned>(last - first);

@@ -31,8 +31,8 @@ template <StrChar T>
     return static_cast<T>('0' + digit);
 }
 
-/// Writes the characters of a number, with no terminator; `length` is what `number.length()` says. The digits
-/// come last first, two for each division.
+/// Writes a number without a terminator; `length` is `number.length()`. Produces the digits last first, two
+/// per division.
 template <StrChar T>
 inline void writeDecimal(T* to, long length, Decimal number) noexcept
 {

@@ -21,7 +21,7 @@ constexpr std::array<DigitPair, 256> s_hexPairs = [] {
     return pairs;
 }();
 
-/// Without a branch or a table, and no wider than the character: so compilers read many digits at once.
+/// No branch, no table and no type wider than the character, so that compilers vectorize loops over it.
 template <StrChar T>
 constexpr std::make_unsigned_t<T> nibbleOf(T c) noexcept
 {
@@ -42,7 +42,7 @@ bool startsWithMinus(const T* text, long n) noexcept
 template <StrChar T>
 long writeReal(T* to, double value, bool emptyIfZero) noexcept
 {
-    constexpr double limit = 9223372036854775808.0; // the first number above the 64-bit range
+    constexpr double limit = 9223372036854775808.0; // the smallest value above the 64-bit range
     long long whole = 0;
     double fraction = 0;
     if (value >= limit) {
@@ -57,14 +57,13 @@ long writeReal(T* to, double value, bool emptyIfZero) noexcept
         return 0;
 
     Decimal number(whole);
-    number.isNegative = whole < 0 || (fraction != 0 && value < 0); // -0.5 has a sign that its 0 cannot carry
+    number.isNegative = whole < 0 || (fraction != 0 && value < 0); // the integer part of -0.5 has no sign
     long n = number.length();
     writeDecimal(to, n, number);
     if (fraction != 0)
         to[n++] = '.';
-    while (fraction != 0 && n < s_realRoom) {
-        // A call of its own keeps the product from being fused into the subtraction, which would print other
-        // digits on hosts that can do so.
+    while (fraction != 0 && n < s_maxRealLength) {
+        // The call keeps compilers from fusing the product into the subtraction, which would change digits.
         double digit = 0;
         fraction = std::modf(fraction * 10, &digit);
         to[n++] = digitChar<T>(static_cast<unsigned>(digit));

@@ -10,15 +10,17 @@
 
 namespace ZSpace::detail {
 
-/// Types that print as whole numbers: every width and sign, and enumerations that convert by themselves.
-/// Truth values and characters are none of them.
-template <typename I>
-concept StrInteger =
-    (std::integral<
-         I> && !std::same_as<I, bool> && !std::same_as<I, char> && !std::same_as<I, wchar_t> && !std::same_as<I, char8_t> && !std::same_as<I, char16_t> && !std::same_as<I, char32_t>)
-    || (std::is_enum_v<I> && std::convertible_to<I, long long>);
+/// An enumeration that converts to integers implicitly.
+template <typename E>
+concept UnscopedEnum = std::is_enum_v<E> && std::convertible_to<E, long long>;
 
-/// A whole number, split into what is printed.
+/// Types that print as decimal integers: integers of every width and unscoped enumerations, but neither
+/// `bool` nor characters.
+template <typename I>
+concept StrInteger = UnscopedEnum<I> ||(
+    std::integral<I> && !OneOf<I, bool, char, wchar_t, char8_t, char16_t, char32_t>);
+
+/// An integer as sign and magnitude.
 struct Decimal {
     template <StrInteger I>
     constexpr explicit Decimal(I value) noexcept
@@ -27,33 +29,30 @@ struct Decimal {
         if constexpr (std::is_signed_v<decltype(+value)>)
             isNegative = value < I(0);
         if (isNegative)
-            magnitude = 0 - magnitude; // also right for the smallest number, which has no positive twin
+            magnitude = 0 - magnitude; // correct for the smallest value too, whose negation would overflow
     }
 
-    /// The number of characters, the sign included.
+    /// The number of characters, including the sign.
     [[nodiscard]] constexpr long length() const noexcept;
 
     unsigned long long magnitude;
     bool isNegative = false;
 };
 
-/// The characters of the longest number with sign, and some to spare.
-constexpr long s_decimalRoom = 23;
-/// A real number is cut off behind so many characters.
-constexpr long s_realRoom = 41;
+/// A floating-point number is cut after this many characters.
+constexpr long s_maxRealLength = 41;
 
-/// Writes a real number: the integer part, and a fraction where there is one, digit by digit until nothing is
-/// left of it. No exponent and no rounding. Numbers too large for 64 bits are held at the largest that fits;
-/// what is not a number prints as 0.
-/// @return the number of characters written, at most `s_realRoom`, with no terminator.
+/// Writes the integer part and, unless it is 0, "." and the fraction, digit by digit until the remainder is 0.
+/// No exponent, no rounding, no terminator. Values beyond 64 bits saturate; NaN prints as 0.
+/// @return the number of characters written, at most `s_maxRealLength`.
 template <StrChar T>
 long writeReal(T* to, double value, bool emptyIfZero) noexcept;
 
-/// Writes `digits` hexadecimal digits in lower case, the most significant first.
+/// Writes `digits` lower-case hexadecimal digits, most significant first.
 template <StrChar T>
 void writeHex(T* to, unsigned long long value, long digits) noexcept;
 
-/// Writes two hexadecimal digits for each of `n` bytes, in the order in which they lie in memory.
+/// Writes two hexadecimal digits for each of `n` bytes, in memory order.
 template <StrChar T>
 void writeHexBytes(T* to, const void* bytes, long n) noexcept;
 
@@ -61,7 +60,7 @@ void writeHexBytes(T* to, const void* bytes, long n) noexcept;
 template <StrChar T>
 [[nodiscard]] unsigned long long readDecimal(const T* text, long n) noexcept;
 
-/// As `readDecimal`, with an optional "-" ahead.
+/// As `readDecimal`, with an optional leading "-".
 template <StrChar T>
 [[nodiscard]] unsigned long long readSignedDecimal(const T* text, long n) noexcept;
 
@@ -69,11 +68,11 @@ template <StrChar T>
 template <StrChar T>
 [[nodiscard]] double readReal(const T* text, long n) noexcept;
 
-/// The value of a hexadecimal digit of either case; 0 for any other character.
+/// The value of a hexadecimal digit of either case, 0 for any other character.
 template <StrChar T>
 [[nodiscard]] unsigned char readNibble(T c) noexcept;
 
-/// Reads exactly `digits` hexadecimal digits. Those that a shorter text lacks count as 0 at their place.
+/// Reads exactly `digits` hexadecimal digits. Digits missing at the end count as 0.
 template <StrChar T>
 [[nodiscard]] unsigned long long readHex(const T* text, long n, long digits) noexcept;
 
@@ -81,17 +80,15 @@ template <StrChar T>
 template <StrChar T>
 void readHexBytes(void* to, const T* text, long count) noexcept;
 
-/// Types that print as hexadecimal numbers; a character prints as the number it is.
+/// Types that print as hexadecimal numbers; a character prints as its number.
 template <typename I>
 concept StrHexInteger = std::integral<I> && !std::same_as<I, bool>;
 
-/// The types that print as hexadecimal into a caller's array. Only these, so that a count beside an array of
-/// characters is never taken for the number to be printed.
+/// Types that print as hexadecimal numbers into a caller's array.
 template <typename U>
-concept StrHexWord = std::same_as<U, unsigned char> || std::same_as<U, unsigned short> || std::same_as<U,
-    unsigned int> || std::same_as<U, unsigned long long>;
+concept StrHexWord = OneOf<U, unsigned char, unsigned short, unsigned int, unsigned long long>;
 
-/// Two's complement bits, with nothing above the width of the type.
+/// The two's complement bits, zero above the width of the type.
 template <StrHexInteger I>
 [[nodiscard]] constexpr unsigned long long bitsOf(I value) noexcept
 {
@@ -112,8 +109,8 @@ constexpr unsigned long long s_powersOfTen[]{1ULL, 10ULL, 100ULL, 1000ULL, 10000
 
 constexpr long Decimal::length() const noexcept
 {
-    // 1233 / 4096 is log10(2) closely enough to be off by at most one, which the table settles.
-    const unsigned long long number = magnitude | 1; // 0 has a digit as well
+    // 1233 / 4096 approximates log10(2), so the guess is at most one too small; the table corrects it.
+    const unsigned long long number = magnitude | 1; // 0 has a digit, too
     const int guess = static_cast<int>(std::bit_width(number)) * 1233 >> 12;
     return guess + (number >= numbers::s_powersOfTen[guess]) + isNegative;
 }

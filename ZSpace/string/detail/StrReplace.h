@@ -8,18 +8,17 @@
 
 namespace ZSpace::detail {
 
-/// Replacing one text by another: counts first, so that the room for the result is known before it is
-/// written.
+/// Replaces occurrences of one string by another. Counts them first, so that the result is allocated once.
 template <StrChar T>
 class Replacement {
 public:
     Replacement(ZStrToken<T> text, ZStrToken<T> what, ZStrToken<T> with, long max) noexcept;
 
-    /// How many occurrences are to be replaced.
+    /// The number of occurrences to replace.
     [[nodiscard]] long hits() const noexcept { return m_hits; }
-    /// The number of characters of the result.
+    /// The length of the result.
     [[nodiscard]] long length() const noexcept;
-    /// Writes the result, with no terminator.
+    /// Writes the result without a terminator.
     void writeTo(T* to) const noexcept;
 
 private:

@@ -11,8 +11,7 @@ namespace {
 
 constexpr long s_block = 32;
 
-/// One bit per character below 256, which is every narrow one. What lies above is looked up in the set
-/// itself.
+/// One bit for each character below 256, so for every narrow one; others are looked up in the set itself.
 template <StrChar T>
 class CharSet {
 public:
@@ -49,8 +48,8 @@ std::uint64_t wordAt(const T* text) noexcept
     return word;
 }
 
-/// The first index of a range that passes the test, the end of the range when none does. Whole blocks are
-/// tested without a branch, which compilers turn into vector instructions.
+/// The first index in [from, end) that passes the test, `end` if none does. Whole blocks are tested without a
+/// branch, so that compilers use vector instructions.
 template <StrChar T, typename Test>
 long firstWhere(long from, long end, Test test) noexcept
 {
@@ -66,7 +65,7 @@ long firstWhere(long from, long end, Test test) noexcept
     return from;
 }
 
-/// The last index from 0 to `from` that passes the test, -1 when none does.
+/// The last index in [0, from] that passes the test, -1 if none does.
 template <StrChar T, typename Test>
 long lastWhere(long from, Test test) noexcept
 {
@@ -87,7 +86,7 @@ long lastWhere(long from, Test test) noexcept
 template <StrChar T>
 long mismatch(const T* a, const T* b, long n) noexcept
 {
-    // Long runs of equal characters are the C library's, the place itself is found by words.
+    // The C library skips long equal runs; a word at a time then finds the difference.
     constexpr long run = 256;
     constexpr long word = sizeof(std::uint64_t) / sizeof(T);
     long i = 0;
@@ -111,13 +110,13 @@ long find(const T* text, long n, const T* what, long m, long from) noexcept
 {
     if (m == 1)
         return find(text, n, *what, from);
-    // A place must fit at both ends before the middle is looked at.
+    // The first and the last character must match before the rest is compared.
     const T first = what[0];
     const long toLast = m - 1;
     const T last = what[toLast];
-    const long places = n - m + 1;
-    const auto fitsAtEnds = [=](long i) { return (text[i] == first) & (text[i + toLast] == last); };
-    for (long i = from; (i = firstWhere<T>(i, places, fitsAtEnds)) < places; ++i) {
+    const long end = n - m + 1;
+    const auto matchesAtEnds = [=](long i) { return (text[i] == first) & (text[i + toLast] == last); };
+    for (long i = from; (i = firstWhere<T>(i, end, matchesAtEnds)) < end; ++i) {
         if (equalChars(text + i, what, m))
             return i;
     }
@@ -136,8 +135,8 @@ long findLast(const T* text, const T* what, long m, long from) noexcept
     const T first = what[0];
     const long toLast = m - 1;
     const T last = what[toLast];
-    const auto fitsAtEnds = [=](long i) { return (text[i] == first) & (text[i + toLast] == last); };
-    for (long i = from; (i = lastWhere<T>(i, fitsAtEnds)) >= 0; --i) {
+    const auto matchesAtEnds = [=](long i) { return (text[i] == first) & (text[i + toLast] == last); };
+    for (long i = from; (i = lastWhere<T>(i, matchesAtEnds)) >= 0; --i) {
         if (equalChars(text + i, what, m))
             return i;
     }

@@ -11,15 +11,15 @@
 
 namespace ZSpace::detail {
 
-/// The first place where `a` and `b` differ, `n` where they do not.
+/// The index of the first character in which `a` and `b` differ, `n` if there is none.
 template <StrChar T>
 [[nodiscard]] long mismatch(const T* a, const T* b, long n) noexcept;
 
-/// As `mismatch`, "A" to "Z" counting as "a" to "z".
+/// As `mismatch`, with "A" to "Z" folded to lower case.
 template <StrChar T>
 [[nodiscard]] long mismatchIgnoreCase(const T* a, const T* b, long n) noexcept;
 
-/// Where the first of `n` characters that is `c` stands, looking from `from` on; -1 when there is none.
+/// The index of the first `c` at or after `from` among `n` characters, -1 if there is none.
 template <StrChar T>
 [[nodiscard]] inline long find(const T* text, long n, T c, long from) noexcept
 {
@@ -27,25 +27,25 @@ template <StrChar T>
     return hit ? hit - text : -1;
 }
 
-/// As above for a run of `m` characters, `m` of at least 1.
-/// Takes up to n * m comparisons in texts that repeat themselves, one pass everywhere else.
+/// As above, for a run of `m` characters; `m` is at least 1. One pass, except for strings that repeat
+/// themselves, which take up to n * m comparisons.
 template <StrChar T>
 [[nodiscard]] long find(const T* text, long n, const T* what, long m, long from) noexcept;
 
-/// The last `c` that stands at or before `from`, which is below the length; -1 when there is none.
+/// The index of the last `c` at or before `from`, which is below the length; -1 if there is none.
 template <StrChar T>
 [[nodiscard]] long findLast(const T* text, T c, long from) noexcept;
 
-/// As above for a run of `m` characters, `m` of at least 1, of which the first stands at or before `from`.
+/// As above, for a run of `m` characters that starts at or before `from`; `m` is at least 1.
 template <StrChar T>
 [[nodiscard]] long findLast(const T* text, const T* what, long m, long from) noexcept;
 
-/// How often `c` occurs.
+/// The number of characters that equal `c`.
 template <StrChar T>
 [[nodiscard]] long countOf(const T* text, long n, T c) noexcept;
 
-/// How often `what` occurs, left to right and not overlapping, at most `limit` times. An empty `what` does
-/// not occur.
+/// The number of non-overlapping occurrences of `what` from left to right, at most `limit`; 0 for an empty
+/// `what`.
 template <StrChar T>
 [[nodiscard]] long countOf(const T* text, long n, const T* what, long m, long limit = LONG_MAX) noexcept;
 
@@ -57,23 +57,8 @@ template <StrChar T>
 template <StrChar T>
 [[nodiscard]] long leadingRun(const T* text, long n, const T* set, long setLength) noexcept;
 
-/// Where a position given by a caller lies in a text: a negative one counts from the end and stops at the
-/// beginning, one past the end stops at the end.
-[[nodiscard]] constexpr long clampedPosition(long at, long length) noexcept
-{
-    if (at < 0)
-        return at + length > 0 ? at + length : 0;
-    return at < length ? at : length;
-}
-
-/// How many characters a request for `count` from a clamped position on covers; a negative count means all.
-[[nodiscard]] constexpr long clampedCount(long count, long at, long length) noexcept
-{
-    return count < 0 || count > length - at ? length - at : count;
-}
-
-/// Calls `piece(start, length)` for each of the pieces that a separator of `m` characters, `m` of at least 1,
-/// cuts a text into; after `limit` - 1 pieces the rest is one piece.
+/// Calls `piece(start, length)` for each piece between separators of `m` characters; `m` is at least 1. After
+/// `limit` - 1 pieces the rest is one piece.
 template <StrChar T, typename Piece>
 void forEachPiece(const T* text, long n, const T* separator, long m, long limit, Piece piece)
 {
@@ -88,7 +73,7 @@ void forEachPiece(const T* text, long n, const T* separator, long m, long limit,
     piece(start, n - start);
 }
 
-/// A limit on pieces or replacements as callers give it: below 1 there is none.
+/// The limit that a caller's `max` denotes: a value below 1 means no limit.
 [[nodiscard]] constexpr long limitOf(long max) noexcept
 {
     return max < 1 ? LONG_MAX : max;

@@ -9,7 +9,7 @@
 
 namespace ZSpace::detail {
 
-/// The pieces of a text as strings of their own. They are counted first, so that the array is made once.
+/// Splits a string into owned pieces. Counts them first, so that the array is allocated once.
 template <typename Str, StrChar T>
 [[nodiscard]] ZArray<Str, ZAllocation<Str>> splitText(ZStrToken<T> text, ZStrToken<T> separator, long max)
 {

@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#include "ZSpace/string/detail/StrOperations.h"
+
+#include "ZSpace/string/ZStrToken.h"
+#include "ZSpace/string/detail/StrSearch.h"
+
+namespace ZSpace::detail {
+
+template <StrChar T>
+long compare(ZStrToken<T> a, ZStrToken<T> b) noexcept
+{
+    const long n = std::min(a.Length(), b.Length());
+    const long i = mismatch<T>(a, b, n);
+    if (i < n)
+        return signedOf(static_cast<const T*>(a)[i]) < signedOf(static_cast<const T*>(b)[i]) ? -1 : 1;
+    return a.Length() - b.Length();
+}
+
+template <StrChar T>
+long compareIgnoreCase(ZStrToken<T> a, ZStrToken<T> b) noexcept
+{
+    const long n = std::min(a.Length(), b.Length());
+    const long i = mismatchIgnoreCase<T>(a, b, n);
+    if (i < n) {
+        const T ofA = lowerOf(static_cast<const T*>(a)[i]);
+        const T ofB = lowerOf(static_cast<const T*>(b)[i]);
+        return signedOf(ofA) < signedOf(ofB) ? -1 : 1;
+    }
+    return a.Length() - b.Length();
+}
+
+template <StrChar T>
+bool isLike(ZStrToken<T> a, ZStrToken<T> b) noexcept
+{
+    const long n = lengthOf(a);
+    return n == lengthOf(b) && equalChars<T>(a, b, n);
+}
+
+template <StrChar T>
+long indexOf(ZStrToken<T> text, T c, long from) noexcept
+{
+    const long length = lengthOf(text);
+    const long start = clampedPosition(from, length);
+    return start < length ? find<T>(text, length, c, start) : -1;
+}
+
+template <StrChar T>
+long indexOf(ZStrToken<T> text, ZStrToken<T> what, long from) noexcept
+{
+    const long length = lengthOf(text);
+    const long start = clampedPosition(from, length);
+    const bool fits = !what.isEmpty() && what.Length() <= length - start;
+    return fits ? find<T>(text, length, what, what.Length(), start) : -1;
+}
+
+template <StrChar T>
+long lastIndexOf(ZStrToken<T> text, T c, long from) noexcept
+{
+    const long length = lengthOf(text);
+    return findLast<T>(text, c, std::min(from < 0 ? from + length : from, length - 1));
+}
+
+template <StrChar T>
+long lastIndexOf(ZStrToken<T> text, ZStrToken<T> what, long from) noexcept
+{
+    if (what.isEmpty())
+        return -1;
+    const long length = lengthOf(text);
+    const long start = std::min(from < 0 ? from + length : from, length - what.Length());
+    return findLast<T>(text, what, what.Length(), start);
+}
+
+template <StrChar T>
+long count(ZStrToken<T> text, T c) noexcept
+{
+    return countOf<T>(text, text.Length(), c);
+}
+
+template <StrChar T>
+long count(ZStrToken<T> text, ZStrToken<T> what) noexcept
+{
+    return countOf<T>(text, text.Length(), what, what.Length());
+}
+
+template <StrChar T>
+long verify(ZStrToken<T> text, T c, long from) noexcept
+{
+    const long length = lengthOf(text);
+    const long start = clampedPosition(from, length);
+    if (start >= length)
+        return -1;
+    const long other = start + leadingRun<T>(text + start, length - start, c);
+    return other < length ? other : -1;
+}
+
+template <StrChar T>
+long verify(ZStrToken<T> text, ZStrToken<T> set, long from) noexcept
+{
+    const long length = lengthOf(text);
+    const long start = clampedPosition(from, length);
+    if (start >= length)
+        return -1;
+    if (set.isEmpty())
+        return 0;
+    const long other = start + leadingRun<T>(text + start, length - start, set, set.Length());
+    return other < length ? other : -1;
+}
+
+template long compare(ZStrToken<char>, ZStrToken<char>) noexcept;
+template long compare(ZStrToken<wchar_t>, ZStrToken<wchar_t>) noexcept;
+template long compareIgnoreCase(ZStrToken<char>, ZStrToken<char>) noexcept;
+template long compareIgnoreCase(ZStrToken<wchar_t>, ZStrToken<wchar_t>) noexcept;
+template bool isLike(ZStrToken<char>, ZStrToken<char>) noexcept;
+template bool isLike(ZStrToken<wchar_t>, ZStrToken<wchar_t>) noexcept;
+template long indexOf(ZStrToken<char>, char, long) noexcept;
+template long indexOf(ZStrToken<wchar_t>, wchar_t, long) noexcept;
+template long indexOf(ZStrToken<char>, ZStrToken<char>, long) noexcept;
+template long indexOf(ZStrToken<wchar_t>, ZStrToken<wchar_t>, long) noexcept;
+template long lastIndexOf(ZStrToken<char>, char, long) noexcept;
+template long lastIndexOf(ZStrToken<wchar_t>, wchar_t, long) noexcept;
+template long lastIndexOf(ZStrToken<char>, ZStrToken<char>, long) noexcept;
+template long lastIndexOf(ZStrToken<wchar_t>, ZStrToken<wchar_t>, long) noexcept;
+template long count(ZStrToken<char>, char) noexcept;
+template long count(ZStrToken<wchar_t>, wchar_t) noexcept;
+template long count(ZStrToken<char>, ZStrToken<char>) noexcept;
+template long count(ZStrToken<wchar_t>, ZStrToken<wchar_t>) noexcept;
+template long verify(ZStrToken<char>, char, long) noexcept;
+template long verify(ZStrToken<wchar_t>, wchar_t, long) noexcept;
+template long verify(ZStrToken<char>, ZStrToken<char>, long) noexcept;
+template long verify(ZStrToken<wchar_t>, ZStrToken<wchar_t>, long) noexcept;
+
+} // namespace ZSpace::detail
