@@ -3,8 +3,10 @@
 
 #pragma once
 
+/// @file
 /// The whole framework in one include. Code that needs one class includes that class's own header instead.
 
+#include "ZSpace/Version.h"
 #include "ZSpace/core/ZArray.h"
 #include "ZSpace/core/ZDelegate.h"
 #include "ZSpace/core/ZException.h"

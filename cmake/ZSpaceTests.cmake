@@ -16,8 +16,6 @@ function(zspace_add_tests target)
     add_executable(${target} ${ARGN})
     target_link_libraries(${target} PRIVATE ZSpace::zspace GTest::gmock_main)
     target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
-    target_compile_definitions(${target} PRIVATE
-        ZSPACE_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ZSPACE_BINARY_DIR="${PROJECT_BINARY_DIR}")
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
     zspace_private_flags(${target})
     # The tests themselves need no speed, and compile faster without.
@@ -26,6 +24,9 @@ function(zspace_add_tests target)
     target_compile_options(${target} PRIVATE
         "$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-array-bounds;-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread>")
     target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-    gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST
-        DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60)
+    # In ctest a test is called <what is tested>.<suite>.<test>, without the types and values of its parameters: short
+    # enough for one line of a terminal.
+    string(REGEX REPLACE "_tests$" "" prefix ${target})
+    gtest_discover_tests(${target} TEST_PREFIX "${prefix}." NO_PRETTY_TYPES NO_PRETTY_VALUES
+        DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60)
 endfunction()
