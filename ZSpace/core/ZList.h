@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <memory>
 #include <utility>
 
 namespace ZSpace {
@@ -89,6 +90,9 @@ public:
     /// Appends a copy of `value`, which may be an element of this list, and returns the stored element.
     T* add(const T& value) noexcept;
 
+    /// As `add`, but throws `std::bad_alloc` and leaves the list unchanged if allocation fails.
+    T* append(T value);
+
     /// Removes and deletes the element at `i`. The capacity stays.
     /// @return false, with nothing changed, if `i` is out of range.
     bool il_removeAt(const long& i) noexcept;
@@ -103,9 +107,6 @@ protected:
 
     /// Replaces the element at `index` by `item` and deletes the old one; the list adopts `item`.
     void il_replaceAt(long index, T* item) noexcept;
-
-    /// Allocates a slot for one more element, as `add` would, but throws `std::bad_alloc` on failure.
-    void il_reserveOne();
 
     /// Allocates the capacity that appending `count` elements one by one to an empty list leads to.
     void il_reserve(long count);
@@ -199,9 +200,11 @@ void ZList<T>::il_replaceAt(long index, T* item) noexcept
 }
 
 template <typename T>
-void ZList<T>::il_reserveOne()
+T* ZList<T>::append(T value)
 {
+    auto element = std::make_unique<T>(std::move(value));
     Slots::reserve(Count() + 1);
+    return il_append(element.release());
 }
 
 template <typename T>

@@ -4,6 +4,7 @@
 #include "ZSpace/log/LogFrontEnd.h"
 
 #include "ZSpace/log/ZTransferLog.h"
+#include "ZSpace/log/detail/BoundedText.h"
 #include "ZSpace/log/detail/DebugLog.h"
 #include "ZSpace/log/detail/FileLogging.h"
 #include "ZSpace/platform/Debugger.h"
@@ -11,67 +12,35 @@
 #include "ZSpace/platform/SystemLog.h"
 
 #include <cstddef>
-#include <cstdio>
 #include <cstring>
+#include <string>
 
 namespace Host = ZSpace::Host;
 namespace NS = ZSpace::NS;
 
-// The process-wide switches, `debugLogEnabled` with them: all zero at start, written by CNSInitLog alone,
-// before other threads log.
-Host::SystemLogClient* asl = nullptr; // null while the system log is not open; never closed
-Host::SystemLogMessage* aslMsg = nullptr; // made together with `asl`
+// Process-wide, like `debugLogEnabled`: zero at start and written only by CNSInitLog.
+Host::SystemLogClient* asl = nullptr; // null unless the system log is open; never closed
+Host::SystemLogMessage* aslMsg = nullptr; // created together with `asl`
 
 namespace {
 
 constexpr std::size_t s_lineSize = 4096;
 constexpr std::size_t s_tracedLineSize = 8192;
 
-/// Text formatted on the stack and cut, without notice, to the bytes that fit.
-template <std::size_t size>
-class BoundedText {
-public:
-    BoundedText(const char* format, std::va_list arguments) noexcept
-    {
-        m_own[0] = m_own[size - 1] = '\0';
-        if (!format)
-            return;
-        if (std::strcmp(format, "%s") == 0)
-            takeText(arguments);
-        else if (std::vsnprintf(m_own, size, format, arguments) < 0)
-            take(format); // one that the C library gives up on tells more as it is than an empty line
+using Line = ZSpace::detail::BoundedText<s_lineSize>;
+using TracedLine = ZSpace::detail::BoundedText<s_tracedLineSize>;
+
+/// Logging must never stop a program: a line for which there is no memory is dropped.
+template <typename Write>
+void dropFailures(Write write) noexcept
+{
+    try {
+        write();
+    } catch (...) { // NOLINT(bugprone-empty-catch): by design
     }
-    BoundedText(const BoundedText&) = delete; // refers to itself
-    BoundedText& operator=(const BoundedText&) = delete;
-    ~BoundedText() = default;
+}
 
-    /// Good while both this and the arguments are.
-    [[nodiscard]] const char* get() const noexcept { return m_text; }
-
-private:
-    /// The one format that most callers use needs no formatter, which would take longer than all the rest.
-    void takeText(std::va_list arguments) noexcept
-    {
-        std::va_list rest;
-        va_copy(rest, arguments);
-        const char* const text = va_arg(rest, const char*);
-        va_end(rest);
-        take(text ? text : "(null)");
-    }
-    /// Texts that fit stay where they are.
-    void take(const char* text) noexcept
-    {
-        if (strnlen(text, size) < size)
-            m_text = text;
-        else
-            std::memcpy(m_own, text, size - 1);
-    }
-
-    char m_own[size]; // not cleared: formatting terminates it
-    const char* m_text = m_own;
-};
-
-/// Where a line goes that no log book takes: the system log when it is open, else the console.
+/// The destination of lines that no log book takes: the system log if it is open, otherwise the console.
 void writeToSystem(int level, const char* text)
 {
     if (asl) {
@@ -82,7 +51,7 @@ void writeToSystem(int level, const char* text)
     NS::log(NS::String("%s").native(), text);
 }
 
-/// The one road of every line. The text is never used as a format.
+/// Every line but those of CNSSysLog passes here. The text is never used as a format.
 void writeLine(const char* text)
 {
     if (!ZSpace::ZTransferLog::log(text))
@@ -95,11 +64,15 @@ void writeLine(const NS::String& text)
         writeLine(utf8);
 }
 
-void writeWithStackTrace(const NS::MutableString& text)
+/// The format of an `OCNS` function without `%n`.
+NS::String storeless(NSString* format)
 {
-    OCAppendStackTrace(text.native());
-    if (const char* const utf8 = text.UTF8String())
-        writeLine(utf8);
+    const NS::String original = NS::String::retain(format);
+    const char* const utf8 = original.UTF8String();
+    if (!utf8)
+        return original;
+    const ZSpace::detail::StorelessFormat result(utf8);
+    return result.get() == utf8 ? original : NS::String(result.get());
 }
 
 } // namespace
@@ -110,7 +83,7 @@ void CNSInitLog(int flags, int sysLogSwitch, const char* tag, const char* userLo
     if ((flags & CNSLogFlagDebug) || isDebugged)
         debugLogEnabled = 1;
     if (userLogDir && std::strlen(userLogDir) >= 2)
-        ZSpace::useLogFolder(userLogDir);
+        ZSpace::useLogDirectory(userLogDir);
     if (flags & CNSLogFlagFile)
         ZSpace::enableFileLogging(tag ? tag : "");
     if (sysLogSwitch == 1) {
@@ -132,14 +105,15 @@ bool CNSDbgLogEnabled(void)
 
 void CLogV(const char* format, va_list arguments)
 {
-    const BoundedText<s_lineSize> text(format, arguments);
-    writeLine(text.get());
+    dropFailures([&] { writeLine(Line(format, arguments).get()); });
 }
 
 void OCLogV(NSString* format, va_list arguments)
 {
-    const NS::AutoreleasePool pool;
-    writeLine(NS::String::stringWithFormat(format, arguments));
+    dropFailures([&] {
+        const NS::AutoreleasePool pool;
+        writeLine(NS::String::stringWithFormat(storeless(format).native(), arguments));
+    });
 }
 
 void CNSLog(const char* format, ...)
@@ -182,29 +156,38 @@ void CNSSysLog(int level, const char* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    const BoundedText<s_lineSize> text(format, arguments);
+    dropFailures([&] { writeToSystem(level, Line(format, arguments).get()); });
     va_end(arguments);
-    writeToSystem(level, text.get());
 }
 
 void CNSLogWithStackTrace(const char* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    const BoundedText<s_tracedLineSize> text(format, arguments);
+    dropFailures([&] {
+        const TracedLine text(format, arguments);
+        const NS::AutoreleasePool pool;
+        const NS::MutableString trace("");
+        OCAppendStackTrace(trace.native());
+        // The text bypasses the host's strings, which would change what is not UTF-8.
+        writeLine((std::string(text.get()) + trace.UTF8String()).c_str());
+    });
     va_end(arguments);
-    const NS::AutoreleasePool pool;
-    writeWithStackTrace(NS::MutableString(text.get()));
 }
 
 void OCNSLogWithStackTrace(NSString* format, ...)
 {
-    const NS::AutoreleasePool pool;
     va_list arguments;
     va_start(arguments, format);
-    const NS::MutableString text = NS::MutableString::stringWithFormat(format, arguments);
+    dropFailures([&] {
+        const NS::AutoreleasePool pool;
+        const NS::MutableString text =
+            NS::MutableString::stringWithFormat(storeless(format).native(), arguments);
+        OCAppendStackTrace(text.native());
+        if (const char* const utf8 = text.UTF8String())
+            writeLine(utf8);
+    });
     va_end(arguments);
-    writeWithStackTrace(text);
 }
 
 void OCAppendStackTrace(NSMutableString* text)
@@ -223,5 +206,5 @@ void OCAppendStackTrace(NSMutableString* text)
 void CNSLogMsg(const char* text)
 {
     if (text)
-        writeLine(text);
+        dropFailures([=] { writeLine(text); });
 }

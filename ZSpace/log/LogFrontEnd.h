@@ -9,80 +9,76 @@
 #include <stdarg.h> // NOLINT(modernize-deprecated-headers)
 #include <stdbool.h> // NOLINT(modernize-deprecated-headers)
 
-/// The log front end: plain functions through which a program writes log lines.
+/// The log front end: plain functions that write log lines, for C, C++, Objective-C and Objective-C++.
 ///
-///     CNSInitLog(0x102, 0, "MyTool", "/var/log/mytool");
+///     CNSInitLog(CNSLogFlagDebug | CNSLogFlagFile, 0, "MyTool", "/var/log/mytool");
 ///     CNSLog("started with %d files", count);
 ///
-/// A line goes to the log book that is attached to the process (normally the report file that `CNSInitLog`
-/// opens). When none takes it, it goes to the system log, if that was opened, and else to the console by
-/// `NSLog`.
+/// A line goes to the attached log book, usually the report file that `CNSInitLog` opens. If there is none, it
+/// goes to the system log if that is open, and otherwise to the console (standard error).
 ///
-/// No function reports a failure. All may be called from any thread, `CNSInitLog` alone once, at the start,
-/// before other threads log. Before it, lines go to the console. A null format or text counts as empty
-/// (`CNSLogMsg`: is ignored).
+/// No function reports a failure; a line for which there is no memory is dropped. All functions may be called
+/// from any thread at any time, and none from a signal handler. Before `CNSInitLog`, lines go to the console.
+/// A null format or text counts as empty, except that `CNSLogMsg` ignores it.
 ///
-/// `CNS...` functions take a printf format; `OCNS...` functions take an `NSString` format, in which `%@`
-/// prints an object and which knows the printf conversions, too.
-///
-/// Usable from C, C++, Objective-C and Objective-C++.
+/// `CNS...` functions take a printf format; `OCNS...` functions take an `NSString` format, which also knows
+/// `%@` for objects. `%n` stores nothing in either.
 
 #ifdef __cplusplus
 extern "C" {
 #endif
 
-/// Bits of the flags of `CNSInitLog`. Other bits are ignored.
+/// The flags of `CNSInitLog`. Other bits are ignored.
 enum CNSLogFlags {
-    CNSLogFlagDebug = 0x002, ///< debug lines are written
-    CNSLogFlagFile = 0x100, ///< lines go into a new report file
+    CNSLogFlagDebug = 0x002, ///< write debug lines
+    CNSLogFlagFile = 0x100 ///< write to a new report file
 };
 
-/// Sets up logging for the process.
-/// @param flags `CNSLogFlags`. An attached debugger turns debug lines on as well; nothing turns them off
-/// again.
+/// Sets up logging for the process. Calling it again with `CNSLogFlagFile` starts a new report file.
+/// @param flags `CNSLogFlags`. An attached debugger turns debug lines on, too; nothing turns them off again.
 /// @param sysLogSwitch exactly 1 opens the system log, with a copy to standard error under a debugger.
-/// @param tag begins the report file's name and is the ident in the system log.
-/// @param userLogDir the report file's folder, made when it is missing; a text shorter than 2 characters, or
-/// null,
-///        leaves the folder of the user's home.
-/// A report file that cannot be opened is passed over in silence.
+/// @param tag begins the name of the report file and identifies the program in the system log.
+/// @param userLogDir the directory of report files, created if missing; null or a string shorter than 2
+/// characters means the directory in the user's home.
+///
+/// If the report file cannot be opened, lines go where they went before.
 void CNSInitLog(int flags, int sysLogSwitch, const char* tag, const char* userLogDir);
 
-/// Closes the report file, unless other code holds its log book. Later lines go to the system log or the
-/// console.
+/// Detaches the report file, which is closed when its last user is done. Later lines go to the system log or
+/// the console.
 void CNSDisableFileLogging(void);
 
-/// True when debug lines are written.
+/// Whether debug lines are written.
 bool CNSDbgLogEnabled(void);
 
-/// Writes one line; a text beyond 4095 bytes is cut there. Formats on the stack.
+/// Writes one line, cut to its first 4095 bytes. Formats on the stack.
 __attribute__((format(printf, 1, 2))) void CNSLog(const char* format, ...);
 __attribute__((format(printf, 1, 0))) void CLogV(const char* format, va_list arguments);
-/// As `CNSLog` when debug lines are on; otherwise returns before it formats anything.
+/// As `CNSLog` if debug lines are on; otherwise returns without formatting.
 __attribute__((format(printf, 1, 2))) void CNSDbgLog(const char* format, ...);
 
-/// Writes one line, of any length.
+/// Writes one line of any length.
 void OCNSLog(NSString* format, ...);
 void OCLogV(NSString* format, va_list arguments);
-/// As `OCNSLog` when debug lines are on.
+/// As `OCNSLog` if debug lines are on.
 void OCNSDbgLog(NSString* format, ...);
 
-/// Writes to the system log at `level` (0 emergency to 7 debug), or to the console when it is not open, and
-/// never to the report file. A text beyond 4095 bytes is cut there.
+/// Writes to the system log at `level` (0 emergency to 7 debug), or to the console if the system log is not
+/// open; never to the report file. The text is cut to its first 4095 bytes.
 __attribute__((format(printf, 2, 3))) void CNSSysLog(int level, const char* format, ...);
 
-/// Writes the text, cut at 8191 bytes, and behind it the calling thread's call stack.
+/// Writes the text, cut to its first 8191 bytes, followed by the calling thread's call stack.
 __attribute__((format(printf, 1, 2))) void CNSLogWithStackTrace(const char* format, ...);
-/// As `CNSLogWithStackTrace`, with text of any length.
+/// As `CNSLogWithStackTrace`, with a text of any length.
 void OCNSLogWithStackTrace(NSString* format, ...);
 
-/// Writes a finished text as it stands; null is ignored.
+/// Writes `text` as it is; null is ignored.
 void CNSLogMsg(const char* text);
 
 #ifdef __cplusplus
 } // extern "C"
 
-/// Adds the calling thread's call stack to `text`, innermost frame first, one line a frame, between a header
-/// and a footer line.
+/// Appends the calling thread's call stack to `text`: a header, one line per frame with the innermost first,
+/// and a footer.
 void OCAppendStackTrace(NSMutableString* text);
 #endif

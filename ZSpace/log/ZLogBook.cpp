@@ -6,15 +6,12 @@
 #include "ZSpace/string/ZMStr.h"
 
 #include <mutex>
-#include <utility>
 
 namespace ZSpace {
 
-using detail::LogList;
-
 namespace {
 
-/// Which entries an operation and a thread stand for.
+/// The entries that an operation and a thread select.
 class Selection {
 public:
     Selection(int op, pthread_t thread) noexcept
@@ -22,7 +19,7 @@ public:
         , m_thread(thread)
     {
     }
-    [[nodiscard]] bool holds(const ZRef<ZLogLastError>& error) const noexcept
+    [[nodiscard]] bool matches(const ZRef<ZLogLastError>& error) const noexcept
     {
         return (m_op == 0 || error->op() == m_op) && (m_thread == pthread_t{} || error->thread() == m_thread);
     }
@@ -52,12 +49,12 @@ ZGStr<char> clearErrorMessage(int op)
 template <typename Predicate>
 ZLogBook::Errors selected(const ZLogBook::Errors& trail, Predicate isWanted)
 {
-    LogList<ZRef<ZLogLastError>> errors;
+    ZLogBook::Errors errors;
     for (const ZRef<ZLogLastError>& error : trail) {
         if (isWanted(error))
             errors.append(error);
     }
-    return ZLogBook::Errors(std::move(errors));
+    return errors;
 }
 
 } // namespace
@@ -79,7 +76,7 @@ bool ZLogBook::getLastError(ZRef<ZLogLastError>& out, int op, pthread_t thread)
     const Selection selection(op, thread);
     const std::lock_guard guard(m_lock);
     for (long i = m_trail.Count() - 1; i >= 0; --i) {
-        if (selection.holds(m_trail[i])) {
+        if (selection.matches(m_trail[i])) {
             out = m_trail[i];
             return true;
         }
@@ -118,7 +115,7 @@ void ZLogBook::clearLastError(int op, pthread_t thread)
     {
         const std::lock_guard guard(m_lock);
         for (long i = m_trail.Count() - 1; i >= 0; --i)
-            hasRemoved |= selection.holds(m_trail[i]) && m_trail.il_removeAt(i);
+            hasRemoved |= selection.matches(m_trail[i]) && m_trail.il_removeAt(i);
     }
     if (hasRemoved)
         add(create() << clearErrorMessage(op));

@@ -8,7 +8,6 @@
 #include "ZSpace/core/ZThreadLock.h"
 #include "ZSpace/log/ZLogLastError.h"
 #include "ZSpace/log/ZLogRecord.h"
-#include "ZSpace/log/detail/LogList.h"
 #include "ZSpace/string/ZGStr.h"
 #include "ZSpace/value/TZBinary.h"
 
@@ -16,17 +15,17 @@
 
 namespace ZSpace {
 
-/// What takes the records of a log, and keeps a trail of the last errors.
+/// The base of everything that takes log records. It also keeps a trail of the last errors.
 ///
 ///     ZRef<ZLogBook> book(new ZLogBookFile(L"/var/log/mine.txt"));
 ///     book->add(ZLogRecord() << "started");
 ///
-/// Books are shared through `ZRef<ZLogBook>`; a book lives as long as anything refers to it. The trail has no
-/// length limit: entries stay until they are cleared. In the trail's operations, an `op` of 0 and a null
-/// `thread` stand for any operation and any thread.
+/// Books are shared through `ZRef<ZLogBook>` and deleted with the last reference. The trail has no length
+/// limit: entries stay until they are cleared. Where the trail is searched, an `op` of 0 and a null `thread`
+/// match any operation and any thread.
 ///
-/// The trail may be used from any thread; its lock is held only while the list is read or changed, never
-/// while a record is written. Allocation failures pass on.
+/// The trail may be used from any thread. Its lock is held only while the list is read or changed, never
+/// while a record is written. Operations throw `std::bad_alloc` if allocation fails.
 class ZLogBook {
 public:
     using Errors = ZList<ZRef<ZLogLastError>>;
@@ -38,51 +37,51 @@ public:
 
     /// Writes one record.
     virtual void add(const ZLogRecord& record) = 0;
-    /// Takes a block of `length` raw bytes. The tags belong to whoever writes and reads such blocks.
+    /// Takes a block of `length` raw bytes. Books do not interpret the tags.
     virtual void writeStream(unsigned char tag, int number, const void* data, long length) = 0;
 
-    /// Adds an error to the trail, and a record that tells it to the book.
+    /// Appends an error to the trail and adds a record that reports it.
     virtual void setLastError(int op, const char* caller, const char* callee, int result, const char* text);
-    /// The newest entry that matches.
-    /// @return false when there is none; `out` is then unchanged.
+    /// Finds the newest entry that matches.
+    /// @return false if there is none; `out` is then unchanged.
     virtual bool getLastError(ZRef<ZLogLastError>& out, int op, pthread_t thread);
-    /// The entries of exactly this thread, oldest first.
+    /// The entries of exactly this thread, oldest first; here null is no wildcard.
     virtual Errors getLastThreadErrors(pthread_t thread);
-    /// The entries with exactly this operation number, oldest first; 0 gives those filed under none.
+    /// The entries with exactly this operation number, oldest first; here 0 is no wildcard.
     virtual Errors getLastOpErrors(int op);
     /// The whole trail, oldest first.
     virtual Errors getLastErrors();
     /// Whether an entry matches.
     virtual bool hasLastError(int op, pthread_t thread);
-    /// Removes the entries that match and, if there were any, adds a record that tells so to the book.
+    /// Removes the entries that match and, if there were any, adds a record that says so.
     virtual void clearLastError(int op, pthread_t thread);
 
-    /// Whether the book would not take a record now.
+    /// Whether the book refuses records at the moment.
     virtual bool isInactive();
-    /// The records of this session as one text, where a book has them.
-    /// @return false when it has none; `out` is then unchanged.
+    /// Retrieves the records of this session as one string.
+    /// @return false if the book does not keep them; `out` is then unchanged.
     virtual bool getSessionTransferLog(ZGStr<wchar_t>& out) = 0;
 
-    /// Appends to `out` the text of each entry of the trail, oldest first, each with a line break behind it.
+    /// Appends the text of each entry of the trail to `out`, oldest first, each followed by a line break.
     /// @return whether there was an entry.
     bool getLastErrorString(ZGStr<wchar_t>& out);
-    /// `writeStream` with the bytes of `data`.
+    /// Calls the virtual `writeStream` with the bytes of `data`.
     void writeStream(unsigned char tag, int number, const TZBinary<unsigned char>& data);
-    /// Does nothing and gives the book back. Records are written with `add`.
+    /// Does nothing and returns the book. Use `add` to write a record.
     ZLogBook& operator<<(const ZLogRecord& record);
-    /// A new, empty record.
+    /// Returns an empty record.
     static ZLogRecord create() { return {}; }
 
 protected:
-    /// The lock of the trail, and of whatever else a book guards. Recursive.
+    /// Guards the trail and, in derived classes, whatever else they need to guard. Recursive.
     [[nodiscard]] ZThreadLock_T<pthread_mutex_t>& lock() noexcept { return m_lock; }
 
 private:
     ZThreadLock_T<pthread_mutex_t> m_lock;
-    detail::LogList<ZRef<ZLogLastError>> m_trail; // oldest first
+    Errors m_trail; // oldest first; guarded by m_lock
 };
 
-/// A book that throws records away. It still keeps last errors.
+/// A book that discards records. It still keeps the trail of last errors.
 class ZLogBookDummy : public ZLogBook {
 public:
     void add(const ZLogRecord& record) override;

@@ -5,6 +5,8 @@
 
 #include "ZSpace/core/ZException.h"
 #include "ZSpace/log/detail/LogLine.h"
+#include "ZSpace/log/detail/WholeWrite.h"
+#include "ZSpace/string/ZMStr.h"
 #include "ZSpace/system/ZSysInfoPaths.h"
 #include "ZSpace/value/ZTime.h"
 
@@ -17,7 +19,7 @@ namespace {
 
 constexpr unsigned int s_errorMark = 0xFFFFFFFF;
 
-ZMStr<char> freshReportFileName()
+ZMStr<char> newReportFileName()
 {
     ZMStr<char> time = ZTime(true).toCString();
     time.replace(':', '-');
@@ -30,13 +32,19 @@ ZMStr<char> freshReportFileName()
 
 ZLogBookFile::ZLogBookFile(const wchar_t* path)
 {
-    open(ZGStr<char>(path), ZIOGFile<>::ModeAppend);
+    start(m_reportFile.open(path, ZIOGFile<>::ModeAppend));
+    separateSessions();
+}
+
+ZLogBookFile::ZLogBookFile(OpenFile file)
+{
+    start(m_reportFile.adopt(file.descriptor, ZIOGFile<>::ModeAppend));
     separateSessions();
 }
 
 ZLogBookFile::ZLogBookFile()
 {
-    open(freshReportFileName(), ZIOGFile<>::ModeWrite);
+    start(m_reportFile.open(newReportFileName(), ZIOGFile<>::ModeWrite));
 }
 
 ZLogBookFile::~ZLogBookFile()
@@ -54,7 +62,7 @@ void ZLogBookFile::add(const ZLogRecord& record)
         line.append(item);
     }
     line.append('\n');
-    write(line.text());
+    write(line.data(), line.length());
 }
 
 void ZLogBookFile::writeStream(unsigned char, int, const void*, long) { }
@@ -70,33 +78,30 @@ bool ZLogBookFile::getSessionTransferLog(ZGStr<wchar_t>&)
     return false;
 }
 
-void ZLogBookFile::open(const char* path, int mode)
+/// @param error what opening the report file returned.
+void ZLogBookFile::start(int error)
 {
-    if (m_reportFile.open(path, mode) != 0 || !m_reportFile.writeThrough())
+    if (error != 0)
         throw ZException("Report file could not be opened", "ZLogBookFile()");
+    m_reportFile.m_signalRisk = detail::signalRiskOf(m_reportFile.descriptor());
 }
 
 void ZLogBookFile::separateSessions()
 {
-    if (m_reportFile.Size() > 0) {
-        m_reportFile.moveEnd();
-        m_reportFile.write("\r\n\r\n", 4);
-    }
+    if (m_reportFile.Size() > 0)
+        write("\r\n\r\n", 4);
 }
 
-/// Writes a line that has a line feed in front, which is left out unless the line before was cut. The file's
-/// error mark is what remembers that.
-void ZLogBookFile::write(ZStrToken<char> line)
+/// Here a line becomes bytes in the file.
+void ZLogBookFile::write(const char* line, long length)
 {
     const std::lock_guard guard(lock());
-    const bool isTorn = m_reportFile.hasError();
-    if (isTorn)
-        m_reportFile.clearError();
-    else
-        line = ZStrToken<char>(line + 1, line.Length() - 1);
-    const long written = m_reportFile.writeAtOnce(line, line.Length());
-    if (written < 1 && !isTorn)
-        m_reportFile.clearError();
+    const int descriptor = m_reportFile.descriptor();
+    const detail::SignalRisk risk = m_reportFile.m_signalRisk;
+    if (m_reportFile.m_isLastLineCut && detail::writeWhole(descriptor, "\n", 1, risk) == 0)
+        return; // still no space: this line would be lost, too
+    const long written = detail::writeWhole(descriptor, line, length, risk);
+    m_reportFile.m_isLastLineCut = written > 0 && written < length;
 }
 
 ZLogBookFileEntry::ZLogBookFileEntry(unsigned char tag, int first, int second) noexcept

@@ -10,28 +10,42 @@
 
 namespace ZSpace {
 
+namespace detail {
+enum class SignalRisk : bool;
+}
+
 /// A book that writes each record as one line of a plain text report file.
 ///
 ///     ZRef<ZLogBook> book(new ZLogBookFile(L"/var/log/mine.txt"));
 ///     book->add(ZLogRecord() << "Connection" << 42);
 ///     // 2026-03-04T05:06:07.089 Thread[1a03]:<tab>Connection<tab>42
 ///
-/// The time is UTC. Texts stand there as they are: one that holds a tab or a line feed is not escaped.
-/// Sessions that were appended to one file are separated by two line breaks (CR LF).
+/// The time is UTC. Values are not escaped: one that contains a tab or a line feed is written as it is.
+/// Sessions in one file are separated by two line breaks (CR LF).
 ///
-/// Records may come from any thread. When `add` returns, the line has been handed to the system, whole, by a
-/// single write at the end of the file, so lines of several threads and of several processes never mix, and a
-/// process that is killed loses none. (What a power cut loses is up to the file system.) A disk that is full,
-/// or a file that is removed, never stops the program: lines are then lost, and a line that was cut is ended
-/// before the next one.
+/// Records may come from any thread. `add` appends the whole line with a single system call before it returns,
+/// so the lines of several threads never mix, and a process that is killed loses no line that `add` has
+/// written. (A power cut may; nothing here waits for the disk.)
 ///
-/// The file stays open for the book's life; there is no rotation and no size limit.
+/// An error of the file never reaches the caller, nor does a signal: the line is lost, and one that was cut is
+/// ended by a line feed before the next. `add` throws only `std::bad_alloc`.
+///
+/// The file stays open as long as the book lives. There is no rotation and no size limit.
 class ZLogBookFile : public virtual ZLogBook {
 public:
-    /// Appends to the file at `path`, which is made when it is missing. The path goes narrow unit by unit.
-    /// @throws ZException "Report file could not be opened"; nothing is then left open.
+    /// A file that the caller has opened for appending.
+    struct OpenFile {
+        int descriptor;
+    };
+
+    /// Appends to the file at `path`, which is created if missing. Opens it as `fopen` does, so it may be a
+    /// device, a pipe or a link. The path is narrowed to the low 8 bits of each unit.
+    /// @throws ZException "Report file could not be opened"; nothing is left open.
     explicit ZLogBookFile(const wchar_t* path);
-    /// A new file in the user's home folder, named after the time and the process.
+    /// Appends to an open file and closes it with the book, also if the constructor throws.
+    /// @throws ZException "Report file could not be opened" if the descriptor is not open for appending.
+    explicit ZLogBookFile(OpenFile file);
+    /// Creates a file in the user's home directory that is named after the time and the process.
     /// @throws ZException "Report file could not be opened".
     ZLogBookFile();
     ~ZLogBookFile() override;
@@ -40,23 +54,30 @@ public:
     using ZLogBook::writeStream;
     /// Does nothing: the file for raw blocks is reserved.
     void writeStream(unsigned char tag, int number, const void* data, long length) override;
-    /// Beside the message that every book writes, one record with the error's details as values of their own.
+    /// In addition to the record of every book, adds one with the details of the error as separate values.
     void setLastError(int op, const char* caller, const char* callee, int result, const char* text) override;
     bool getSessionTransferLog(ZGStr<wchar_t>& out) override;
 
 private:
-    void open(const char* path, int mode);
-    void separateSessions();
-    void write(ZStrToken<char> line);
+    /// A stream and what must be known to append lines to it. It fits into the padding of the stream.
+    struct ReportFile : ZIOGFile<> {
+        detail::SignalRisk m_signalRisk{};
+        bool m_isLastLineCut = false;
+    };
+    static_assert(sizeof(ReportFile) == sizeof(ZIOGFile<>));
 
-    ZIOGFile<> m_reportFile;
+    void start(int error);
+    void separateSessions();
+    void write(const char* line, long length);
+
+    ReportFile m_reportFile; // guarded by lock()
     ZIOGFile<> m_streamFile; // reserved, never opened
 };
 
-/// What stands ahead of each block in the file that is reserved for them.
+/// The header of each block in the file that is reserved for them.
 struct ZLogBookFileEntry {
     ZLogBookFileEntry() = default;
-    /// Stamped with the current time.
+    /// Stores the current time and the arguments.
     ZLogBookFileEntry(unsigned char tag, int first, int second) noexcept;
 
     std::uint64_t m_time = 0; // a packed `ZTime`

@@ -3,11 +3,13 @@
 
 #pragma once
 
+#include "ZSpace/core/ZList.h"
+#include "ZSpace/core/ZRef.h"
 #include "ZSpace/log/ZLogBook.h"
 
 namespace ZSpace {
 
-/// A book that hands every record and every error on to several books, in the order given.
+/// A book that forwards every record and every error to several books, in the order of construction.
 ///
 ///     class Both : public ZLogBookHoster {
 ///     public:
@@ -16,10 +18,10 @@ namespace ZSpace {
 ///     };
 ///     ZRef<ZLogBook> book(new Both(new ZLogBookFile(L"a.txt"), new ZLogBookFile(L"b.txt")));
 ///
-/// Each hosted book keeps a trail of its own beside the hoster's; the getters read the hoster's.
+/// Each hosted book keeps its own trail besides the hoster's. The getters read the hoster's trail.
 class ZLogBookHoster : public ZLogBook {
 public:
-    /// Takes over the books; null ones are passed over. When memory runs out, every book is destroyed.
+    /// Adopts the books; null pointers are skipped. Deletes all books if it throws `std::bad_alloc`.
     explicit ZLogBookHoster(ZLogBook* b1 = nullptr, ZLogBook* b2 = nullptr, ZLogBook* b3 = nullptr,
         ZLogBook* b4 = nullptr, ZLogBook* b5 = nullptr, ZLogBook* b6 = nullptr, ZLogBook* b7 = nullptr,
         ZLogBook* b8 = nullptr);
@@ -28,12 +30,12 @@ public:
     void add(const ZLogRecord& record) override;
     using ZLogBook::writeStream;
     void writeStream(unsigned char tag, int number, const void* data, long length) override;
-    /// The hoster's own trail and message leave the text out; those of the hosted books have it.
+    /// The hoster's own trail and message omit the text; those of the hosted books include it.
     void setLastError(int op, const char* caller, const char* callee, int result, const char* text) override;
     void clearLastError(int op, pthread_t thread) override;
 
 private:
-    detail::LogList<ZRef<ZLogBook>> m_books;
+    ZList<ZRef<ZLogBook>> m_books;
 };
 
 } // namespace ZSpace

@@ -9,17 +9,17 @@
 
 namespace ZSpace {
 
-/// One entry of a log book's trail of last errors: who called what, what that returned, and where.
+/// One entry of a log book's trail of last errors: who called what, what it returned, and on which thread.
 ///
-/// Written once, when it is made, and only read afterwards; shared between threads by reference.
+/// Immutable once it is in a trail, so threads may share it.
 class ZLogLastError {
 public:
     /// @param op the operation number under which the error is filed; 0 for none.
     /// @param caller the function that made the failing call.
     /// @param callee the function that failed.
-    /// @param text further words; null for none.
+    /// @param text a description; null for none.
     ZLogLastError(int op, const char* caller, const char* callee, int result, const char* text);
-    /// The same from wide texts, which are kept narrow.
+    /// The same from wide strings, which are narrowed to the low 8 bits of each unit.
     ZLogLastError(int op, const wchar_t* caller, const wchar_t* callee, int result, const wchar_t* text);
 
     [[nodiscard]] int op() const noexcept { return m_op; }
@@ -27,11 +27,11 @@ public:
     [[nodiscard]] const ZGStr<char>& callee() const noexcept { return m_callee; }
     [[nodiscard]] int result() const noexcept { return m_result; }
     [[nodiscard]] const ZGStr<char>& text() const noexcept { return m_text; }
-    /// The thread that made the entry.
+    /// The thread that created the entry.
     [[nodiscard]] pthread_t thread() const noexcept { return m_thread; }
 
-    /// For example `Error #-5[gone] in [stat < open]  Thread=1 Op=3`. The text and the operation stand there
-    /// only when there are any. The thread shows as 1 for any thread.
+    /// For example `Error #-5[gone] in [stat < open]  Thread=1 Op=3`. An empty text and the operation 0 are
+    /// left out. Any thread prints as 1.
     [[nodiscard]] ZGStr<char> toString() const;
 
 private:

@@ -15,9 +15,9 @@ ZLogRecord::ZLogRecord(const ZLogRecord& other)
 
 ZLogRecord& ZLogRecord::operator=(const ZLogRecord& other)
 {
-    m_items.il_removeAll(); // first: a record assigned to itself ends up empty
+    m_items.il_removeAll(); // first: self-assignment empties the record
     for (const Item& item : other)
-        append(Item(item));
+        m_items.append(item);
     return *this;
 }
 
@@ -28,7 +28,7 @@ ZLogRecord::Item ZLogRecord::itemAt(long index) const
     return m_items[std::clamp(index, 0L, Count() - 1)];
 }
 
-ZLogRecord& ZLogRecord::append(Item&& item)
+ZLogRecord& ZLogRecord::appendItem(Item&& item)
 {
     m_items.append(std::move(item));
     return *this;

@@ -3,43 +3,29 @@
 
 #pragma once
 
+#include "ZSpace/core/ZList.h"
 #include "ZSpace/core/ZRef.h"
-#include "ZSpace/log/detail/LogList.h"
 #include "ZSpace/string/ZGStr.h"
 #include "ZSpace/string/ZMStr.h"
+#include "ZSpace/string/ZStrToken.h"
 #include "ZSpace/value/TZValue.h"
 #include "ZSpace/value/ZGUID.h"
 #include "ZSpace/value/ZTime.h"
 
-#include <concepts>
 #include <utility>
 
 namespace ZSpace {
 
-namespace detail {
-
-/// What a record takes as a value by itself; C strings have overloads of their own.
-template <typename T>
-concept LogItem = std::same_as<T, bool> || std::same_as<T, unsigned char> || std::same_as<T,
-    signed char> || std::same_as<T, unsigned short> || std::same_as<T, short> || std::same_as<T,
-    unsigned int> || std::same_as<T, int> || std::same_as<T, unsigned long long> || std::same_as<T,
-    long long> || std::same_as<T, float> || std::same_as<T, double> || std::same_as<T,
-    char> || std::same_as<T, wchar_t> || std::same_as<T, ZGStr<char>> || std::same_as<T,
-    ZGStr<wchar_t>> || std::same_as<T, ZTime> || std::same_as<T, ZGUID>;
-
-} // namespace detail
-
-/// One entry of a log: an ordered list of typed values, filled by whoever logs and handed to a log book,
-/// which decides what it looks like.
+/// One log entry: an ordered list of typed values. The log book that receives it decides how they look.
 ///
 ///     book->add(ZLogRecord() << "opened" << path << 42);
 ///
-/// Each value is copied into a typed value of its own. Of a C string only the pointer is kept: the text must
-/// stay as it is for as long as the record, or a book that holds on to it, may be read. Copies of a record
-/// share their values. Assigning a record to itself empties it.
+/// A record stores a copy of each value, except that of a C string it stores only the pointer: the characters
+/// must stay alive and unchanged for as long as the record, or a book that keeps it, may be read. Copies of a
+/// record share their values. Self-assignment empties a record.
 ///
-/// A record belongs to one thread while it is filled. When memory runs out, adding passes the exception on
-/// and leaves the record as it was. A value costs four small allocations and the list's growth.
+/// A record is filled by one thread; shared values may be released by several. Adding throws `std::bad_alloc`
+/// and leaves the record unchanged if allocation fails.
 class ZLogRecord {
 public:
     using Item = ZRef<TZValueBase<ZTypeId>>;
@@ -54,51 +40,68 @@ public:
     /// The number of values.
     [[nodiscard]] long Count() const noexcept { return m_items.Count(); }
 
-    /// A further reference to the value at `index`. A negative index counts from the end; one out of range
-    /// gives the first or the last value. The record must not be empty.
+    /// Returns a new reference to the value at `index`. A negative index counts from the end, and an index out
+    /// of range means the first or the last value. Precondition: the record is not empty.
     [[nodiscard]] Item itemAt(long index) const;
 
-    /// The values from first to last, without references of their own.
+    /// The values from first to last, without taking references to them.
     [[nodiscard]] auto begin() const noexcept { return m_items.begin(); }
     [[nodiscard]] auto end() const noexcept { return m_items.end(); }
 
-    /// Appends one value.
-    template <detail::LogItem T>
-    ZLogRecord& add(const T& value)
-    {
-        return append(Item(new TZValueBase<ZTypeId>(std::in_place, value)));
-    }
-    ZLogRecord& add(const char* text) { return append(Item(new TZValueBase<ZTypeId>(std::in_place, text))); }
-    ZLogRecord& add(const wchar_t* text)
-    {
-        return append(Item(new TZValueBase<ZTypeId>(std::in_place, text)));
-    }
+    /// Appends one value. The usual promotions and conversions apply: an unscoped enumeration is an `int`.
+    ZLogRecord& add(bool value) { return append(value); }
+    ZLogRecord& add(unsigned char value) { return append(value); }
+    ZLogRecord& add(signed char value) { return append(value); }
+    ZLogRecord& add(unsigned short value) { return append(value); }
+    ZLogRecord& add(short value) { return append(value); }
+    ZLogRecord& add(unsigned int value) { return append(value); }
+    ZLogRecord& add(int value) { return append(value); }
+    ZLogRecord& add(unsigned long long value) { return append(value); }
+    ZLogRecord& add(long long value) { return append(value); }
+    ZLogRecord& add(float value) { return append(value); }
+    ZLogRecord& add(double value) { return append(value); }
+    ZLogRecord& add(char value) { return append(value); }
+    ZLogRecord& add(wchar_t value) { return append(value); }
+    ZLogRecord& add(const char* value) { return append(value); }
+    ZLogRecord& add(const wchar_t* value) { return append(value); }
+    ZLogRecord& add(const ZGStr<char>& value) { return append(value); }
+    ZLogRecord& add(const ZGStr<wchar_t>& value) { return append(value); }
+    ZLogRecord& add(const ZTime& value) { return append(value); }
+    ZLogRecord& add(const ZGUID& value) { return append(value); }
     ZLogRecord& add(const TZValueBase<ZTypeId>& value)
     {
-        return append(Item(new TZValueBase<ZTypeId>(value)));
+        return appendItem(Item(new TZValueBase<ZTypeId>(value)));
     }
-    /// `long` has no kind of its own: it is kept as the `long long` that it fits into.
-    ZLogRecord& add(long number) { return add(static_cast<long long>(number)); }
-    ZLogRecord& add(unsigned long number) { return add(static_cast<unsigned long long>(number)); }
-    /// These turn into a pointer by themselves, to characters that may change or have no terminator.
+    /// `long` has no kind of its own: it is stored as the `long long` that it fits into.
+    ZLogRecord& add(long value) { return append(static_cast<long long>(value)); }
+    ZLogRecord& add(unsigned long value) { return append(static_cast<unsigned long long>(value)); }
+    /// Would convert to `bool`.
+    template <typename T>
+    ZLogRecord& add(const T*) = delete;
+    /// Would convert to a pointer to characters that may change or lack a terminator. Use `<<`.
     template <typename T>
     ZLogRecord& add(const ZMStr<T>&) = delete;
     template <typename T>
     ZLogRecord& add(const ZStrToken<T>&) = delete;
 
-    /// As `add`; the characters of a builder or a view are copied into a string value.
+    /// As `add`. The characters of a builder or a view are copied into a string value.
     template <typename T, typename Record = ZLogRecord>
     requires requires(Record& record, const T& value) { record.add(value); }
     ZLogRecord& operator<<(const T& value) { return add(value); }
-    ZLogRecord& operator<<(const ZMStr<char>& text) { return add(ZGStr<char>(text)); }
-    ZLogRecord& operator<<(const ZMStr<wchar_t>& text) { return add(ZGStr<wchar_t>(text)); }
-    ZLogRecord& operator<<(const ZStrToken<char>& text) { return add(ZGStr<char>(text)); }
-    ZLogRecord& operator<<(const ZStrToken<wchar_t>& text) { return add(ZGStr<wchar_t>(text)); }
+    ZLogRecord& operator<<(const ZMStr<char>& characters) { return add(ZGStr<char>(characters)); }
+    ZLogRecord& operator<<(const ZMStr<wchar_t>& characters) { return add(ZGStr<wchar_t>(characters)); }
+    ZLogRecord& operator<<(const ZStrToken<char>& characters) { return add(ZGStr<char>(characters)); }
+    ZLogRecord& operator<<(const ZStrToken<wchar_t>& characters) { return add(ZGStr<wchar_t>(characters)); }
 
 private:
-    ZLogRecord& append(Item&& item);
+    template <typename T>
+    ZLogRecord& append(const T& value)
+    {
+        return appendItem(Item(new TZValueBase<ZTypeId>(std::in_place, value)));
+    }
+    ZLogRecord& appendItem(Item&& item);
 
-    detail::LogList<Item> m_items;
+    ZList<Item> m_items;
 };
 
 } // namespace ZSpace

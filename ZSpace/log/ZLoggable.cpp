@@ -5,6 +5,7 @@
 
 #include "ZSpace/log/detail/DebugLog.h"
 #include "ZSpace/log/detail/LogLine.h"
+#include "ZSpace/log/detail/WholeWrite.h"
 
 #include <cstdio>
 #include <utility>
@@ -19,13 +20,14 @@ void echo(const ZLogRecord& record)
     line.append(detail::linePrefix());
     line.append(' ');
     for (const ZLogRecord::Item& item : record) {
-        const long before = line.text().Length();
+        const long before = line.length();
         line.append(item);
-        if (line.text().Length() > before)
+        if (line.length() > before)
             line.append('\t');
     }
-    line.append(ZStrToken<char>("\n", 2)); // with a terminator, for the C library
-    std::fputs(line.text() + 1, stderr); // without the line feed in front
+    line.append("\n", 2); // null-terminated
+    const detail::SignalShield shield;
+    std::fputs(line.data(), stderr);
 }
 
 } // namespace

@@ -88,9 +88,27 @@ int ZIOGFile<File, T, TX>::open(char const* path, int mode)
     const char* name = nameOfMode(mode);
     if (!name)
         return EINVAL;
-    m_file = fopen(path ? path : "", name);
-    if (!m_file)
+    return start(fopen(path ? path : "", name), mode);
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::adopt(int descriptor, int mode)
+{
+    close();
+    const char* name = nameOfMode(mode);
+    const int error = name ? start(fdopen(descriptor, name), mode) : EINVAL;
+    if (error != 0 && descriptor >= 0)
+        ::close(descriptor);
+    return error;
+}
+
+/// @param file what the C library returned, with `errno` if that is null.
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::start(File file, int mode)
+{
+    if (!file)
         return errno;
+    m_file = file;
     m_readable = mode != ModeWrite;
     m_writable = mode != ModeRead;
     return 0;

@@ -58,6 +58,11 @@ public:
     /// @return 0, or the error number (EINVAL for an unknown mode); the stream is then closed.
     virtual int open(wchar_t const* path, int mode);
     virtual int open(char const* path, int mode);
+    /// Closes the stream, then takes over an open descriptor. It is closed with the stream, and on failure.
+    /// @return 0, or the error number (EINVAL for an unknown mode or one that the descriptor was not opened for).
+    int adopt(int descriptor, int mode);
+    /// The descriptor, still owned by the stream; -1 for a closed stream.
+    [[nodiscard]] int descriptor() const noexcept { return m_file ? fileno(m_file) : -1; }
 
     /// @return 0, even if buffered data cannot be written: call `flush` first to find out.
     int close() override;
@@ -110,6 +115,7 @@ public:
     }
 
 private:
+    int start(File file, int mode);
     static int writeTo(File file, T const* data, long count, long& written);
 
     File m_file = nullptr; // null while closed

@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The log front end with a report file: where it is, what reaches it, and what happens when it cannot be had.
+// The log front end with a report file: its name and place, what is written to it, and what happens if it
+// cannot be opened.
 
-#include "ZSpace/log/LogFrontEnd.h"
+#include "tests/log/FileLogging.h"
+
 #include "ZSpace/log/ZTransferLog.h"
 #include "ZSpace/platform/Foundation.h"
 #include "ZSpace/system/ZSysInfoPaths.h"
-#include "tests/support/ChildProcess.h"
 #include "tests/support/Host.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -24,57 +24,12 @@
 namespace ZSpace::Testing {
 namespace {
 
-namespace fs = std::filesystem;
 using testing::ContainsRegex;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
-
-const std::string s_prefix =
-    "[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} Thread\\[[0-9a-f]+\\]:";
-constexpr int s_file = 0x100;
-constexpr int s_debug = 0x002;
-
-class FileLogging : public testing::Test {
-protected:
-    /// Logs in a child whose home and log folder are the test's.
-    Outcome run(const std::function<void()>& work) const
-    {
-        return runInChild([&] {
-            setenv("HOME", m_folder.path().c_str(), 1);
-            work();
-            return testing::Test::HasFailure() ? 1 : 0;
-        });
-    }
-    /// The same with file logging on.
-    Outcome runLogging(const std::function<void()>& work, int flags = s_file) const
-    {
-        return run([&] {
-            CNSInitLog(flags, 0, "Tag", m_logs.c_str());
-            work();
-        });
-    }
-    [[nodiscard]] std::vector<fs::path> files() const { return filesIn(m_logs); }
-    static std::vector<fs::path> filesIn(const fs::path& folder)
-    {
-        std::vector<fs::path> found;
-        if (fs::exists(folder)) {
-            for (const auto& entry : fs::directory_iterator(folder))
-                found.push_back(entry.path());
-        }
-        return found;
-    }
-    [[nodiscard]] std::string report() const
-    {
-        EXPECT_EQ(files().size(), 1U);
-        return files().empty() ? "" : contentOf(files()[0]);
-    }
-
-    TemporaryFolder m_folder;
-    fs::path m_logs = m_folder.path() / "logs";
-};
 
 TEST_F(FileLogging, TheFileIsNamedAfterTheTagAndTheTime)
 {
@@ -110,7 +65,7 @@ TEST_F(FileLogging, DebugLinesAreEchoedToStandardError)
     EXPECT_THAT(outcome.standardError, MatchesRegex(s_prefix + " a\t\n" + s_prefix + " b\t\n"));
 }
 
-TEST_F(FileLogging, ATextIsCutAt4095BytesAndGoesWholeWithAStackTrace)
+TEST_F(FileLogging, ATextIsCutAt4095BytesExceptWithAStackTrace)
 {
     const std::string text(5000, 'x');
     runLogging([&] { CNSLog("%s", text.c_str()); });
@@ -119,6 +74,22 @@ TEST_F(FileLogging, ATextIsCutAt4095BytesAndGoesWholeWithAStackTrace)
     runLogging([&] { CNSLogWithStackTrace("%s", text.c_str()); });
     EXPECT_THAT(report(), HasSubstr("]:\t" + text + "\n------- stack trace -------\n"));
     EXPECT_THAT(report(), ContainsRegex("stack trace -------\n" + host().innermostFrame));
+}
+
+TEST_F(FileLogging, BytesThatAreNotUtf8AreWrittenUnchanged)
+{
+    const std::string text = "caf\xE9 \xC3";
+    runLogging([&] {
+        CNSLog("%s", text.c_str());
+        CNSLog("<%s>", text.c_str());
+        CNSLogMsg(text.c_str());
+    });
+    EXPECT_THAT(report(),
+        MatchesRegex(
+            s_prefix + "\t" + text + "\n" + s_prefix + "\t<" + text + ">\n" + s_prefix + "\t" + text + "\n"));
+    fs::remove(files()[0]);
+    runLogging([&] { CNSLogWithStackTrace("%s", text.c_str()); });
+    EXPECT_THAT(report(), HasSubstr("]:\t" + text + "\n------- stack trace -------\n"));
 }
 
 TEST_F(FileLogging, TheSystemLogFunctionDoesNotReachTheFile)
@@ -140,22 +111,31 @@ TEST_F(FileLogging, SwitchedOffLinesGoToTheConsole)
     EXPECT_THAT(outcome.standardError, EndsWith("] second\n"));
 }
 
-TEST_F(FileLogging, SwitchingOffClosesTheFileUnlessItIsHeld)
+/// Grants access to the book of `theLog`.
+struct OpenTransferLog : ZTransferLog {
+    static ZRef<ZLogBook> book() { return theLog->*&OpenTransferLog::m_logBook; }
+};
+
+TEST_F(FileLogging, SwitchingOffClosesTheFileUnlessItsBookIsHeld)
 {
-    const auto openReports = [this] {
-        int count = 0;
-        for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
-            std::error_code error;
-            count += fs::read_symlink(entry.path(), error).string().starts_with(m_logs.string());
-        }
-        return count;
-    };
     const Outcome outcome = runLogging([&] {
         EXPECT_EQ(openReports(), 1);
         CNSDisableFileLogging();
         EXPECT_EQ(openReports(), 0);
+
+        CNSInitLog(s_file, 0, "Held", nullptr);
+        ZRef<ZLogBook> book = OpenTransferLog::book();
+        CNSDisableFileLogging();
+        EXPECT_EQ(openReports(), 1);
+        book->add(ZLogRecord() << "still open");
+        book = nullptr;
+        EXPECT_EQ(openReports(), 0);
     });
     EXPECT_EQ(outcome.status, 0) << outcome.standardOutput;
+    for (const fs::path& file : files()) {
+        const bool isHeld = file.filename().string().starts_with("Held_");
+        EXPECT_THAT(contentOf(file), isHeld ? EndsWith("\tstill open\n") : EndsWith(""));
+    }
 }
 
 TEST_F(FileLogging, SwitchingOffWhatWasNeverOnDoesNothing)
@@ -168,11 +148,11 @@ TEST_F(FileLogging, SwitchingOffWhatWasNeverOnDoesNothing)
     EXPECT_TRUE(files().empty());
 }
 
-TEST_F(FileLogging, ASecondInitialisationOpensAFurtherFile)
+TEST_F(FileLogging, ASecondInitializationOpensAnotherFile)
 {
     runLogging([&] {
         CNSLog("first");
-        std::this_thread::sleep_for(std::chrono::milliseconds(3)); // names tell milliseconds
+        std::this_thread::sleep_for(std::chrono::milliseconds(3)); // names differ in milliseconds
         CNSInitLog(s_file, 0, "Other", nullptr);
         CNSLog("second");
     });
@@ -185,14 +165,19 @@ TEST_F(FileLogging, ASecondInitialisationOpensAFurtherFile)
 
 TEST_F(FileLogging, WithoutTheFlagThereIsNoFile)
 {
-    const Outcome outcome = runLogging([] { CNSLog("line"); }, ~s_file & ~s_debug);
+    const Outcome outcome = runLogging(
+        [] {
+            EXPECT_FALSE(ZTransferLog::isOn());
+            CNSLog("line");
+        },
+        ~s_file & ~s_debug);
+    EXPECT_EQ(outcome.status, 0) << outcome.standardOutput;
     EXPECT_TRUE(files().empty());
-    EXPECT_FALSE(ZTransferLog::isOn());
     EXPECT_THAT(outcome.standardError, EndsWith("] line\n"));
-    EXPECT_TRUE(fs::is_directory(m_logs)); // the folder is set all the same
+    EXPECT_TRUE(fs::is_directory(m_logs)); // the directory is created all the same
 }
 
-TEST_F(FileLogging, AFolderNameOfOneCharacterOrNoneIsIgnored)
+TEST_F(FileLogging, ADirectoryNameOfOneCharacterOrNoneIsIgnored)
 {
     for (const char* folder : {"/", "", static_cast<const char*>(nullptr)}) {
         run([=] {
@@ -206,7 +191,7 @@ TEST_F(FileLogging, AFolderNameOfOneCharacterOrNoneIsIgnored)
     }
 }
 
-TEST_F(FileLogging, AFolderNameOfTwoCharactersIsTaken)
+TEST_F(FileLogging, ADirectoryNameOfTwoCharactersIsUsed)
 {
     const Outcome outcome = run([this] {
         if (chdir(m_folder.path().c_str()) != 0)
@@ -224,7 +209,7 @@ TEST_F(FileLogging, ANullTagIsEmpty)
     EXPECT_THAT(files()[0].filename().string(), StartsWith("_2"));
 }
 
-TEST_F(FileLogging, AFileThatCannotBeOpenedIsPassedOverInSilence)
+TEST_F(FileLogging, AFileThatCannotBeOpenedIsIgnored)
 {
     const Outcome outcome = run([this] {
         CNSInitLog(s_file, 0, "Tag", (m_folder.path() / "no" / "such").c_str());
@@ -235,7 +220,7 @@ TEST_F(FileLogging, AFileThatCannotBeOpenedIsPassedOverInSilence)
     EXPECT_THAT(outcome.standardError, MatchesRegex("[^\n]*\\] line\n"));
 }
 
-TEST_F(FileLogging, AFileThatCannotBeOpenedLeavesTheOneBeforeInPlace)
+TEST_F(FileLogging, AFileThatCannotBeOpenedLeavesThePreviousOneAttached)
 {
     const Outcome outcome = runLogging([this] {
         CNSInitLog(s_file, 0, "Tag", (m_folder.path() / "no" / "such").c_str());
@@ -244,7 +229,7 @@ TEST_F(FileLogging, AFileThatCannotBeOpenedLeavesTheOneBeforeInPlace)
     EXPECT_THAT(report(), EndsWith("\tline\n"));
 }
 
-TEST_F(FileLogging, AMadeFolderIsOpenToEveryUserWhateverTheMask)
+TEST_F(FileLogging, ANewDirectoryIsOpenToEveryUserWhateverTheMask)
 {
     run([this] {
         umask(077);

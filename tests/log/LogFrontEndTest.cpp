@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The log front end, where lines end up and how they are cut. Its switches cannot be turned back, so every
-// test that sets one does so in a child process.
+// The log front end: where lines go and how they are cut. Its switches cannot be reset, so each test that sets
+// one runs in a child process.
 
 #include "ZSpace/log/LogFrontEnd.h"
 
@@ -89,7 +89,7 @@ TEST(LogFrontEnd, TheCutMayFallInsideACharacter)
         message.substr(0, 4094) + host().cutCharacter + "\n");
 }
 
-TEST(LogFrontEnd, TheStackTraceVariantTakes8191Bytes)
+TEST(LogFrontEnd, TheStackTraceVariantCutsAt8191Bytes)
 {
     const std::string message(5000, 'x');
     const std::string whole = textOf(consoleOf([&] { CNSLogWithStackTrace("%s", message.c_str()); }));
@@ -141,9 +141,67 @@ TEST(LogFrontEnd, ANullMessageIsIgnored)
     EXPECT_EQ(textOf(consoleOf([] { CNSLogMsg(""); })), "\n");
 }
 
-TEST(LogFrontEnd, AFormatThatCannotBeFilledIsShownAsItIs)
+TEST(LogFrontEnd, AFormatThatFailsLogsWhatWasFormattedUntilThen)
 {
-    EXPECT_EQ(textOf(consoleOf([] { CNSLog("name %ls", L"\xD800"); })), "name %ls\n");
+    EXPECT_EQ(textOf(consoleOf([] { CNSLog("name %ls end", L"\xD800"); })), "name \n");
+}
+
+TEST(LogFrontEnd, AFailedFormatMayBeLongerThanTheBuffer)
+{
+    const std::string message(5000, 'x');
+    EXPECT_EQ(textOf(consoleOf([&] { CNSLog("%s %ls", message.c_str(), L"\xD800"); })),
+        message.substr(0, 4095) + "\n");
+}
+
+/// Formats that the compiler shall not check.
+const char* unchecked(const char* format)
+{
+    return format;
+}
+
+TEST(LogFrontEnd, NoFormatStoresToMemory)
+{
+    struct Row {
+        const char* format;
+        const char* expected;
+    };
+    const Row rows[]{
+        {"%s%n|%d", "ab|7\n"},
+        {"%s%hhn|%d", "ab|7\n"},
+        {"%s%-08.3lln|%d", "ab|7\n"},
+        {"%s% n|%d", "ab|7\n"},
+        {"%1$s%2$n|%3$d", "ab|7\n"},
+        {"%3$d%2$zn%%n|%1$s", "7%n|ab\n"},
+    };
+    const auto isSafe = [](const std::function<void(const char*, int*)>& log, const Row& row) {
+        const Outcome outcome = runInChild([&] {
+            int number = 42;
+            log(unchecked(row.format), &number);
+            return number == 42 ? 0 : 1;
+        });
+        EXPECT_EQ(outcome.status, 0) << row.format;
+        EXPECT_THAT(textOf(outcome.standardError), StartsWith(std::string(row.expected).substr(0, 3)));
+        return textOf(outcome.standardError);
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(isSafe([](const char* format, int* n) { CNSLog(format, "ab", n, 7); }, row), row.expected);
+        EXPECT_EQ(
+            isSafe([](const char* format, int* n) { CNSSysLog(5, format, "ab", n, 7); }, row), row.expected);
+        EXPECT_EQ(isSafe([](const char* format, int* n) { OCNSLog(text(format).native(), "ab", n, 7); }, row),
+            row.expected);
+        isSafe([](const char* format, int* n) { CNSLogWithStackTrace(format, "ab", n, 7); }, row);
+        isSafe([](const char* format, int* n) { OCNSLogWithStackTrace(text(format).native(), "ab", n, 7); },
+            row);
+    }
+}
+
+TEST(LogFrontEnd, AStarOfAStoreTakesItsArgument)
+{
+    const std::string console = consoleOf([] {
+        int number = 42;
+        CNSLog(unchecked("a%*n|%d"), 5, &number, number);
+    });
+    EXPECT_EQ(textOf(console), "a|42\n");
 }
 
 TEST(LogFrontEnd, DebugLinesAreOffAtStart)

@@ -11,7 +11,7 @@
 
 namespace ZSpace::Testing {
 
-/// A record's texts, each with "|" behind it.
+/// The text form of each value of a record, followed by "|".
 inline std::string textsOf(const ZLogRecord& record)
 {
     std::string texts;
@@ -23,7 +23,7 @@ inline std::string textsOf(const ZLogRecord& record)
     return texts;
 }
 
-/// A book that remembers, as text, everything that it was given.
+/// A book that stores everything that it receives in text form.
 class RecordingBook : public ZLogBook {
 public:
     void add(const ZLogRecord& record) override

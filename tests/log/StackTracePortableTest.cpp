@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Stack traces on hosts without Foundation, whose lines hold names.
+// Stack traces on hosts without Foundation, whose lines contain names.
 
 #include "ZSpace/log/LogFrontEnd.h"
 #include "ZSpace/platform/Foundation.h"
@@ -16,7 +16,7 @@
 namespace ZSpace::Testing {
 namespace {
 
-TEST(StackTracePosix, NamesTheFunctionThatWasCalled)
+TEST(StackTracePortable, NamesTheCalledFunction)
 {
     const std::string trace = runInChild([] {
         CNSLogWithStackTrace("here");
@@ -25,7 +25,7 @@ TEST(StackTracePosix, NamesTheFunctionThatWasCalled)
     EXPECT_THAT(trace, testing::HasSubstr("CNSLogWithStackTrace + "));
 }
 
-TEST(StackTracePosix, FramesStandInTheOrderInnermostFirst)
+TEST(StackTracePortable, TheInnermostFrameComesFirst)
 {
     const NS::MutableString target("");
     OCAppendStackTrace(target.native());

@@ -26,7 +26,7 @@ using testing::ContainsRegex;
 using testing::EndsWith;
 using testing::HasSubstr;
 
-/// A tree whose system log socket the test reads.
+/// A private root whose system log socket the test reads.
 class SystemLog : public testing::Test {
 protected:
     void SetUp() override
@@ -43,7 +43,7 @@ protected:
     }
     void TearDown() override { close(m_socket); }
 
-    /// The messages sent so far, each with a line feed behind it.
+    /// The messages sent so far, each followed by a line feed.
     std::string messages() const
     {
         std::string all;
@@ -89,7 +89,7 @@ TEST_F(SystemLog, StaysClosedWithAnyOtherSwitch)
     }
 }
 
-TEST_F(SystemLog, TakesEachLevelAndTheNearestOneOfOthers)
+TEST_F(SystemLog, TakesEachLevelAndClampsOthers)
 {
     for (int level = -2; level <= 9; ++level) {
         m_root.run([=] {

@@ -27,7 +27,7 @@ using testing::IsEmpty;
 
 const pthread_t s_anyThread{};
 
-TEST(ZLogBook, AnErrorIsToldInOneRecord)
+TEST(ZLogBook, AnErrorIsReportedInOneRecord)
 {
     RecordingBook book;
     book.setLastError(7, "open", "fopen", -1, nullptr);
@@ -82,7 +82,7 @@ TEST(ZLogBook, FindsTheNewestEntryThatMatches)
     EXPECT_EQ(found(3, s_anyThread), 0);
 }
 
-TEST(ZLogBook, WithoutAMatchTheArgumentStaysAsItWas)
+TEST(ZLogBook, WithoutAMatchTheArgumentIsUnchanged)
 {
     RecordingBook book;
     const ZRef<ZLogLastError> before(new ZLogLastError(0, "a", "b", 0, nullptr));
@@ -123,7 +123,7 @@ TEST(ZLogBook, ListsShareTheEntries)
     EXPECT_EQ(book.getLastErrors()[0].get(), book.getLastErrors()[0].get());
 }
 
-TEST(ZLogBook, ClearingRemovesWhatMatchesAndTellsTheOperationOnly)
+TEST(ZLogBook, ClearingRemovesMatchesAndReportsOnlyTheOperation)
 {
     RecordingBook book;
     const auto fill = [&book] {
@@ -150,7 +150,7 @@ TEST(ZLogBook, ClearingRemovesWhatMatchesAndTellsTheOperationOnly)
     EXPECT_THAT(resultsOf(book.getLastErrors()), ElementsAre(3));
 }
 
-TEST(ZLogBook, ClearingNothingTellsNothing)
+TEST(ZLogBook, ClearingNothingReportsNothing)
 {
     RecordingBook book;
     book.clearLastError(0, s_anyThread);
@@ -173,7 +173,7 @@ TEST(ZLogBook, TheErrorStringHasALineForEachText)
     EXPECT_TRUE(out == L"before one\r\n\r\ntw\u00E9\r\n");
 }
 
-TEST(ZLogBook, ShiftingARecordIntoABookWritesNothing)
+TEST(ZLogBook, TheShiftOperatorWritesNothing)
 {
     RecordingBook book;
     ZLogRecord record;
@@ -182,17 +182,17 @@ TEST(ZLogBook, ShiftingARecordIntoABookWritesNothing)
     EXPECT_THAT(book.records(), IsEmpty());
 }
 
-TEST(ZLogBook, MakesEmptyRecords)
+TEST(ZLogBook, CreatesEmptyRecords)
 {
     EXPECT_EQ(ZLogBook::create().Count(), 0);
 }
 
-TEST(ZLogBook, IsActiveUnlessItSaysOtherwise)
+TEST(ZLogBook, IsActiveByDefault)
 {
     EXPECT_FALSE(ZLogBookDummy().isInactive());
 }
 
-TEST(ZLogBook, PassesABinaryValueOnAsItsBytes)
+TEST(ZLogBook, ForwardsABinaryValueAsItsBytes)
 {
     RecordingBook book;
     unsigned char bytes[]{'a', 'b', 'c'};
@@ -201,7 +201,7 @@ TEST(ZLogBook, PassesABinaryValueOnAsItsBytes)
     EXPECT_THAT(book.m_blocks, ElementsAre("9,-1,abc"));
 }
 
-TEST(ZLogBookDummy, ThrowsRecordsAwayAndKeepsErrors)
+TEST(ZLogBookDummy, DiscardsRecordsAndKeepsErrors)
 {
     ZLogBookDummy book;
     book.add(ZLogRecord() << 1);
@@ -242,7 +242,7 @@ public:
     bool getSessionTransferLog(ZGStr<wchar_t>&) override { return false; }
 };
 
-TEST(ZLogBookHoster, HandsRecordsAndBlocksOnInOrder)
+TEST(ZLogBookHoster, ForwardsRecordsAndBlocksInOrder)
 {
     static std::vector<std::string> order;
     order.clear();
@@ -267,7 +267,7 @@ TEST(ZLogBookHoster, HandsRecordsAndBlocksOnInOrder)
     EXPECT_THAT(order, ElementsAre("a:1|", "b:1|", "c:1|", "a#200", "b#200", "c#200"));
 }
 
-TEST(ZLogBookHoster, AnErrorGoesIntoThreeTrails)
+TEST(ZLogBookHoster, AnErrorEntersThreeTrails)
 {
     auto* const a = new RecordingBook;
     auto* const b = new RecordingBook;
@@ -325,9 +325,9 @@ TEST(ZLogBookHoster, DestroysItsBooks)
     EXPECT_EQ(living, 0);
 }
 
-// Exhausted memory
+// Failed allocations
 
-TEST(ZLogBook, WantOfMemoryForAListOfErrorsPassesOn)
+TEST(ZLogBook, AListOfErrorsThrowsBadAllocIfAllocationFails)
 {
     ZLogBookDummy book;
     for (int op : {1, 2, 1, 1})
@@ -337,7 +337,7 @@ TEST(ZLogBook, WantOfMemoryForAListOfErrorsPassesOn)
     EXPECT_GT(failEachAllocation([&] { EXPECT_EQ(book.getLastErrors().Count(), 4); }), 4);
 }
 
-TEST(ZLogBook, AnErrorForWhichThereIsNoMemoryIsNotInTheTrail)
+TEST(ZLogBook, AnErrorThatCannotBeAllocatedIsNotInTheTrail)
 {
     ZLogBookDummy book;
     for (long nth = 1;; ++nth) {
@@ -346,14 +346,14 @@ TEST(ZLogBook, AnErrorForWhichThereIsNoMemoryIsNotInTheTrail)
             book.setLastError(1, "a", "b", 2, nullptr);
         } catch (const std::bad_alloc&) {
             if (book.hasLastError(1, s_anyThread))
-                return; // from here on it is the record that finds no memory
+                return; // from here on the record cannot be allocated
             continue;
         }
         FAIL() << "no allocation failed";
     }
 }
 
-TEST(ZLogBookHoster, WantOfMemoryDestroysEveryBook)
+TEST(ZLogBookHoster, AFailedAllocationDestroysEveryBook)
 {
     class Both : public ZLogBookHoster {
     public:

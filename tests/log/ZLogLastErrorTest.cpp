@@ -1,15 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Entries of the trail and their text.
+// Entries of the trail and their text form.
 
 #include "ZSpace/log/ZLogLastError.h"
+
+#include "tests/support/Probes.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <pthread.h>
 #include <thread>
+#include <type_traits>
 
 namespace ZSpace::Testing {
 namespace {
@@ -41,7 +44,7 @@ TEST(ZLogLastError, CopiesItsTexts)
     EXPECT_TRUE(error.caller() == "open");
 }
 
-TEST(ZLogLastError, WideTextsAreKeptNarrow)
+TEST(ZLogLastError, WideTextsAreNarrowed)
 {
     const ZLogLastError error(7, L"op\u00E9n", L"fopen", -1, L"\u20AC");
     EXPECT_TRUE(error.caller() == "op\xE9n");
@@ -66,6 +69,19 @@ TEST(ZLogLastError, CopiesAllSixFields)
         EXPECT_FALSE(pthread_equal(error->thread(), pthread_self()));
     }
     EXPECT_NE(static_cast<const char*>(constructed.text()), static_cast<const char*>(copy.text()));
+}
+
+TEST(ZLogLastError, StoresItsFieldsInOrder)
+{
+    static_assert(sizeof(ZLogLastError) == 48 && !std::is_polymorphic_v<ZLogLastError>);
+    const ZLogLastError error(7, "open", "fopen", -1, "no file");
+    EXPECT_EQ(wordAt(&error, 0) & 0xFFFFFFFF, 7U);
+    EXPECT_EQ(wordAt(&error, 1), asWord(static_cast<const char*>(error.caller())));
+    EXPECT_EQ(wordAt(&error, 2), asWord(static_cast<const char*>(error.callee())));
+    EXPECT_EQ(wordAt(&error, 3) & 0xFFFFFFFF, 0xFFFFFFFFU);
+    EXPECT_EQ(wordAt(&error, 4), asWord(static_cast<const char*>(error.text())));
+    const pthread_t self = pthread_self();
+    EXPECT_EQ(wordAt(&error, 5), wordAt(&self, 0));
 }
 
 TEST(ZLogLastError, PrintsItself)

@@ -11,6 +11,7 @@
 
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 namespace ZSpace::Testing {
@@ -65,20 +66,50 @@ TEST(ZLogRecord, ATypedValueIsCopiedWithItsKindAndName)
     EXPECT_NE(record.itemAt(0)->Content(), value.Content());
 }
 
-TEST(ZLogRecord, LongsAreKeptAsLongLongs)
+TEST(ZLogRecord, LongsAreStoredAsLongLongs)
 {
     expectItem(5L, 0x200, 8);
     expectItem(5UL, 0x100, 8);
     expectItem(std::size_t{5}, 0x100, 8);
 }
 
-TEST(ZLogRecord, FloatingPointNumbersAreKept)
+TEST(ZLogRecord, FloatingPointNumbersAreStored)
 {
     expectItem(2.5F, 0x1000, 4);
     expectItem(2.5, 0x2000, 8);
 }
 
-TEST(ZLogRecord, LiteralsMayBeAddedAsTheyAre)
+enum Unscoped { Unscoped_value = 3 };
+enum Unsigned : unsigned int { Unsigned_value = 5 };
+
+TEST(ZLogRecord, OtherTypesArePromotedAndConverted)
+{
+    expectItem(Unscoped_value, 0x80, 4);
+    expectItem(Unsigned_value, 0x40, 4);
+    expectItem(u'c', 0x80, 4);
+    expectItem(U'c', 0x40, 4);
+    ZLogRecord record;
+    record << Unscoped_value << Unsigned_value << u'c';
+    record.add(Unscoped_value);
+    EXPECT_TRUE(record.itemAt(0)->toCString() == "3");
+    EXPECT_TRUE(record.itemAt(1)->toCString() == "5");
+    EXPECT_TRUE(record.itemAt(2)->toCString() == "99");
+    EXPECT_TRUE(record.itemAt(3)->toCString() == "3");
+
+    struct Number {
+        operator int() const { return 6; } // NOLINT(google-explicit-constructor): what is tested
+    };
+    expectItem(Number(), 0x80, 4);
+    char characters[] = "text";
+    expectItem(static_cast<char*>(characters), 0x40000, 8);
+    struct {
+        unsigned int three : 3;
+    } bits{5};
+    record << bits.three;
+    EXPECT_TRUE(record.itemAt(-1)->toCString() == "5");
+}
+
+TEST(ZLogRecord, LiteralsMayBeAdded)
 {
     ZLogRecord record;
     record.add("narrow").add(L"wide") << "more" << 42;
@@ -89,7 +120,7 @@ TEST(ZLogRecord, LiteralsMayBeAddedAsTheyAre)
     EXPECT_TRUE(record.itemAt(3)->toCString() == "42");
 }
 
-TEST(ZLogRecord, OfACStringOnlyThePointerIsKept)
+TEST(ZLogRecord, OnlyThePointerOfACStringIsStored)
 {
     char text[] = "before";
     ZLogRecord record;
@@ -98,7 +129,7 @@ TEST(ZLogRecord, OfACStringOnlyThePointerIsKept)
     EXPECT_TRUE(record.itemAt(0)->toCString() == "Before");
 }
 
-TEST(ZLogRecord, OfAStringACopyIsKept)
+TEST(ZLogRecord, AStringIsCopied)
 {
     ZGStr<char> text("before");
     ZLogRecord record;
@@ -136,7 +167,8 @@ concept Addable = requires(ZLogRecord& record, const T& value)
     record.add(value);
 };
 static_assert(!Addable<ZMStr<char>> && !Addable<ZMStr<wchar_t>> && !Addable<ZStrToken<char>>);
-static_assert(!Addable<void*> && Addable<char*> && Addable<ZGStr<char>>);
+static_assert(!Addable<void*> && !Addable<unsigned char*> && !Addable<int*>);
+static_assert(Addable<char*> && Addable<ZGStr<char>>);
 
 ZLogRecord numbers(int count)
 {
@@ -164,7 +196,7 @@ TEST(ZLogRecord, IndicesCountFromBothEndsAndAreClamped)
     EXPECT_EQ(numberAt(record, -4 - 5), 0);
 }
 
-TEST(ZLogRecord, AnItemIsAFurtherReference)
+TEST(ZLogRecord, AnItemIsANewReference)
 {
     const ZLogRecord record = numbers(1);
     const auto first = record.itemAt(0);
@@ -201,7 +233,7 @@ TEST(ZLogRecord, ACopyOutlivesItsSource)
     EXPECT_EQ(copy.itemAt(0).RefCount(), 2);
 }
 
-TEST(ZLogRecord, AssignedToItselfItIsEmpty)
+TEST(ZLogRecord, SelfAssignmentEmptiesIt)
 {
     ZLogRecord record = numbers(3);
     const ZLogRecord& self = record;
@@ -209,13 +241,14 @@ TEST(ZLogRecord, AssignedToItselfItIsEmpty)
     EXPECT_EQ(record.Count(), 0);
 }
 
-TEST(ZLogRecord, HoldsNothingButItsList)
+TEST(ZLogRecord, ContainsNothingButItsList)
 {
-    static_assert(sizeof(ZLogRecord) == sizeof(ZList<ZLogRecord::Item>));
+    static_assert(sizeof(ZLogRecord) == 24 && sizeof(ZLogRecord) == sizeof(ZList<ZLogRecord::Item>));
+    static_assert(!std::is_polymorphic_v<ZLogRecord>);
     EXPECT_EQ(ZLogRecord().Count(), 0);
 }
 
-TEST(ZLogRecord, SharedValuesMayBeDroppedByManyThreads)
+TEST(ZLogRecord, SharedValuesMayBeReleasedByManyThreads)
 {
     const ZLogRecord record = numbers(50);
     std::vector<std::thread> threads;

@@ -3,6 +3,6 @@
 
 #pragma once
 
-/// 1 when debug lines are written, which the log front end decides once, at start; it never goes back to 0.
-/// Stands here, below the front end, because objects that log look at it as well.
+/// 1 when debug lines are written. Set by `CNSInitLog` and never cleared. Declared apart from the front end
+/// because `ZLoggable` reads it, too.
 extern unsigned char debugLogEnabled;

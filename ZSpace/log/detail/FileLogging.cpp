@@ -5,14 +5,19 @@
 
 #include "ZSpace/log/ZLogBookFile.h"
 #include "ZSpace/log/ZTransferLog.h"
+#include "ZSpace/platform/ReportFile.h"
 #include "ZSpace/string/ZGStr.h"
 #include "ZSpace/system/ZSysInfoPaths.h"
+
+#include <cerrno>
+#include <cstring>
+#include <unistd.h>
 
 namespace ZSpace {
 
 namespace {
 
-/// Logging must never stop a program: whatever fails while it is set up is dropped here.
+/// Logging must never stop a program: whatever its set-up throws is dropped here.
 template <typename SetUp>
 void dropFailures(SetUp setUp) noexcept
 {
@@ -22,26 +27,42 @@ void dropFailures(SetUp setUp) noexcept
     }
 }
 
+/// Opens a report file relative to its directory, so that nothing another user has planted there is used.
+/// @return the descriptor, or a negative error number.
+int openReport(const ZGStr<char>& path)
+{
+    const char* const slash = std::strrchr(path, '/');
+    if (!slash)
+        return -EINVAL; // report files are always in a directory
+    const char* const name = slash + 1;
+    const int directory = Host::openReportDirectory(ZGStr<char>(path, name - path));
+    if (directory < 0)
+        return directory;
+    const int file = Host::openReportFile(directory, name);
+    close(directory);
+    return file;
+}
+
 } // namespace
 
-void useLogFolder(const char* folder) noexcept
+void useLogDirectory(const char* directory) noexcept
 {
-    dropFailures([=] { ZSysInfoPaths::setUserLogDirW(ZGStr<wchar_t>(folder)); });
+    dropFailures([=] { ZSysInfoPaths::setUserLogDirW(ZGStr<wchar_t>(directory)); });
 }
 
 void enableFileLogging(const char* tag) noexcept
 {
     dropFailures([=] {
         const ZGStr<char> prefix = ZGStr<char>(tag) + "_";
-        const ZGStr<wchar_t> path = ZSysInfoPaths::getNewLogFileNameW(prefix, ".txt");
+        const ZGStr<char> path(ZSysInfoPaths::getNewLogFileNameW(prefix, ".txt"));
         // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): what it throws is dropped above
-        ZTransferLog::useLogBook(ZRef<ZLogBook>(new ZLogBookFile(path)));
+        ZTransferLog::useLogBook(ZRef<ZLogBook>(new ZLogBookFile(ZLogBookFile::OpenFile{openReport(path)})));
     });
 }
 
 void disableFileLogging() noexcept
 {
-    ZTransferLog::useLogBook(ZRef<ZLogBook>());
+    dropFailures([] { ZTransferLog::useLogBook(ZRef<ZLogBook>()); });
 }
 
 } // namespace ZSpace

@@ -5,14 +5,16 @@
 
 namespace ZSpace {
 
-/// Makes `folder` the folder of new report files. Failures are not reported.
-void useLogFolder(const char* folder) noexcept;
+// None of these reports a failure: logging must never stop a program.
 
-/// Sends the lines of the log front end into a new report file whose name begins with `tag` and "_". When
-/// that cannot be done, logging stays as it was and nothing is reported: it must never stop a program.
+/// Creates new report files in `directory` from now on.
+void useLogDirectory(const char* directory) noexcept;
+
+/// Sends the lines of the log front end to a new report file whose name begins with `tag` and "_". Changes
+/// nothing if that fails.
 void enableFileLogging(const char* tag) noexcept;
 
-/// Ends what `enableFileLogging` began.
+/// Detaches the report file. It is closed when its last user is done.
 void disableFileLogging() noexcept;
 
 } // namespace ZSpace

@@ -4,62 +4,91 @@
 #include "ZSpace/log/detail/LogLine.h"
 
 #include "ZSpace/platform/ThreadNumber.h"
+#include "ZSpace/string/detail/StrDigits.h"
+#include "ZSpace/value/TZBinary.h"
 #include "ZSpace/value/ZTime.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstring>
 #include <ctime>
 
 namespace ZSpace::detail {
 
 namespace {
 
-// "\n2026-03-04T05:06:07.089 Thread[1a03]:" by its places.
-constexpr long s_time = 1;
-constexpr long s_timeLength = 19; // without milliseconds
-constexpr long s_milliseconds = s_time + s_timeLength + 1;
+// The offsets of "2026-03-04T05:06:07.089 Thread[1a03]:".
+constexpr long s_secondLength = 19; // the time without its milliseconds
+constexpr long s_milliseconds = s_secondLength + 1;
 constexpr long s_thread = s_milliseconds + 3 + 1;
-constexpr long s_room = s_thread + 7 + 8 + 2; // of "Thread[", 32 bits and "]:"
+constexpr long s_prefixCapacity = s_thread + 7 + 8 + 2; // "Thread[", 32 bits and "]:"
 
-/// The beginning of a thread's lines, and what it was made for.
+/// The beginning of one thread's lines, and what it was formatted for.
 struct Prefix {
-    char text[s_room] = "\n";
-    long length = 0; // with the colon; 0 before the first use
+    char text[s_prefixCapacity] = {};
+    long length = 0; // with the colon
     unsigned int thread = 0;
     time_t second = 0;
+    bool hasThread = false; // every number, 0 included, may be that of a thread
+    bool hasSecond = false; // the clock may stand at 0
 };
 thread_local constinit Prefix t_prefix;
 
-void writeThread(Prefix& prefix, unsigned int thread) noexcept
+char* writeHex(char* to, unsigned int number) noexcept
 {
-    char* to = prefix.text + s_thread;
-    to = std::copy_n("Thread[", 7, to);
-    to = std::to_chars(to, prefix.text + s_room, thread, 16).ptr;
+    int shift = 28;
+    while (shift > 0 && number >> shift == 0)
+        shift -= 4;
+    for (; shift >= 0; shift -= 4)
+        *to++ = "0123456789abcdef"[number >> shift & 0xF];
+    return to;
+}
+
+void formatThread(Prefix& prefix, unsigned int thread) noexcept
+{
+    char* to = std::copy_n("Thread[", 7, prefix.text + s_thread);
+    to = writeHex(to, thread);
     *to++ = ']';
     *to++ = ':';
     prefix.length = to - prefix.text;
     prefix.thread = thread;
+    prefix.hasThread = true;
 }
 
-void writeSecond(Prefix& prefix, time_t second) noexcept
+void formatSecond(Prefix& prefix, time_t second) noexcept
 {
     const ZTime time(static_cast<unsigned int>(second));
     char text[ZTime::s_textCapacity];
     time.writeText(text);
-    std::memcpy(prefix.text + s_time, text, s_timeLength);
+    std::memcpy(prefix.text, text, s_secondLength);
     prefix.text[s_milliseconds - 1] = '.';
     prefix.text[s_thread - 1] = ' ';
     prefix.second = second;
+    prefix.hasSecond = true;
 }
 
 Prefix& prefixOfThread() noexcept
 {
     Prefix& prefix = t_prefix;
-    const unsigned int thread = Host::threadNumber(); // a forked child has another one
-    if (prefix.thread != thread)
-        writeThread(prefix, thread);
+    const unsigned int thread = Host::threadNumber(); // changes in a forked child
+    if (!prefix.hasThread || prefix.thread != thread)
+        formatThread(prefix, thread);
     return prefix;
+}
+
+/// The capacity that the text form of any value needs, except for the kinds of variable length.
+constexpr long s_printedCapacity = 64;
+
+long printedLength(const TZValueBase<ZTypeId>& value) noexcept
+{
+    if (value.Type() != ZTypeId_binary)
+        return s_printedCapacity;
+    const auto* bytes = static_cast<const TZBinary<unsigned char>*>(value.Content());
+    return static_cast<long>(2 * std::max(bytes->Length(), 0LL)) + s_printedCapacity;
+}
+
+template <typename T>
+const T& contentOf(const TZValueBase<ZTypeId>& value) noexcept
+{
+    return *static_cast<const T*>(value.Content());
 }
 
 } // namespace
@@ -75,8 +104,8 @@ ZStrToken<char> linePrefix() noexcept
     Prefix& prefix = prefixOfThread();
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    if (prefix.second != now.tv_sec)
-        writeSecond(prefix, now.tv_sec);
+    if (!prefix.hasSecond || prefix.second != now.tv_sec)
+        formatSecond(prefix, now.tv_sec);
     const auto milliseconds = static_cast<unsigned int>(now.tv_nsec / 1'000'000);
     char* const to = prefix.text + s_milliseconds;
     to[0] = static_cast<char>('0' + milliseconds / 100);
@@ -85,22 +114,67 @@ ZStrToken<char> linePrefix() noexcept
     return {prefix.text, prefix.length};
 }
 
-void LogLine::append(const ZLogRecord::Item& item) noexcept
+void LogLine::append(const ZLogRecord::Item& item)
 {
-    if (item->Type() == ZTypeId_cstring)
-        return append(ZStrToken<char>(*static_cast<const char* const*>(item->Content())));
-    if (item->Type() == ZTypeId_string)
-        return append(ZStrToken<char>(*static_cast<const ZGStr<char>*>(item->Content())));
+    const TZValueBase<ZTypeId>& value = *item.operator->(); // aborts with a report on an empty reference
+    switch (value.Type()) {
+    case ZTypeId_cstring:
+        return append(ZStrToken<char>(contentOf<const char*>(value)));
+    case ZTypeId_string:
+        return append(ZStrToken<char>(contentOf<ZGStr<char>>(value)));
+    case ZTypeId_wcstring:
+        return appendNarrowed(contentOf<const wchar_t*>(value));
+    case ZTypeId_wstring:
+        return appendNarrowed(contentOf<ZGStr<wchar_t>>(value));
+    case ZTypeId_int:
+        return appendInteger(contentOf<int>(value));
+    case ZTypeId_unsigned_int:
+        return appendInteger(contentOf<unsigned int>(value));
+    case ZTypeId_long_long:
+        return appendInteger(contentOf<long long>(value));
+    case ZTypeId_unsigned_long_long:
+        return appendInteger(contentOf<unsigned long long>(value));
+    default:
+        return appendPrinted(value);
+    }
+}
+
+/// Keeps the low 8 bits of each unit and stops where those are 0, as narrow strings do.
+void LogLine::appendNarrowed(const wchar_t* characters)
+{
+    for (; characters && static_cast<char>(*characters); ++characters)
+        append(static_cast<char>(*characters));
+}
+
+template <typename Integer>
+void LogLine::appendInteger(Integer number)
+{
+    const Decimal decimal(number);
+    char digits[24]; // the longest number has 20 characters
+    writeDecimal(digits, decimal.length(), decimal);
+    append(digits, decimal.length());
+}
+
+/// Strings terminate the process when an append finds no memory, and only their construction throws. So the
+/// buffer is made large enough first.
+void LogLine::appendPrinted(const TZValueBase<ZTypeId>& value)
+{
+    const long length = printedLength(value);
+    if (m_printed.Capacity() <= length)
+        m_printed = ZMStr<char>(length + 1);
     m_printed.remove(0);
-    item->appendTo(m_printed);
+    value.appendTo(m_printed);
     append(ZStrToken<char>(m_printed));
 }
 
-void LogLine::appendLong(const ZStrToken<char>& text) noexcept
+void LogLine::grow(long count)
 {
-    if (m_long.isEmpty())
-        m_long.append(m_short, m_length);
-    m_long.append(text);
+    const long capacity = std::max(2 * m_capacity, m_length + count);
+    std::unique_ptr<char[]> larger(new char[static_cast<std::size_t>(capacity)]);
+    std::memcpy(larger.get(), m_characters, static_cast<std::size_t>(m_length));
+    m_heap = std::move(larger);
+    m_characters = m_heap.get();
+    m_capacity = capacity;
 }
 
 } // namespace ZSpace::detail

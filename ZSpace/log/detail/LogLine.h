@@ -6,58 +6,65 @@
 #include "ZSpace/log/ZLogRecord.h"
 #include "ZSpace/string/ZMStr.h"
 
+#include <cstddef>
 #include <cstring>
+#include <memory>
 
 namespace ZSpace::detail {
 
-/// "Thread[1a03]": the calling thread's number in hexadecimal without leading zeros. The text is the thread's
-/// own.
+/// "Thread[1a03]": the calling thread's number in hexadecimal without leading zeros. Points into storage of
+/// the calling thread.
 [[nodiscard]] ZStrToken<char> threadId() noexcept;
 
-/// What every line begins with: a line feed, the current time in UTC with milliseconds, one blank, the thread
-/// and a colon. The line feed ends a line that was cut; whoever needs none leaves it out.
+/// The beginning of a line: "2026-03-04T05:06:07.089 Thread[1a03]:", the current time in UTC and the calling
+/// thread. Points into storage of the calling thread, which its next call overwrites.
 ///
-/// Costs one look at the clock: second and thread are written anew only when they have changed. The text is
-/// the thread's own and stays until it asks again.
+/// Reads the clock once. Formats the second and the thread only when they have changed.
 [[nodiscard]] ZStrToken<char> linePrefix() noexcept;
 
-/// A line while it is built: on the stack as long as it is short, so that most lines cost no allocation.
+/// A line under construction. Up to 1,024 bytes it stays on the stack; a longer one moves to the heap.
+///
+/// Appending throws `std::bad_alloc` if allocation fails.
 class LogLine {
 public:
     LogLine() noexcept = default;
-    LogLine(const LogLine&) = delete; // lives for one line
+    LogLine(const LogLine&) = delete; // points into itself
     LogLine& operator=(const LogLine&) = delete;
     ~LogLine() = default;
 
-    void append(const ZStrToken<char>& text) noexcept
+    void append(const char* characters, long count)
     {
-        const long end = m_length + text.Length();
-        if (end > s_shortRoom || !m_long.isEmpty())
-            return appendLong(text);
-        if (text.Length() > 0)
-            std::memcpy(m_short + m_length, text, static_cast<std::size_t>(text.Length()));
-        m_length = end;
+        if (count <= 0)
+            return;
+        if (count > m_capacity - m_length)
+            grow(count);
+        std::memcpy(m_characters + m_length, characters, static_cast<std::size_t>(count));
+        m_length += count;
     }
-    void append(char c) noexcept { append(ZStrToken<char>(&c, 1)); }
-    /// Appends the text of an item. Texts go straight into the line, other kinds through a builder that the
-    /// line keeps.
-    void append(const ZLogRecord::Item& item) noexcept;
+    void append(const ZStrToken<char>& characters) { append(characters, characters.Length()); }
+    void append(char c) { append(&c, 1); }
+    /// Appends what `item->toCString()` returns.
+    void append(const ZLogRecord::Item& item);
 
-    /// What was appended so far; until more is.
-    [[nodiscard]] ZStrToken<char> text() const noexcept
-    {
-        return m_long.isEmpty() ? ZStrToken<char>(m_short, m_length) : ZStrToken<char>(m_long);
-    }
+    /// The characters, without a terminator. Invalidated by the next `append`.
+    [[nodiscard]] const char* data() const noexcept { return m_characters; }
+    [[nodiscard]] long length() const noexcept { return m_length; }
 
 private:
-    void appendLong(const ZStrToken<char>& text) noexcept;
+    void appendNarrowed(const wchar_t* characters);
+    template <typename Integer>
+    void appendInteger(Integer number);
+    void appendPrinted(const TZValueBase<ZTypeId>& value);
+    void grow(long count);
 
-    static constexpr long s_shortRoom = 1024;
+    static constexpr long s_stackCapacity = 1024;
 
-    char m_short[s_shortRoom]; // not cleared: `m_length` says what counts
+    char m_stack[s_stackCapacity]; // uninitialized: `m_length` says how much is valid
+    char* m_characters = m_stack;
     long m_length = 0;
-    ZMStr<char> m_long; // the whole line, once it is too long for the stack
-    ZMStr<char> m_printed; // the value at hand
+    long m_capacity = s_stackCapacity;
+    std::unique_ptr<char[]> m_heap; // once the line has outgrown the stack
+    ZMStr<char> m_printed; // one value; kept so that all values of a line share its buffer
 };
 
 } // namespace ZSpace::detail
