@@ -103,14 +103,14 @@ TEST_F(SystemLog, TakesEachLevelAndClampsOthers)
     }
 }
 
-TEST_F(SystemLog, ANullTagIsEmpty)
+TEST_F(SystemLog, ANullTagSelectsTheDefaultSender)
 {
     m_root.run([] {
         CNSInitLog(0, 1, nullptr, nullptr);
         CNSLog("line");
         return 0;
     });
-    EXPECT_THAT(messages(), ContainsRegex(priority(5) + ".* : line\n"));
+    EXPECT_THAT(messages(), ContainsRegex(priority(5) + ".* front_end_tests: line\n"));
 }
 
 TEST_F(SystemLog, KeepsACopyOfTheTag)
