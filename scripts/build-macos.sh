@@ -23,7 +23,6 @@ esac
 if [ "$(uname)" = Darwin ]; then
     # shellcheck disable=SC2154,SC2086 # set in setup.sh; the list is to be split
     require_packages $build_packages
-    echo "Building preset macos-x86-64"
     build macos-x86-64 CdkRSUninstaller zspace
     echo "build/macos-x86-64/app/CdkRSUninstaller"
     [ "$targets" != all ] || exec ./scripts/test.sh macos-native
@@ -60,7 +59,6 @@ if ! cmp -s packaging/macos/zig/package-lock.json "$zig/installed.json"; then
     cp "$zig/package-lock.json" "$zig/installed.json"
 fi
 
-echo "Building preset macos"
 # shellcheck disable=SC2086 # the list is to be split
 build macos $targets foundation_with_arc
 ./scripts/check-macos.sh

@@ -3,6 +3,10 @@
 #
 # Sourced by the other scripts: installs what is missing on a Debian host or a Mac, and says what is needed elsewhere.
 
+# Debian keeps chroot and others where the PATH of an ordinary user does not look.
+PATH=$PATH:/usr/sbin:/sbin
+export PATH
+
 # require_packages PACKAGE...: makes sure that every one of these Debian packages is installed, or its like on a Mac.
 require_packages() {
     if [ "$(uname)" = Darwin ]; then
@@ -21,16 +25,32 @@ require_packages() {
         echo "This host has no apt-get. Please install what these Debian packages hold:$missing" >&2
         return 1
     fi
-    as_root=
-    if [ "$(id -u)" -ne 0 ]; then
-        as_root=sudo
-    fi
     echo "Installing:$missing"
     # shellcheck disable=SC2086 # the list is to be split
-    DEBIAN_FRONTEND=noninteractive $as_root apt-get install -y -qq $missing >/dev/null 2>&1 && return 0
-    $as_root apt-get update -qq
-    # shellcheck disable=SC2086
-    DEBIAN_FRONTEND=noninteractive $as_root apt-get install -y -qq $missing >/dev/null
+    run_apt install -y $missing || { run_apt update && run_apt install -y $missing; } || {
+        tail -n 20 build/apt.log >&2
+        echo "Installing failed; the whole log is build/apt.log" >&2
+        return 1
+    }
+}
+
+# run_apt COMMAND...: apt-get as root. Its output goes to build/apt.log; what it fetches is shown.
+run_apt() {
+    as_root=
+    [ "$(id -u)" -eq 0 ] || as_root=sudo
+    mkdir -p build
+    result=build/apt.failed
+    : >"$result"
+    { $as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -o Dpkg::Use-Pty=0 "$@" 2>&1 && rm -f "$result"; } |
+        tee -a build/apt.log | sed -n '/^Need to get/s/^/    /p; /^Fetched/s/^/    /p'
+    [ ! -e "$result" ]
+}
+
+# The package with the runtime of the sanitizers for this host's clang, whatever its version.
+clang_runtime() {
+    command -v apt-cache >/dev/null 2>&1 || return 0
+    [ -n "$(apt-cache depends clang 2>/dev/null)" ] || run_apt update >&2
+    apt-cache depends clang | sed -n 's/.*Depends: clang-\([0-9][0-9]*\)$/libclang-rt-\1-dev/p'
 }
 
 # What these Debian packages stand for on a Mac: Xcode's tools, and from Homebrew what else is missing. The variable
@@ -71,15 +91,40 @@ build_packages="g++ cmake ninja-build"
 default_preset=release
 [ "$(uname)" != Darwin ] || default_preset=macos-native
 
-# build PRESET TARGET...: configures and builds, quietly while all is well.
+# build PRESET TARGET...: configures and builds, with the options in $configure_options. Shows how far it is; the output
+# of the tools goes to build/PRESET.log.
+configure_options=
 build() {
     preset=$1
     shift
-    log=$(mktemp)
-    if ! { cmake --preset "$preset" && cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
-        cat "$log" >&2
-        rm -f "$log"
+    mkdir -p build
+    log=build/$preset.log
+    result=build/$preset.failed
+    : >"$result"
+    echo "Building preset $preset"
+    # shellcheck disable=SC2086 # the options are to be split
+    {
+        cmake --preset "$preset" $configure_options 2>&1 &&
+            NINJA_STATUS='[%f/%t] ' cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 &&
+            rm -f "$result"
+    } | tee "$log" | show_progress
+    if [ -e "$result" ]; then
+        rm -f "$result"
+        grep -n -A 10 -e 'error:' -e 'CMake Error' -e '^FAILED' "$log" | head -n 60 >&2 || tail -n 30 "$log" >&2
+        echo "Building preset $preset failed; the whole log is $log" >&2
         return 1
     fi
-    rm -f "$log"
+}
+
+# Of the build's output, shows every tenth part of the way.
+show_progress() {
+    awk 'match($0, /^\[[0-9]+\/[0-9]+\] /) {
+        split(substr($0, 2, RLENGTH - 3), step, "/")
+        tenth = int(10 * step[1] / step[2])
+        if (tenth != shown) {
+            printf "    %3d %% (%d of %d steps)\n", 10 * tenth, step[1], step[2]
+            fflush()
+            shown = tenth
+        }
+    }'
 }

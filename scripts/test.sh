@@ -8,18 +8,20 @@ set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
 
-# shellcheck disable=SC2154 # set in setup.sh
+# shellcheck disable=SC2154,SC2034 # set and used in setup.sh
 preset=${1:-$default_preset}
 packages="$build_packages libgtest-dev libgmock-dev pkgconf"
 case $preset in
-clang | asan | fuzz) packages="$packages clang libclang-rt-14-dev" ;;
+clang | asan | fuzz) packages="$packages clang $(clang_runtime)" ;;
 gnustep) packages="$packages clang libgnustep-base-dev" ;;
-gnustep-*) packages="$packages clang libclang-rt-14-dev libgnustep-base-dev" ;;
+gnustep-*) packages="$packages clang $(clang_runtime) libgnustep-base-dev" ;;
 libcxx) packages="$packages clang libc++-dev libc++abi-dev googletest" ;;
 esac
 # shellcheck disable=SC2086 # the list is to be split
 require_packages $packages
 
-echo "Building preset $preset"
+# run.sh may have configured without them.
+configure_options=-DZSPACE_BUILD_TESTS=ON
 build "$preset"
+echo "Testing preset $preset"
 ctest --preset "$preset"
