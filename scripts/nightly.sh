@@ -1,0 +1,36 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 The ZSpace authors
+# SPDX-License-Identifier: MIT
+#
+# What is too long for every merge, and runs once a night: the remaining presets, fresh machines, the reference. Goes on
+# after a failure and names all of them at the end. Needs root.
+set -eu
+cd "$(dirname "$0")/.."
+
+failed=
+try() {
+    echo "== $*"
+    "$@" || failed="$failed
+    $*"
+}
+
+try ./scripts/test.sh debug
+try ./scripts/test.sh clang
+try ./scripts/test.sh libcxx
+try ./scripts/test.sh fuzz
+try ./scripts/test.sh gnustep-asan
+try ./scripts/test.sh gnustep-tsan
+try ./scripts/build-macos.sh --tests
+try ./scripts/docs.sh
+for suite in bookworm trixie; do
+    try ./scripts/fresh-root.sh "$suite" root
+    try ./scripts/fresh-root.sh "$suite" user
+done
+# The compilers of Debian 13, on Debian 13.
+try ./scripts/fresh-root.sh trixie user -- ./scripts/test.sh clang
+
+if [ -n "$failed" ]; then
+    echo "Failed:$failed" >&2
+    exit 1
+fi
+echo "All passed."
