@@ -320,14 +320,68 @@ int ZTime::setSeconds(long long secondsSince1970) noexcept
     return static_cast<int>(day.time_since_epoch().count());
 }
 
-long long ZTime::secondsAsUtc() const noexcept
+namespace {
+
+/// Seconds since 1970 of a record read as UTC.
+long long utcSecondsOf(const std::tm& record) noexcept
 {
     using namespace std::chrono;
-    // Month and day are added because both are 0 in the cleared time. Years above the signed range result
-    // from shifting to before the year 0.
-    const year_month month = year(static_cast<short>(m_year)) / January + months(m_month - 1);
-    const sys_days day = sys_days(month / 1) + days(m_day - 1);
-    return sys_seconds(day).time_since_epoch().count() + m_hour * 3600L + m_minute * 60L + m_second;
+    // Added up, because month and day are out of range in the cleared time.
+    const year_month month = year(record.tm_year + 1900) / January + months(record.tm_mon);
+    const sys_days day = sys_days(month / 1) + days(record.tm_mday - 1);
+    return sys_seconds(day).time_since_epoch().count() + record.tm_hour * 3600L + record.tm_min * 60L
+        + record.tm_sec;
+}
+
+long long offsetOf(const std::tm& local, std::time_t moment) noexcept
+{
+    return utcSecondsOf(local) - moment;
+}
+
+/// Offset of standard local time from UTC at or near a moment.
+long long standardOffsetNear(std::time_t moment) noexcept
+{
+    constexpr std::time_t step = 30 * 86400; // daylight saving rarely lasts a whole year
+    std::tm local{};
+    for (std::time_t distance = 0; distance <= 12 * step; distance += step) {
+        for (const std::time_t near : {moment - distance, moment + distance}) {
+            if (localtime_r(&near, &local) && local.tm_isdst == 0)
+                return offsetOf(local, near);
+        }
+    }
+    constexpr long long usualDaylightSaving = 3600;
+    return localtime_r(&moment, &local) ? offsetOf(local, moment) - usualDaylightSaving : 0;
+}
+
+} // namespace
+
+std::tm ZTime::record() const noexcept
+{
+    std::tm record;
+    fill_tm(record, m_second, m_minute, m_hour, m_day, m_month, m_year);
+    return record;
+}
+
+long long ZTime::secondsAsUtc() const noexcept
+{
+    std::tm fields = record();
+    // Years above the signed range result from shifting to before the year 0.
+    fields.tm_year = static_cast<short>(m_year) - 1900;
+    return utcSecondsOf(fields);
+}
+
+/// Read without daylight saving, which `fill_tm` switches off.
+long long ZTime::secondsAsLocal() const noexcept
+{
+    std::tm fields = record();
+    fields.tm_wday = -1;
+    const std::time_t seconds = std::mktime(&fields);
+    if (fields.tm_wday >= 0) // set on success only; a result of -1 may be a valid one
+        return seconds;
+    // Some C libraries refuse years before 1900.
+    const long long utc = secondsAsUtc();
+    const long long guess = utc - standardOffsetNear(static_cast<std::time_t>(utc));
+    return utc - standardOffsetNear(static_cast<std::time_t>(guess));
 }
 
 long long ZTime::operator-(const ZTime& other) const noexcept
@@ -337,9 +391,7 @@ long long ZTime::operator-(const ZTime& other) const noexcept
 
 ZTime& ZTime::shift(long long seconds) noexcept
 {
-    std::tm local;
-    fill_tm(local, m_second, m_minute, m_hour, m_day, m_month, m_year);
-    setSeconds(std::mktime(&local) + seconds);
+    setSeconds(secondsAsLocal() + seconds);
     return *this;
 }
 

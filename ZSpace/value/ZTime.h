@@ -8,7 +8,6 @@
 #include "ZSpace/string/ZStrToken.h"
 
 #include <compare>
-#include <concepts>
 #include <cstddef>
 #include <ctime>
 #include <type_traits>
@@ -21,6 +20,10 @@ namespace detail {
 template <typename S>
 concept StringClass = std::disjunction_v<std::is_same<S, ZGStr<char>>, std::is_same<S, ZGStr<wchar_t>>,
     std::is_same<S, ZMStr<char>>, std::is_same<S, ZMStr<wchar_t>>>;
+
+/// An integer or an unscoped enumeration.
+template <typename T>
+concept Countable = std::is_integral_v<T> ||(std::is_enum_v<T>&& std::is_convertible_v<T, long long>);
 
 } // namespace detail
 
@@ -139,12 +142,12 @@ public:
     /// kept.
     ZTime& operator+=(unsigned int seconds) noexcept { return shift(static_cast<long long>(seconds)); }
     ZTime& operator-=(unsigned int seconds) noexcept { return shift(-static_cast<long long>(seconds)); }
-    template <std::integral I>
+    template <detail::Countable I>
     ZTime operator+(I seconds) const noexcept
     {
         return ZTime(*this) += static_cast<unsigned int>(seconds);
     }
-    template <std::integral I>
+    template <detail::Countable I>
     ZTime operator-(I seconds) const noexcept
     {
         return ZTime(*this) -= static_cast<unsigned int>(seconds);
@@ -187,7 +190,9 @@ private:
         return static_cast<unsigned long long>(*this);
     }
     [[nodiscard]] unsigned int seconds() const noexcept { return static_cast<unsigned int>(*this); }
+    [[nodiscard]] std::tm record() const noexcept;
     [[nodiscard]] long long secondsAsUtc() const noexcept;
+    [[nodiscard]] long long secondsAsLocal() const noexcept;
     int setSeconds(long long secondsSince1970) noexcept;
     void setPacked(unsigned long long packed) noexcept;
     static const char* charactersOf(const char* string) noexcept { return string; }

@@ -56,9 +56,14 @@ private:
 /// Generates valid times over the whole range, the same sequence in every run.
 class RandomTimes {
 public:
+    explicit RandomTimes(int firstYear = 1600)
+        : m_firstYear(firstYear)
+    {
+    }
+
     ZTime next()
     {
-        return {static_cast<unsigned short>(within(1600, 3000)), byte(1, 12), byte(1, 31), byte(0, 23),
+        return {static_cast<unsigned short>(within(m_firstYear, 3000)), byte(1, 12), byte(1, 31), byte(0, 23),
             byte(0, 59), byte(0, 59), static_cast<unsigned short>(within(0, 999))};
     }
 
@@ -66,6 +71,7 @@ private:
     int within(int first, int last) { return std::uniform_int_distribution<int>(first, last)(m_random); }
     unsigned char byte(int first, int last) { return static_cast<unsigned char>(within(first, last)); }
 
+    int m_firstYear;
     std::mt19937 m_random{20240305};
 };
 
@@ -85,8 +91,12 @@ private:
 /// Seconds since 1970 of a time read as UTC, as the C library computes them.
 [[nodiscard]] inline long long utcSecondsOf(const ZTime& time)
 {
+    constexpr long long secondsIn400Years = 146'097LL * 86'400;
     std::tm record = recordOf(time);
-    return timegm(&record);
+    long long seconds = 0;
+    for (; record.tm_year < 0; record.tm_year += 400) // some C libraries refuse years before 1900
+        seconds -= secondsIn400Years;
+    return seconds + timegm(&record);
 }
 
 /// The representation of a time.
