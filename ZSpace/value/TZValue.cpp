@@ -261,25 +261,6 @@ void TZValueBase<Id>::appendTo(ZMStr<char>& string) const noexcept
         kind->printTo(string, this->m_content);
 }
 
-template <typename Id>
-void TZValueBase<Id>::ReleaseContentOfValue(TZValueBase& value) noexcept
-{
-    if (value.m_type == ZTypeId_structure) {
-        ReleaseContentOfStructure(*static_cast<TZValueStructureBase<Id, char>*>(value.m_content));
-    } else if (value.m_type & ZTypeId_array) {
-        for (auto* item = static_cast<detail::ValueItem*>(value.m_content); item && *item; ++item)
-            ReleaseContentOfValue(**item);
-    }
-}
-
-template <typename Id>
-void TZValueBase<Id>::ReleaseContentOfStructure(TZStructuralBase<char>& structure) noexcept
-{
-    auto& members = static_cast<TZValueStructureBase<Id, char>&>(structure);
-    for (unsigned int i = 0; i < members.Count(); ++i)
-        ReleaseContentOfValue(members.Member(i));
-}
-
 template class TZType<ZTypeId>;
 template class TZValueBase<ZTypeId>;
 template class TZValueStructureBase<ZTypeId, char>;

@@ -21,6 +21,10 @@ namespace ZSpace {
 template <typename Id>
 class TZValueBase;
 
+namespace detail {
+struct ValueNesting;
+} // namespace detail
+
 /// A cell that holds one value of any kind: a tag that names the kind, and a separately allocated content.
 ///
 /// The cell owns its content, including the characters of a string, the bytes of an owning binary, the
@@ -62,6 +66,8 @@ protected:
     {
     }
     void swap(TZType& other) noexcept;
+
+    friend detail::ValueNesting;
 
     void* m_content = nullptr;
     Id m_type = 0;
@@ -153,18 +159,19 @@ public:
     {
     }
     /// A value of the kind whose cell has exactly the type of `value`: `char`, `signed char` and `unsigned
-    /// char` differ, as do numbers of each width and sign. C strings are stored as pointers. Allocates
-    /// nothing but the cell unless copying `value` allocates.
+    /// char` differ, as do numbers of each width and sign. `long` counts as `long long` and an unscoped
+    /// enumeration as `int`. Pointers to characters and arrays of characters are stored as C strings, by
+    /// pointer. Allocates nothing but the cell unless copying `value` allocates.
     template <typename T>
-    requires detail::CellType<std::remove_cvref_t<T>>
+    requires detail::HasCell<T>
     explicit TZValueBase(std::in_place_t, T&& value)
-        : TZType<Id>(detail::s_typeIdOf<std::remove_cvref_t<T>>, sizeof(std::remove_cvref_t<T>),
-            detail::newCell<std::remove_cvref_t<T>>(std::forward<T>(value)))
+        : TZType<Id>(detail::s_typeIdOf<detail::CellFor<T>>, sizeof(detail::CellFor<T>),
+            detail::newCell<detail::CellFor<T>>(std::forward<T>(value)))
     {
     }
     /// A structure value that holds a deep copy of `structure`.
     explicit TZValueBase(const TZValueStructureBase<Id, char>& structure);
-    /// A memory block that holds a copy of `size` bytes.
+    /// A memory block that holds a copy of `size` bytes; zeros if `bytes` is null.
     TZValueBase(const void* bytes, unsigned int size);
     TZValueBase(const TZValueBase& other);
     TZValueBase(TZValueBase&& other) noexcept = default;
@@ -194,9 +201,10 @@ public:
     /// Appends `toCString()` to `string`, without an allocation if the capacity suffices.
     void appendTo(ZMStr<char>& string) const noexcept;
 
-    /// Visit the members of a structure and the items of an array recursively. Other values are left alone.
-    static void ReleaseContentOfValue(TZValueBase& value) noexcept;
-    static void ReleaseContentOfStructure(TZStructuralBase<char>& structure) noexcept;
+    /// Kept for callers that release values member by member: every content is freed with its value, so there
+    /// is nothing left to do.
+    static void ReleaseContentOfValue(TZValueBase&) noexcept { }
+    static void ReleaseContentOfStructure(TZStructuralBase<char>&) noexcept { }
 
 protected:
     TZValueBase(Id type, unsigned int size, void* content) noexcept

@@ -42,24 +42,24 @@ unsigned int ZValueArrayBase::ArrayItemCount() const noexcept
     return static_cast<unsigned int>(detail::countItems(items()));
 }
 
-TZValueBase<ZTypeId>*& ZValueArrayBase::slot(unsigned int index) const
+TZValueBase<ZTypeId>*& ZValueArrayBase::slot(unsigned long long index) const
 {
-    if (index >= ArrayItemCount())
+    if (index >= detail::countItems(items()))
         throw ZOutOfBoundsException();
     return items()[index];
 }
 
-TZValueBase<ZTypeId>& ZValueArrayBase::ArrayItem(unsigned int index)
+TZValueBase<ZTypeId>& ZValueArrayBase::ArrayItem(unsigned long long index)
 {
     return *slot(index);
 }
 
-const TZValueBase<ZTypeId>& ZValueArrayBase::ArrayItem(unsigned int index) const
+const TZValueBase<ZTypeId>& ZValueArrayBase::ArrayItem(unsigned long long index) const
 {
     return *slot(index);
 }
 
-void ZValueArrayBase::ArrayItem(unsigned int index, const Value& value)
+void ZValueArrayBase::ArrayItem(unsigned long long index, const Value& value)
 {
     Value*& item = slot(index);
     delete std::exchange(item, value.clone()); // the old item is destroyed last: it may be `value`
@@ -69,8 +69,10 @@ void ZValueArrayBase::ArrayAdd(Value* value)
 {
     if (!value)
         return;
+    const std::size_t count = detail::countItems(items());
+    if (value == this || std::find(items(), items() + count, value) != items() + count)
+        return ArrayAdd(*value);
     std::unique_ptr<Value> added(value);
-    const std::size_t count = ArrayItemCount();
     auto** grown = new Value*[count + 2];
     std::copy_n(items(), count, grown);
     grown[count] = added.release();
@@ -88,7 +90,7 @@ void ZValueArrayBase::ArrayAdd(const Value& value)
     ArrayAdd(value.clone());
 }
 
-void ZValueArrayBase::ArrayRemove(unsigned int index)
+void ZValueArrayBase::ArrayRemove(unsigned long long index)
 {
     Value** item = &slot(index);
     const Value* removed = *item;

@@ -16,6 +16,8 @@ namespace ZSpace {
 /// block, and adding an item reallocates it, because arrays of values stay short. The kind of an item is not
 /// checked against the array's.
 ///
+/// Arrays may be nested to any depth: destroying, copying and comparing them does not recurse.
+///
 /// An index at or past the item count throws `ZOutOfBoundsException`. A failed allocation throws
 /// `std::bad_alloc` and leaves the array unchanged.
 class ZValueArrayBase : public TZValueBase<ZTypeId> {
@@ -33,18 +35,19 @@ public:
     ZValueArrayBase& operator=(ZValueArrayBase&&) noexcept = default;
 
     [[nodiscard]] unsigned int ArrayItemCount() const noexcept;
-    Value& ArrayItem(unsigned int index);
+    Value& ArrayItem(unsigned long long index);
     // NOLINTNEXTLINE(modernize-use-nodiscard): callers may want the range check alone
-    const Value& ArrayItem(unsigned int index) const;
+    const Value& ArrayItem(unsigned long long index) const;
     /// Replaces an item by a copy of `value`, which may be an item of this array.
-    void ArrayItem(unsigned int index, const Value& value);
+    void ArrayItem(unsigned long long index, const Value& value);
 
-    /// Takes ownership of `value`, also if it throws. Null is ignored.
+    /// Takes ownership of `value`, also if it throws. Null is ignored. If the array already owns `value`, or
+    /// `value` is the array itself, adds a copy.
     void ArrayAdd(Value* value);
     /// Adds a copy; `value` may be an item of this array.
     void ArrayAdd(const Value& value);
 
-    void ArrayRemove(unsigned int index);
+    void ArrayRemove(unsigned long long index);
     void ArrayClear() noexcept;
 
     /// The kind of the items.
@@ -62,7 +65,7 @@ private:
     {
         return m_type & ZTypeId_array ? static_cast<Value**>(m_content) : nullptr;
     }
-    [[nodiscard]] Value*& slot(unsigned int index) const;
+    [[nodiscard]] Value*& slot(unsigned long long index) const;
 };
 
 static_assert(sizeof(ZValueArrayBase) == sizeof(TZValueBase<ZTypeId>));

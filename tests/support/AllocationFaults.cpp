@@ -15,6 +15,7 @@ struct Ledger {
     long made = 0;
     long freed = 0;
     long failed = 0;
+    std::size_t lastSize = 0;
     long untilFault = 0; ///< 0: no fault is set
     bool lasting = false;
     bool struck = false;
@@ -37,11 +38,13 @@ bool strikes() noexcept
 
 void* allocate(std::size_t size) noexcept
 {
+    t_ledger.lastSize = size;
     return strikes() ? nullptr : std::malloc(std::max<std::size_t>(size, 1));
 }
 
 void* allocate(std::size_t size, std::align_val_t alignment) noexcept
 {
+    t_ledger.lastSize = size;
     void* block = nullptr;
     const std::size_t bytes = std::max(static_cast<std::size_t>(alignment), sizeof(void*));
     return strikes() || posix_memalign(&block, bytes, std::max<std::size_t>(size, 1)) ? nullptr : block;
@@ -67,6 +70,11 @@ void release(void* block) noexcept
 long allocationsMade() noexcept
 {
     return t_ledger.made;
+}
+
+std::size_t lastAllocationSize() noexcept
+{
+    return t_ledger.lastSize;
 }
 
 long blocksAlive() noexcept

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <new>
 
 /// Counts allocations and makes them fail, in test programs that compile AllocationFaults.cpp: it replaces
@@ -13,6 +14,9 @@ namespace ZSpace::Testing {
 
 /// The number of allocations that this thread has requested so far.
 [[nodiscard]] long allocationsMade() noexcept;
+
+/// The size in bytes of this thread's latest allocation.
+[[nodiscard]] std::size_t lastAllocationSize() noexcept;
 
 /// The number of blocks that this thread has allocated and not freed.
 [[nodiscard]] long blocksAlive() noexcept;

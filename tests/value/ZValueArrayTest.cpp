@@ -114,6 +114,44 @@ TEST(ZValueArrayTest, EachAddReallocatesTheBlock)
     EXPECT_EQ(blocksAlive() - alive, 1);
 }
 
+TEST(ZValueArrayTest, EachBlockHasOnePointerPerItemAndATerminator)
+{
+    ZValueArrayBase array(ZTypeId_int);
+    for (std::size_t count = 1; count <= 20; ++count) {
+        array.ArrayAdd(new Value(s_cell, 5));
+        EXPECT_EQ(lastAllocationSize(), (count + 1) * sizeof(Value*));
+    }
+    const ZValueArrayBase copy(array);
+    EXPECT_EQ(blockOf(copy)[20], nullptr);
+}
+
+TEST(ZValueArrayTest, RemovedAndReplacedItemsAreFreed)
+{
+    ZValueArrayBase array(ZTypeId_reference);
+    for (int i = 0; i < 3; ++i)
+        array.ArrayAdd(Value(ZReference<ZObject>(new CountedObject)));
+    const long alive = blocksAlive();
+    array.ArrayRemove(1);
+    EXPECT_EQ(CountedObject::s_alive, 2);
+    const long blocksPerItem = alive - blocksAlive();
+    EXPECT_GE(blocksPerItem, 3); // the value, its cell, the object
+    array.ArrayItem(0, Value());
+    EXPECT_EQ(CountedObject::s_alive, 1);
+    EXPECT_EQ(alive - blocksAlive(), 2 * blocksPerItem - 1);
+    array.ArrayClear();
+    EXPECT_EQ(CountedObject::s_alive, 0);
+}
+
+TEST(ZValueArrayTest, IndicesAreNotNarrowed)
+{
+    ZValueArrayBase array = numbers({1, 2});
+    EXPECT_THROW(array.ArrayItem(1ULL << 32), ZOutOfBoundsException);
+    EXPECT_THROW(array.ArrayItem(-1), ZOutOfBoundsException);
+    EXPECT_THROW(array.ArrayItem(1ULL << 32, Value()), ZOutOfBoundsException);
+    EXPECT_THROW(array.ArrayRemove(1ULL << 32), ZOutOfBoundsException);
+    EXPECT_EQ(numbersOf(array), (std::vector<int>{1, 2}));
+}
+
 TEST(ZValueArrayTest, ItsOwnItemsCanBeAdded)
 {
     ZValueArrayBase array = numbers({1, 2});
