@@ -119,12 +119,20 @@ TEST(BinaryValueTest, OwnedBytesAreCopiedAndBorrowedOnesShared)
     EXPECT_FALSE(*empty == shared);
 }
 
+TEST(BinaryValueTest, NullBytesPrintNothing)
+{
+    const Value value(s_cell, TZBinary<unsigned char>(nullptr, 3, false));
+    EXPECT_EQ(textOf(value), "");
+    EXPECT_EQ(appendedTextOf(value), "");
+}
+
 TEST(MemoryValueTest, ComparesByteByByte)
 {
     EXPECT_TRUE(Value("a\0b", 3) == Value("a\0b", 3));
     EXPECT_FALSE(Value("a\0b", 3) == Value("a\0c", 3));
     EXPECT_FALSE(Value("ab", 1) == Value("ab", 2));
     EXPECT_TRUE(Value("", 0) == Value(nullptr, 0));
+    EXPECT_TRUE(Value(nullptr, 3) == Value("\0\0\0", 3));
     const Value copy(Value(nullptr, 0));
     EXPECT_EQ(copy.Type(), 0x20000000u);
     EXPECT_EQ(copy.Size(), 0u);

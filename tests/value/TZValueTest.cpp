@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "ZSpace/value/TZValue.h"
-
+#include "ZSpace/value/ZValue.h"
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/Probes.h"
 #include "tests/support/Slots.h"
@@ -12,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -44,6 +43,7 @@ TEST(TZValueTest, VirtualOperationsAreTheDestructorsAndClone)
     EXPECT_EQ(slotOf(&TZType<ZTypeId>::clone), 2u);
     EXPECT_EQ(slotOf(&Value::clone), 2u);
     EXPECT_EQ(slotOf(&ZValueArrayBase::clone), 2u);
+    EXPECT_EQ(slotOf(&ZValue<int, ZTypeId_int>::clone), 2u);
 }
 
 TEST(TZValueTest, DefaultHasTagZeroAndNoContent)
@@ -243,6 +243,53 @@ TEST(PlainValueTest, ToCStringAllocatesOnlyItsResult)
         kind.sample.appendTo(line);
         EXPECT_EQ(allocationsMade(), beforeAppending) << kind.name;
     }
+}
+
+// Values made in place
+
+template <typename T>
+void expectInPlace(T&& source, ZTypeId tag, const char* text)
+{
+    const Value value(std::in_place, std::forward<T>(source));
+    EXPECT_EQ(value.Type(), tag) << text;
+    EXPECT_EQ(textOf(value), text);
+}
+
+TEST(PlainValueTest, EveryIntegerTypeHasAKind)
+{
+    expectInPlace(-5, ZTypeId_int, "-5");
+    expectInPlace(-5L, ZTypeId_long_long, "-5");
+    expectInPlace(-5LL, ZTypeId_long_long, "-5");
+    expectInPlace(5u, ZTypeId_unsigned_int, "5");
+    expectInPlace(5uL, ZTypeId_unsigned_long_long, "5");
+    expectInPlace(5uLL, ZTypeId_unsigned_long_long, "5");
+    expectInPlace(sizeof(int), ZTypeId_unsigned_long_long, "4");
+    expectInPlace(std::int64_t{-5}, ZTypeId_long_long, "-5");
+    expectInPlace(std::uint64_t{5}, ZTypeId_unsigned_long_long, "5");
+    expectInPlace(std::int8_t{-5}, ZTypeId_signed_char, "-5");
+    expectInPlace(std::uint16_t{5}, ZTypeId_unsigned_short, "5");
+}
+
+TEST(PlainValueTest, UnscopedEnumerationsAreInts)
+{
+    enum Plain { One = 1, Seven = 7 };
+    enum class Scoped { One };
+    expectInPlace(Seven, ZTypeId_int, "7");
+    static_assert(!std::is_constructible_v<Value, std::in_place_t, Scoped>);
+}
+
+TEST(PlainValueTest, PointersToCharactersAndArraysAreCStrings)
+{
+    char characters[] = "text";
+    wchar_t wide[] = L"wide";
+    expectInPlace(characters, ZTypeId_cstring, "text");
+    expectInPlace(wide, ZTypeId_wcstring, "wide");
+    expectInPlace(static_cast<char*>(characters), ZTypeId_cstring, "text");
+    expectInPlace(static_cast<wchar_t*>(wide), ZTypeId_wcstring, "wide");
+    expectInPlace("literal", ZTypeId_cstring, "literal");
+    const Value value(s_cell, characters);
+    EXPECT_EQ(contentOf<const char*>(value), characters); // by pointer
+    static_assert(!std::is_constructible_v<Value, std::in_place_t, int*>);
 }
 
 // createType

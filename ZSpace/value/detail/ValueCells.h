@@ -12,6 +12,7 @@
 #include "ZSpace/value/ZTypeId.h"
 
 #include <concepts>
+#include <type_traits>
 #include <utility>
 
 namespace ZSpace::detail {
@@ -60,6 +61,33 @@ inline constexpr ZTypeId s_typeIdOf =
 
 template <ZTypeId tag>
 using CellOf = typename decltype(cellKindOfTag<tag>(static_cast<const AllCellKinds*>(nullptr)))::Type;
+
+/// The cell type for a value that is constructed from a `T`; `void` if there is none.
+template <typename T>
+[[nodiscard]] constexpr auto cellFor() noexcept
+{
+    using Source = std::decay_t<T>;
+    if constexpr (CellType<Source>)
+        return std::type_identity<Source>();
+    else if constexpr (std::is_same_v<Source, char*>)
+        return std::type_identity<const char*>();
+    else if constexpr (std::is_same_v<Source, wchar_t*>)
+        return std::type_identity<const wchar_t*>();
+    else if constexpr (std::is_same_v<Source, long>)
+        return std::type_identity<long long>();
+    else if constexpr (std::is_same_v<Source, unsigned long>)
+        return std::type_identity<unsigned long long>();
+    else if constexpr (std::is_enum_v<Source> && std::is_convertible_v<Source, long long>)
+        return cellFor<decltype(+std::declval<Source>())>();
+    else
+        return std::type_identity<void>();
+}
+
+template <typename T>
+using CellFor = typename decltype(cellFor<T>())::type;
+
+template <typename T>
+concept HasCell = !std::is_void_v<CellFor<T>>;
 
 template <typename T>
 inline constexpr bool s_isString = std::same_as<T, ZGStr<char>> || std::same_as<T, ZGStr<wchar_t>>;

@@ -143,8 +143,8 @@ struct Structure {
 struct Memory {
     static void* copy(ValueContent content)
     {
-        auto* bytes = new unsigned char[content.size];
-        if (content.size > 0)
+        auto* bytes = new unsigned char[content.size]();
+        if (content.data && content.size > 0)
             std::memcpy(bytes, content.data, content.size);
         return bytes;
     }
