@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <type_traits>
 #include <utility>
 
@@ -15,7 +16,8 @@ namespace ZSpace {
 ///     TZBinary<unsigned char> packet(bytes, 12, false);
 ///
 /// Owned elements come from array `new` and are copied with the object. Borrowed elements remain the
-/// caller's, and all copies share them. A length of 0 or less means empty.
+/// caller's, and all copies share them. A negative length counts as 0. Assigning a
+/// borrowed part of the object's own elements keeps just that part.
 template <typename T>
 class TZBinary {
     static_assert(std::is_trivially_copyable_v<T>);
@@ -25,7 +27,7 @@ public:
     /// If `owns` is true, takes ownership of `data`, which must come from array `new`.
     TZBinary(T* data, long long length, bool owns) noexcept
         : m_data(data)
-        , m_length(length)
+        , m_length(std::max(length, 0LL))
         , m_owns(owns)
     {
     }
@@ -51,7 +53,9 @@ public:
     }
 
 private:
-    [[nodiscard]] std::ptrdiff_t count() const noexcept { return m_data ? std::max(m_length, 0LL) : 0; }
+    [[nodiscard]] std::ptrdiff_t count() const noexcept { return m_data ? m_length : 0; }
+    [[nodiscard]] bool isPartOf(const TZBinary& owner) const noexcept;
+    void keepOnly(const TZBinary& part) noexcept;
     void swap(TZBinary& other) noexcept;
 
     T* m_data = nullptr;
@@ -78,7 +82,11 @@ TZBinary<T>::TZBinary(const TZBinary& other)
 template <typename T>
 TZBinary<T>& TZBinary<T>::operator=(const TZBinary& other)
 {
-    if (this != &other)
+    if (this == &other)
+        return *this;
+    if (other.isPartOf(*this))
+        keepOnly(other);
+    else
         TZBinary(other).swap(*this);
     return *this;
 }
@@ -86,7 +94,11 @@ TZBinary<T>& TZBinary<T>::operator=(const TZBinary& other)
 template <typename T>
 TZBinary<T>& TZBinary<T>::operator=(TZBinary&& other) noexcept
 {
-    TZBinary(std::move(other)).swap(*this);
+    TZBinary taken(std::move(other)); // leaves `other` empty
+    if (taken.isPartOf(*this))
+        keepOnly(taken);
+    else
+        taken.swap(*this);
     return *this;
 }
 
@@ -98,6 +110,23 @@ void TZBinary<T>::clear() noexcept
     m_data = nullptr;
     m_length = 0;
     m_owns = false;
+}
+
+/// Whether this object borrows elements that `owner` would free.
+template <typename T>
+bool TZBinary<T>::isPartOf(const TZBinary& owner) const noexcept
+{
+    constexpr std::less<const T*> isBefore;
+    return owner.m_owns && !m_owns && count() > 0 && !isBefore(m_data, owner.m_data)
+        && isBefore(m_data, owner.m_data + owner.count());
+}
+
+template <typename T>
+void TZBinary<T>::keepOnly(const TZBinary& part) noexcept
+{
+    const long long length = std::min<long long>(part.m_length, m_data + m_length - part.m_data);
+    std::copy_n(part.m_data, length, m_data); // towards the front, so overlapping is fine
+    m_length = length;
 }
 
 template <typename T>

@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <functional>
 #include <new>
+#include <tuple>
 #include <utility>
 
 namespace ZSpace {
@@ -45,10 +47,10 @@ ZBITFIELD::ZBITFIELD(ZBITFIELD&& other) noexcept
 }
 
 ZBITFIELD::ZBITFIELD(const ZBITFIELD& source, int start, int count)
-    : ZBITFIELD(count)
+    : ZBITFIELD(source.checkedCount(start, count))
 {
-    for (int j = 0; j < count; ++j)
-        bit(m_bits, j, source.get(start + j));
+    for (int j = 0; j < m_length; ++j)
+        bit(m_bits, j, bit(source.m_bits, start + j));
 }
 
 ZBITFIELD& ZBITFIELD::operator=(const ZBITFIELD& other)
@@ -64,20 +66,22 @@ ZBITFIELD& ZBITFIELD::operator=(ZBITFIELD&& other) noexcept
     return *this;
 }
 
-ZBITFIELD& ZBITFIELD::operator+=(int i)
+ZBITFIELD& ZBITFIELD::operator+=(long long i)
 {
     set(i, true);
     return *this;
 }
 
-ZBITFIELD& ZBITFIELD::operator-=(int i)
+ZBITFIELD& ZBITFIELD::operator-=(long long i)
 {
     set(i, false);
     return *this;
 }
 
-void ZBITFIELD::set(int at, const ZBITFIELD& other)
+void ZBITFIELD::set(long long at, const ZBITFIELD& other)
 {
+    if (&other == this)
+        return set(at, ZBITFIELD(other)); // bits are read after others were written
     for (int j = 0; j < other.m_length; ++j)
         set(at + j, other.get(j));
 }
@@ -125,11 +129,21 @@ ZGStr<wchar_t> ZBITFIELD::toWString() const
     return toText<wchar_t>();
 }
 
-int ZBITFIELD::checked(int i) const
+int ZBITFIELD::checked(long long i) const
 {
     if (i < 0 || i >= m_length)
         throw ZXCOutOfBounds("ZBitField::get", nullptr);
-    return i;
+    return static_cast<int>(i);
+}
+
+/// Checks the bits of a slice before anything is allocated for them.
+int ZBITFIELD::checkedCount(int start, int count) const
+{
+    if (count > 0) {
+        std::ignore = checked(start);
+        std::ignore = checked(start + (count - 1LL));
+    }
+    return count;
 }
 
 void ZBITFIELD::swap(ZBITFIELD& other) noexcept
@@ -177,16 +191,31 @@ bool ZBITFIELD::bitOr(unsigned char* bytes, int i, bool value) noexcept
     return bit(bytes, i);
 }
 
+namespace {
+
+/// Calls `copyBit(j)` for each j below `n`, in the order that reads each bit before it is overwritten.
+template <typename CopyBit>
+void copyInOrder(unsigned char* to, int at, const unsigned char* from, int n, CopyBit copyBit)
+{
+    if (std::less<const unsigned char*>()(to + (at >> 3), from)) {
+        for (int j = 0; j < n; ++j)
+            copyBit(j);
+    } else {
+        for (int j = n; j > 0; --j)
+            copyBit(j - 1);
+    }
+}
+
+} // namespace
+
 void ZBITFIELD::bit(unsigned char* to, int at, const unsigned char* from, int n) noexcept
 {
-    for (int j = 0; j < n; ++j)
-        bit(to, at + j, bit(from, j));
+    copyInOrder(to, at, from, n, [=](int j) { bit(to, at + j, bit(from, j)); });
 }
 
 void ZBITFIELD::bitOr(unsigned char* to, int at, const unsigned char* from, int n) noexcept
 {
-    for (int j = 0; j < n; ++j)
-        bitOr(to, at + j, bit(from, j));
+    copyInOrder(to, at, from, n, [=](int j) { bitOr(to, at + j, bit(from, j)); });
 }
 
 bool ZBITFIELD::equals(const unsigned char* a, const unsigned char* b, int n) noexcept

@@ -40,17 +40,19 @@ public:
     /// Sets all bits to 0, including those past the end.
     void clear() noexcept { clear(m_bits, m_length); }
 
+    // Indices are `long long`, so that an integer of any type is checked and none is narrowed.
+
     // NOLINTNEXTLINE(modernize-use-nodiscard): callers may want the range check alone
-    bool get(int i) const { return bit(m_bits, checked(i)); }
-    bool operator[](int i) const { return get(i); }
-    bool operator()(int i) const { return get(i); }
-    void set(int i, bool value) { bit(m_bits, checked(i), value); }
-    void operator()(int i, bool value) { set(i, value); }
-    ZBITFIELD& operator+=(int i);
-    ZBITFIELD& operator-=(int i);
+    bool get(long long i) const { return bit(m_bits, checked(i)); }
+    bool operator[](long long i) const { return get(i); }
+    bool operator()(long long i) const { return get(i); }
+    void set(long long i, bool value) { bit(m_bits, checked(i), value); }
+    void operator()(long long i, bool value) { set(i, value); }
+    ZBITFIELD& operator+=(long long i);
+    ZBITFIELD& operator-=(long long i);
     /// Copies the bits of `other` to `at` and following, one by one; the bits before one that does not fit
     /// are written.
-    void set(int at, const ZBITFIELD& other);
+    void set(long long at, const ZBITFIELD& other);
     /// Concatenates.
     ZBITFIELD& operator+=(const ZBITFIELD& other);
 
@@ -91,7 +93,7 @@ public:
     static bool bitOr(unsigned char* bytes, int i, bool value) noexcept;
     /// Returns the bit and changes nothing.
     static bool bitAnd(const unsigned char* bytes, int i, bool) noexcept { return bit(bytes, i); }
-    /// Copies the first `n` bits of `from` to bits `at` and following of `to`.
+    /// Copies the first `n` bits of `from` to bits `at` and following of `to`. The bits may overlap.
     static void bit(unsigned char* to, int at, const unsigned char* from, int n) noexcept;
     static void bitOr(unsigned char* to, int at, const unsigned char* from, int n) noexcept;
     /// Does nothing.
@@ -104,7 +106,8 @@ private:
     {
         return static_cast<unsigned char>(1U << (i & 7));
     }
-    [[nodiscard]] int checked(int i) const;
+    [[nodiscard]] int checked(long long i) const;
+    [[nodiscard]] int checkedCount(int start, int count) const;
     void swap(ZBITFIELD& other) noexcept;
     template <typename T>
     [[nodiscard]] ZGStr<T> toText() const;

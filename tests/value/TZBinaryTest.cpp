@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -123,6 +124,17 @@ TEST(TZBinaryTest, EqualityComparesLengthAndBytes)
     EXPECT_FALSE(Binary(a, 2, false) == Binary(a, 3, false));
     EXPECT_TRUE(Binary(a, 0, false) == Binary());
     EXPECT_FALSE(Binary(nullptr, 3, false) == Binary(a, 3, false));
+}
+
+TEST(TZBinaryTest, NegativeLengthsCountAsZero)
+{
+    unsigned char bytes[]{1};
+    const Binary negative(bytes, -5, false);
+    EXPECT_EQ(negative.Length(), 0);
+    EXPECT_TRUE(negative == Binary());
+    EXPECT_TRUE(Binary(negative) == negative);
+    const Binary lowest(nullptr, std::numeric_limits<long long>::min(), true);
+    EXPECT_EQ(Binary(lowest).Length(), 0);
 }
 
 TEST(TZBinaryTest, FailedCopyLeavesTheTargetUnchanged)

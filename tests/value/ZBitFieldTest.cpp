@@ -171,6 +171,11 @@ TEST(ZBitFieldTest, SlicesAreNewFields)
     expectOutOfBounds([&] { ZBITFIELD(field, 11, 2); });
     expectOutOfBounds([&] { ZBITFIELD(field, -1, 2); });
     expectOutOfBounds([&] { ZBITFIELD(field, INT_MAX, 2); });
+    expectOutOfBounds([&] { ZBITFIELD(field, INT_MAX, INT_MAX); });
+    expectOutOfBounds([&] { ZBITFIELD(field, INT_MIN, INT_MAX); });
+    const long made = allocationsMade();
+    EXPECT_THROW(ZBITFIELD(field, 0, INT_MAX), ZXCOutOfBounds);
+    EXPECT_LE(allocationsMade() - made, 1); // the exception's, if any; no bits
 }
 
 TEST(ZBitFieldTest, BitsPastTheEndOfASliceAreZero)
@@ -234,6 +239,26 @@ TEST(ZBitFieldTest, CopiesTheBitsOfAnotherFieldUpToTheFirstThatDoesNotFit)
     expectOutOfBounds([&] { field.set(-1, fieldOf("11")); });
     expectOutOfBounds([&] { field.set(INT_MAX, fieldOf("11")); });
     EXPECT_EQ(textOf(field), "010111");
+}
+
+TEST(ZBitFieldTest, IndicesAreNotNarrowed)
+{
+    ZBITFIELD field = fieldOf("11111");
+    const long long wraps = 1LL << 32;
+    expectOutOfBounds([&] { field.get(wraps); });
+    expectOutOfBounds([&] { field[wraps]; });
+    expectOutOfBounds([&] { field(wraps); });
+    expectOutOfBounds([&] { field.set(wraps, false); });
+    expectOutOfBounds([&] { field(wraps, false); });
+    expectOutOfBounds([&] { field += wraps; });
+    expectOutOfBounds([&] { field -= wraps; });
+    expectOutOfBounds([&] { field.set(wraps, fieldOf("0")); });
+    expectOutOfBounds([&] { field.set(LLONG_MAX, fieldOf("00")); });
+    expectOutOfBounds([&] { field.get(ULONG_MAX); });
+    EXPECT_EQ(textOf(field), "11111");
+    enum Flag { Third = 2 };
+    EXPECT_TRUE(field[Third]);
+    EXPECT_TRUE(field[std::size_t{4}]);
 }
 
 // Whole fields
