@@ -2,26 +2,30 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# private-root.sh ROOT COMMAND...: runs a command whose "/" is the folder ROOT, in a mount namespace of its own. The
-# host's programs and devices appear in it; everything else is what ROOT holds. Nothing of this is seen outside, and
-# it is gone when the command ends.
+# private-root.sh ROOT COMMAND...: runs a command whose "/" is the directory ROOT, in a new mount namespace. The host's
+# programs and devices are mounted there; everything else is the content of ROOT. The host never sees these mounts, and
+# they disappear when the command ends.
+set -eu
+[ $# -ge 2 ] || { echo "usage: $0 ROOT COMMAND..." >&2; exit 2; }
+
+# The part that mounts exists only as this text, so it cannot run anywhere but in the new namespace, whatever the
+# caller's environment contains.
+# shellcheck disable=SC2016 # expanded by the inner shell
+inside='
 set -eu
 root=$1
 shift
-
-if [ "${ZSPACE_IN_NAMESPACE:-}" != yes ]; then
-    as_root=
-    [ "$(id -u)" -eq 0 ] || as_root=--map-root-user
-    ZSPACE_IN_NAMESPACE=yes exec unshare --mount $as_root "$0" "$root" "$@"
-fi
-
-for folder in usr bin sbin lib lib32 lib64 etc dev proc; do
-    if [ -L "/$folder" ]; then
-        [ -e "$root/$folder" ] || cp -P "/$folder" "$root/$folder"
-    elif [ -d "/$folder" ]; then
-        mkdir -p "$root/$folder"
-        mount --rbind "/$folder" "$root/$folder"
+for directory in usr bin sbin lib lib32 lib64 etc dev proc; do
+    if [ -L "/$directory" ]; then
+        [ -e "$root/$directory" ] || cp -P "/$directory" "$root/$directory"
+    elif [ -d "/$directory" ]; then
+        mkdir -p "$root/$directory"
+        mount --rbind "/$directory" "$root/$directory"
     fi
 done
-unset ZSPACE_IN_NAMESPACE
 HOME=/home TMPDIR=/tmp exec chroot "$root" "$@"
+'
+
+as_root=
+[ "$(id -u)" -eq 0 ] || as_root=--map-root-user
+exec unshare --mount --propagation private $as_root sh -c "$inside" private-root "$@"

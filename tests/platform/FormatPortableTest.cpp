@@ -6,6 +6,7 @@
 #include "tests/platform/Formatting.h"
 
 #include <cerrno>
+#include <climits>
 
 namespace ZSpace::Testing {
 namespace {
@@ -60,13 +61,48 @@ TEST(FormatPortable, StoresNoCount)
 {
     int target = 5;
     EXPECT_EQ(format("abc%nd %s", &target, "x"), "abcd x");
+    EXPECT_EQ(format("abc%1$nd %2$s", &target, "x"), "abcd x");
+    EXPECT_EQ(format("abc%hhnd%lln", &target, &target), "abcd");
     EXPECT_EQ(target, 5);
 }
 
-TEST(FormatPortable, AnEnormousWidthIsCut)
+TEST(FormatPortable, EnormousWidthsAreLimitedWhereverTheyComeFrom)
 {
-    EXPECT_EQ(format("%99999999999d", 1).size(), 1'000'000U);
-    EXPECT_EQ(format("%999999999s", "x").size(), 1'000'000U);
+    constexpr std::size_t most = 1'000'000;
+    EXPECT_EQ(format("%999999d", 1).size(), most - 1);
+    EXPECT_EQ(format("%*d", 999'999, 1).size(), most - 1);
+    for (const char* width : {"1000000", "1000001", "9999999", "10000000", "2147483647", "99999999999"}) {
+        const std::string percent = std::string("%") + width;
+        EXPECT_EQ(format((percent + "d").c_str(), 1).size(), most) << width;
+        EXPECT_EQ(format((percent + "s").c_str(), "x").size(), most) << width;
+        EXPECT_EQ(format(("%-" + std::string(width) + "c").c_str(), 'x').size(), most) << width;
+    }
+    for (const int width : {1'000'000, 9'999'999, 1'500'000'000, INT_MAX, -1'500'000'000, INT_MIN}) {
+        EXPECT_EQ(format("%*d", width, 1).size(), most) << width;
+        EXPECT_EQ(format("%*s", width, "x").size(), most) << width;
+        EXPECT_EQ(format("%*@", width, static_cast<NSString*>(nullptr)).size(), most) << width;
+        EXPECT_EQ(format("%*s", width, "x").front(), width < 0 ? 'x' : ' ') << width;
+    }
+}
+
+TEST(FormatPortable, EnormousPrecisionsAreLimitedWhereTheyLengthenTheOutput)
+{
+    constexpr std::size_t most = 1'000'000;
+    for (const int precision : {1'000'000, 9'999'999, 1'500'000'000, INT_MAX}) {
+        EXPECT_EQ(format("%.*d", precision, 1).size(), most) << precision;
+        EXPECT_EQ(format(("%." + std::to_string(precision) + "d").c_str(), 1).size(), most) << precision;
+        EXPECT_EQ(format("%.*f", precision, 0.5).size(), most + 2) << precision;
+    }
+}
+
+TEST(FormatPortable, AStringIsNeverCutByALimitOfOurs)
+{
+    const std::string string(2'500'000, 'x');
+    EXPECT_EQ(format("%s", string.c_str()).size(), string.size());
+    EXPECT_EQ(format("%.2000000s", string.c_str()).size(), 2'000'000U);
+    EXPECT_EQ(format("%.*s", 2'000'000, string.c_str()).size(), 2'000'000U);
+    EXPECT_EQ(format("%.99999999999s", string.c_str()).size(), string.size());
+    EXPECT_EQ(format("%.*s", INT_MIN, string.c_str()).size(), string.size()); // as if it were missing
 }
 
 TEST(FormatPortable, AnArgumentPositionOutOfReachPrintsNothing)

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -44,6 +45,25 @@ TEST(ThreadNumber, IsCorrectAfterFork)
         }).status,
             0);
     }).join();
+}
+
+TEST(ThreadNumber, IsCorrectInEveryChildWhileOtherThreadsAskForTheFirstTime)
+{
+    std::atomic<bool> isOver = false;
+    std::thread asking([&] {
+        while (!isOver)
+            std::thread([] { (void)Host::threadNumber(); }).join();
+    });
+    for (int i = 0; i < 50; ++i) {
+        const Outcome outcome = runInChild([] {
+            alarm(20);
+            return Host::threadNumber() == kernelThreadNumber() ? 0 : 1;
+        });
+        EXPECT_TRUE(outcome.hasExited);
+        EXPECT_EQ(outcome.status, 0);
+    }
+    isOver = true;
+    asking.join();
 }
 
 TEST(Process, FindsItsProgramFile)

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "ZSpace/platform/CallStack.h"
+#include "ZSpace/platform/Process.h"
 #include "ZSpace/platform/linux/ElfSymbolsLinux.h"
+#include "ZSpace/platform/portable/PrintablePortable.h"
 
 #include <array>
 #include <cstdint>
@@ -18,6 +20,7 @@ namespace ZSpace::Host {
 namespace {
 
 constexpr std::size_t s_maxFrames = 128;
+constexpr const char* s_program = "/proc/self/exe";
 
 struct Frames {
     std::array<std::uintptr_t, s_maxFrames> addresses{};
@@ -73,7 +76,7 @@ int matchModule(dl_phdr_info* info, std::size_t, void* target)
         const std::uintptr_t begin = info->dlpi_addr + segment.p_vaddr;
         if (segment.p_type == PT_LOAD && search.address - begin < segment.p_memsz) {
             const bool isProgram = !info->dlpi_name || !*info->dlpi_name;
-            search.found = {isProgram ? "/proc/self/exe" : info->dlpi_name, info->dlpi_addr};
+            search.found = {isProgram ? s_program : info->dlpi_name, info->dlpi_addr};
             return 1;
         }
     }
@@ -89,9 +92,11 @@ Module moduleAt(std::uintptr_t address)
 
 std::string displayName(const Module& module)
 {
-    if (module.path == "/proc/self/exe")
-        return program_invocation_short_name;
-    return module.path.empty() ? "???" : module.path.substr(module.path.rfind('/') + 1);
+    if (module.path.empty())
+        return "???";
+    if (module.path == s_program)
+        return printableName(programName());
+    return printableName(module.path.c_str() + module.path.rfind('/') + 1);
 }
 
 std::string demangled(const char* name)
@@ -111,7 +116,7 @@ std::string describeFrame(std::size_t number, std::uintptr_t address)
     const Module module = moduleAt(call);
     const ElfSymbols symbols(module.path.c_str());
     const ElfSymbols::Function function = symbols.functionAt(call - module.bias);
-    std::array<char, 80> head{};
+    std::array<char, 128> head{};
     std::snprintf(head.data(), head.size(), "%-3zu %-35s 0x%016zx ", number, displayName(module).c_str(),
         static_cast<std::size_t>(address));
     return head.data() + demangled(function.name) + " + "

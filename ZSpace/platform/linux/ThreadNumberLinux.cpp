@@ -11,25 +11,32 @@ namespace ZSpace::Host {
 
 namespace {
 
-thread_local unsigned int t_number = 0;
+constinit thread_local unsigned int t_number = 0; // not cached: the kernel's numbers begin at 1
+constinit bool g_mayCache = false;
 
-/// The thread that called `fork` goes on in the child under another number.
+/// In the child of `fork` the calling thread has another number.
 void forgetNumber()
 {
     t_number = 0;
 }
 
-unsigned int askForNumber() noexcept
+/// Runs before other initializers of the program, so before there can be other threads: a handler that is
+/// registered on first use instead could be half registered when another thread forks.
+[[gnu::constructor(101)]] void watchForks()
 {
-    [[maybe_unused]] static const int watching = pthread_atfork(nullptr, nullptr, forgetNumber);
-    return t_number = static_cast<unsigned int>(syscall(SYS_gettid));
+    g_mayCache = pthread_atfork(nullptr, nullptr, forgetNumber) == 0;
 }
 
 } // namespace
 
 unsigned int threadNumber() noexcept
 {
-    return t_number != 0 ? t_number : askForNumber();
+    if (t_number != 0)
+        return t_number;
+    const auto number = static_cast<unsigned int>(syscall(SYS_gettid));
+    if (g_mayCache)
+        t_number = number;
+    return number;
 }
 
 } // namespace ZSpace::Host

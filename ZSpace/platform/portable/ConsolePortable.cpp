@@ -4,7 +4,9 @@
 #include "ZSpace/platform/Process.h"
 #include "ZSpace/platform/ThreadNumber.h"
 #include "ZSpace/platform/portable/FormatPortable.h"
+#include "ZSpace/platform/portable/LocalTimePortable.h"
 #include "ZSpace/platform/portable/ObjectsPortable.h"
+#include "ZSpace/platform/portable/PrintablePortable.h"
 
 #include <array>
 #include <cerrno>
@@ -21,16 +23,15 @@ std::string consolePrefix()
 {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    tm local{};
-    localtime_r(&now.tv_sec, &local);
-    std::array<char, 64> date{};
-    std::strftime(date.data(), date.size(), "%Y-%m-%d %H:%M:%S", &local);
-    std::array<char, 64> rest{};
-    std::snprintf(rest.data(), rest.size(), "[%d:%u] ", static_cast<int>(getpid()), Host::threadNumber());
-    std::array<char, 8> milliseconds{};
+    const std::tm local = Host::localTime(now.tv_sec);
+    std::array<char, 160> date{};
+    std::snprintf(date.data(), date.size(), "%04d-%02d-%02d %02d:%02d:%02d.%03d ", local.tm_year + 1900,
+        local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec,
+        static_cast<int>(now.tv_nsec / 1'000'000));
+    std::array<char, 64> numbers{};
     std::snprintf(
-        milliseconds.data(), milliseconds.size(), ".%03d ", static_cast<int>(now.tv_nsec / 1'000'000));
-    return std::string(date.data()) + milliseconds.data() + Host::programName() + rest.data();
+        numbers.data(), numbers.size(), "[%d:%u] ", static_cast<int>(getpid()), Host::threadNumber());
+    return date.data() + Host::printableName(Host::programName()) + numbers.data();
 }
 
 /// Writes the line at once, so that lines of several processes do not mix. What a full or closed standard

@@ -19,7 +19,7 @@ namespace ZSpace::Host {
 
 namespace {
 
-/// What an argument's type is once it has gone through the default promotions.
+/// The type of an argument after the default promotions.
 enum class ArgumentKind : unsigned char {
     Int,
     Long,
@@ -45,18 +45,19 @@ union Argument {
 };
 
 constexpr int s_noArgument = -1;
-// Far above what any caller passes, and low enough that a broken format cannot ask for gigabytes of
-// arguments.
+// Far more than any caller passes; keeps a malformed format from requiring gigabytes of arguments.
 constexpr int s_maxArguments = 256;
+// For widths, and for precisions that lengthen the output.
+constexpr int s_maxFill = 1'000'000;
 
-/// A number in a conversion: none, given in the format, or taken from an argument (`*`).
+/// A width or precision: absent, part of the format, or the value of an argument (`*`).
 struct Number {
     bool isGiven = false;
     int value = 0;
     int argument = s_noArgument;
 };
 
-/// One conversion, and the plain text that stands before it.
+/// One conversion, and the literal characters before it.
 struct Conversion {
     const char* literalBegin = nullptr;
     const char* literalEnd = nullptr;
@@ -73,7 +74,7 @@ bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-/// Splits a format into conversions and notes the kind of every argument they take.
+/// Splits a format into conversions and determines the kind of every argument.
 class FormatParser {
 public:
     explicit FormatParser(const char* format)
@@ -103,13 +104,13 @@ private:
         }
         m_next = conversion.literalEnd + 1;
         if (*m_next == '%') {
-            conversion.literalEnd = m_next++; // the text up to and with the first of the two
+            conversion.literalEnd = m_next++; // includes the first of the two
             return conversion;
         }
         const char* const start = m_next;
         if (!readSpecification(conversion)) {
             conversion.type = 0;
-            conversion.literalEnd = m_next = start; // not a conversion: the percent sign stands for itself
+            conversion.literalEnd = m_next = start; // not a conversion: prints the percent sign
         }
         return conversion;
     }
@@ -131,11 +132,12 @@ private:
             return false;
         conversion.type = *m_next++;
         if (conversion.type != 'm')
-            conversion.argument = note(position, kindOf(conversion));
+            conversion.argument = registerArgument(position, kindOf(conversion));
         return true;
     }
 
-    /// `2$` gives 2; anything else gives 0 and reads nothing.
+    /// Reads a position such as `2$`.
+    /// @return the position; 0, without reading anything, if there is none.
     int readPosition()
     {
         const char* end = m_next;
@@ -153,19 +155,20 @@ private:
         if (*m_next == '*') {
             ++m_next;
             number.isGiven = true;
-            number.argument = note(readPosition(), ArgumentKind::Int);
+            number.argument = registerArgument(readPosition(), ArgumentKind::Int);
             return;
         }
         while (isDigit(*m_next)) {
             number.isGiven = true;
+            constexpr int most = std::numeric_limits<int>::max();
             const int digit = *m_next++ - '0';
-            constexpr int limit = 1'000'000; // wider fields are cut, so that no format can exhaust memory
-            number.value = number.value >= limit ? limit : number.value * 10 + digit;
+            number.value = number.value > (most - digit) / 10 ? most : number.value * 10 + digit;
         }
     }
 
-    /// Reserves argument `position` (1 is the first; 0 the next one in order) and gives its index.
-    int note(int position, ArgumentKind kind)
+    /// Registers the argument at `position` (1 is the first; 0 the next one in order).
+    /// @return its index.
+    int registerArgument(int position, ArgumentKind kind)
     {
         const int index = position > 0 ? position - 1 : m_nextArgument++;
         if (index >= s_maxArguments)
@@ -204,7 +207,7 @@ private:
     std::vector<ArgumentKind> m_kinds;
 };
 
-/// Takes every argument off the list, in the order in which they were passed.
+/// Reads every argument, in the order in which they were passed.
 std::vector<Argument> readArguments(const std::vector<ArgumentKind>& kinds, std::va_list list)
 {
     std::vector<Argument> arguments(kinds.size());
@@ -266,7 +269,7 @@ void appendCodePoint(std::string& out, std::uint32_t c)
     }
 }
 
-/// UTF-8 of at most `limit` units of a wide text (a negative limit: all of it).
+/// The first `limit` units of a wide string as UTF-8 (negative: all of them).
 std::string fromWide(const wchar_t* text, int limit)
 {
     std::string out;
@@ -285,7 +288,7 @@ bool isLowSurrogate(char16_t unit)
     return unit >= 0xDC00 && unit < 0xE000;
 }
 
-/// UTF-8 of at most `limit` units of a UTF-16 text (a negative limit: all of it).
+/// The first `limit` units of a UTF-16 string as UTF-8 (negative: all of them).
 std::string fromUtf16(const char16_t* text, int limit)
 {
     std::string out;
@@ -303,28 +306,31 @@ std::string fromUtf16(const char16_t* text, int limit)
     return out;
 }
 
-/// Writes the conversions one after the other, each with its arguments.
-class FormatWriter {
+/// Prints one conversion after the other.
+class FormatPrinter {
 public:
-    FormatWriter(const std::vector<Argument>& arguments, int errorNumber)
+    FormatPrinter(const std::vector<Argument>& arguments, int errorNumber)
         : m_arguments(arguments)
         , m_errorNumber(errorNumber)
     {
     }
 
-    void write(const Conversion& conversion)
+    /// @return false if the conversion could not be printed.
+    [[nodiscard]] bool print(const Conversion& conversion)
     {
         m_out.append(conversion.literalBegin, conversion.literalEnd);
         if (conversion.type == 0)
-            return;
+            return true;
         m_flags = conversion.flags;
-        m_width = valueOf(conversion.width);
-        if (m_width < 0) { // a negative width by `*` is the minus flag and its magnitude
+        m_width = std::clamp(valueOf(conversion.width), -s_maxFill, s_maxFill);
+        if (m_width < 0) { // a negative argument means the minus flag and the magnitude
             m_flags += '-';
-            m_width = m_width == std::numeric_limits<int>::min() ? 0 : -m_width;
+            m_width = -m_width;
         }
         m_precision = conversion.precision.isGiven ? valueOf(conversion.precision) : -1;
-        writeValue(conversion);
+        m_hasFailed = false;
+        printValue(conversion);
+        return !m_hasFailed;
     }
 
     [[nodiscard]] std::string take() { return std::move(m_out); }
@@ -337,153 +343,159 @@ private:
         return m_arguments[static_cast<std::size_t>(number.argument)].asInt;
     }
 
-    void writeValue(const Conversion& conversion)
+    void printValue(const Conversion& conversion)
     {
         if (conversion.type == 'm')
-            return writePadded(std::strerror(m_errorNumber));
+            return printPadded(std::strerror(m_errorNumber));
         if (conversion.argument == s_noArgument)
             return;
         const Argument& argument = m_arguments[static_cast<std::size_t>(conversion.argument)];
         switch (conversion.type) {
         case '@':
-            return writeObject(argument.asPointer);
+            return printObject(argument.asPointer);
         case 's':
-            return writeText(conversion, argument.asPointer);
+            return printString(conversion, argument.asPointer);
         case 'S':
-            return writeWideText(static_cast<const char16_t*>(argument.asPointer), fromUtf16);
+            return printWideString(static_cast<const char16_t*>(argument.asPointer), fromUtf16);
         case 'c':
-            return writeCharacter(conversion, argument.asInt);
+            return printCharacter(conversion, argument.asInt);
         case 'C':
-            return writeUnit(static_cast<char16_t>(argument.asInt));
+            return printUnit(static_cast<char16_t>(argument.asInt));
         case 'p':
-            return writeNumber(conversion, argument.asPointer);
+            return printNumber(conversion, argument.asPointer);
         case 'n':
             return;
         default:
-            return writeNumber(conversion, argument);
+            return printNumber(conversion, argument);
         }
     }
 
-    void writeObject(const void* object)
+    void printObject(const void* object)
     {
-        writePadded(object ? static_cast<const NSObject*>(object)->description() : "(null)");
+        printPadded(object ? static_cast<const NSObject*>(object)->description() : "(null)");
     }
 
-    void writeText(const Conversion& conversion, const void* text)
+    void printString(const Conversion& conversion, const void* string)
     {
         if (conversion.length == "l")
-            return writeWideText(static_cast<const wchar_t*>(text), fromWide);
-        if (!text)
-            return writePadded("(null)");
-        const auto* const bytes = static_cast<const char*>(text);
+            return printWideString(static_cast<const wchar_t*>(string), fromWide);
+        if (!string)
+            return printPadded("(null)");
+        const auto* const bytes = static_cast<const char*>(string);
         const std::size_t length =
             m_precision < 0 ? std::strlen(bytes) : strnlen(bytes, static_cast<std::size_t>(m_precision));
-        writePadded({bytes, length});
+        printPadded({bytes, length});
     }
 
     template <typename Unit>
-    void writeWideText(const Unit* text, std::string (*convert)(const Unit*, int))
+    void printWideString(const Unit* string, std::string (*convert)(const Unit*, int))
     {
-        std::string utf8 = text ? convert(text, m_precision) : "(null)";
-        m_precision = -1; // has counted units already
-        writePadded(utf8);
+        const std::string utf8 = string ? convert(string, m_precision) : "(null)";
+        m_precision = -1; // counts units, not bytes
+        printPadded(utf8);
     }
 
-    void writeCharacter(const Conversion& conversion, int character)
+    void printCharacter(const Conversion& conversion, int character)
     {
         m_precision = -1;
-        std::string text;
+        std::string string;
         if (conversion.length == "l")
-            appendCodePoint(text, static_cast<std::uint32_t>(character));
+            appendCodePoint(string, static_cast<std::uint32_t>(character));
         else
-            text += static_cast<char>(character);
-        writePadded(text);
+            string += static_cast<char>(character);
+        printPadded(string);
     }
 
-    void writeUnit(char16_t unit)
+    void printUnit(char16_t unit)
     {
         m_precision = -1;
-        std::string text;
-        appendCodePoint(text, unit);
-        writePadded(text);
+        std::string string;
+        appendCodePoint(string, unit);
+        printPadded(string);
     }
 
-    /// The text, cut to the precision and filled with blanks to the width.
-    void writePadded(const std::string& text)
+    /// Prints the string, truncated to the precision and padded with spaces to the width.
+    void printPadded(const std::string& string)
     {
         const std::size_t length =
-            m_precision < 0 ? text.size() : std::min(text.size(), static_cast<std::size_t>(m_precision));
+            m_precision < 0 ? string.size() : std::min(string.size(), static_cast<std::size_t>(m_precision));
         const auto width = static_cast<std::size_t>(m_width);
         const std::size_t padding = width > length ? width - length : 0;
         const bool padsRight = m_flags.find('-') != std::string::npos;
         if (!padsRight)
             m_out.append(padding, ' ');
-        m_out.append(text, 0, length);
+        m_out.append(string, 0, length);
         if (padsRight)
             m_out.append(padding, ' ');
     }
 
-    void writeNumber(const Conversion& conversion, const Argument& argument)
+    void printNumber(const Conversion& conversion, const Argument& argument)
     {
         if (std::strchr("eEfFgGaA", conversion.type)) {
-            return conversion.length == "L" ? writeNumber(conversion, argument.asLongDouble)
-                                            : writeNumber(conversion, argument.asDouble);
+            return conversion.length == "L" ? printNumber(conversion, argument.asLongDouble)
+                                            : printNumber(conversion, argument.asDouble);
         }
         const std::string& length = conversion.length;
         if (length == "l")
-            return writeNumber(conversion, argument.asLong);
+            return printNumber(conversion, argument.asLong);
         if (length == "ll" || length == "q" || length == "L")
-            return writeNumber(conversion, argument.asLongLong);
+            return printNumber(conversion, argument.asLongLong);
         if (length == "j")
-            return writeNumber(conversion, argument.asIntMax);
+            return printNumber(conversion, argument.asIntMax);
         if (length == "z")
-            return writeNumber(conversion, argument.asSize);
+            return printNumber(conversion, argument.asSize);
         if (length == "t")
-            return writeNumber(conversion, argument.asPtrDiff);
-        return writeNumber(conversion, argument.asInt);
+            return printNumber(conversion, argument.asPtrDiff);
+        return printNumber(conversion, argument.asInt);
     }
 
     /// Lets the C library print one number.
     template <typename Value>
-    void writeNumber(const Conversion& conversion, Value value)
+    void printNumber(const Conversion& conversion, Value value)
     {
         const std::string format = "%" + m_flags + "*.*" + conversion.length + conversion.type;
+        const int precision = std::min(m_precision, s_maxFill);
         std::array<char, 128> buffer{};
         const int length =
-            std::snprintf(buffer.data(), buffer.size(), format.c_str(), m_width, m_precision, value);
-        if (length < 0)
+            std::snprintf(buffer.data(), buffer.size(), format.c_str(), m_width, precision, value);
+        if (length < 0) {
+            m_hasFailed = true;
             return;
+        }
         const auto size = static_cast<std::size_t>(length);
         if (size < buffer.size()) {
             m_out.append(buffer.data(), size);
             return;
         }
         const std::size_t before = m_out.size();
-        m_out.resize(before + size + 1); // with the terminator that the C library insists on
-        std::snprintf(m_out.data() + before, size + 1, format.c_str(), m_width, m_precision, value);
+        m_out.resize(before + size + 1); // for the terminator
+        std::snprintf(m_out.data() + before, size + 1, format.c_str(), m_width, precision, value);
         m_out.resize(before + size);
     }
 
     const std::vector<Argument>& m_arguments;
-    int m_errorNumber; // what `%m` tells
+    int m_errorNumber; // for `%m`
     std::string m_out;
     std::string m_flags;
     int m_width = 0;
-    int m_precision = -1;
+    int m_precision = -1; // negative: none
+    bool m_hasFailed = false;
 };
 
 } // namespace
 
 std::string formatWithObjects(const char* format, std::va_list arguments)
 {
-    const int errorNumber = errno; // before anything here can change it
+    const int errorNumber = errno; // for `%m`, before anything here changes it
     FormatParser parser(format);
     const std::vector<Conversion> conversions = parser.conversions();
     const std::vector<Argument> values = readArguments(parser.kinds(), arguments);
-    FormatWriter writer(values, errorNumber);
-    for (const Conversion& conversion : conversions)
-        writer.write(conversion);
-    return writer.take();
+    FormatPrinter printer(values, errorNumber);
+    for (const Conversion& conversion : conversions) {
+        if (!printer.print(conversion))
+            break;
+    }
+    return printer.take();
 }
 
 } // namespace ZSpace::Host

@@ -8,12 +8,15 @@
 
 namespace ZSpace::Host {
 
-/// `format` filled with `arguments`: every conversion of printf, with flags, widths and precisions (given or
-/// by `*`), positions (`%2$s`, `%1$*3$d`), and `%@` for an `NSObject*`, which prints its description. Wide
-/// characters and texts (`%lc`, `%ls`, and the 16-bit `%C`, `%S`) come out as UTF-8 in any locale. A null
-/// object or text prints
-/// "(null)". `%n` takes its argument and writes nothing, since a format must not change memory. A `%` that
-/// starts no conversion stands for itself.
+/// Formats `arguments` with every conversion of printf, including flags, widths, precisions, `*` and
+/// positions (`%2$s`, `%1$*3$d`), and `%@` for an `NSObject*`, which prints its description.
+///
+/// - Wide characters and strings (`%lc`, `%ls`, and the 16-bit `%C`, `%S`) print as UTF-8 in any locale.
+/// - A null object or string prints "(null)". A `%` that starts no conversion is printed.
+/// - `%n` consumes its argument but stores and prints nothing: a format must not modify memory.
+/// - Widths, and precisions that lengthen the output, are limited to a million, whether they are part of the
+///    format or passed for a `*`, so that no format can exhaust memory.
+/// - A number that the C library cannot print ends the result.
 std::string formatWithObjects(const char* format, std::va_list arguments);
 
 } // namespace ZSpace::Host
