@@ -3,14 +3,18 @@
 
 #include "ZSpace/system/ZAppContext.h"
 
+#include "tests/support/ChildProcess.h"
 #include "tests/support/Kernel.h"
 #include "tests/support/Probes.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
 #include <cstdlib>
-#include <cstring>
+#include <filesystem>
 #include <string>
 #include <thread>
 #include <type_traits>
@@ -73,6 +77,40 @@ TEST(ZAppContextTest, KnowsTheProcess)
     EXPECT_EQ(narrow(context.Path()), programFile());
     EXPECT_EQ(context.ArgCount(), 0);
     EXPECT_TRUE(context.isMainThread());
+}
+
+/// Runs a copy of `removed_program` under `name` and returns what it prints.
+std::string pathPrintedBy(const std::string& name, const char* argument)
+{
+    const TemporaryFolder directory;
+    const std::string program = (std::filesystem::canonical(directory.path()) / name).string();
+    std::filesystem::copy_file(ZSPACE_REMOVED_PROGRAM, program);
+    const Outcome outcome = runInChild([&] {
+        execl(program.c_str(), program.c_str(), argument, nullptr);
+        return 99;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(std::filesystem::exists(program), argument != nullptr);
+    // Without its directory, which differs in each run.
+    const std::string prefix = program.substr(0, program.rfind('/') + 1);
+    EXPECT_TRUE(outcome.standardOutput.starts_with(prefix)) << outcome.standardOutput;
+    return outcome.standardOutput.substr(std::min(prefix.size(), outcome.standardOutput.size()));
+}
+
+TEST(ZAppContextTest, PathOfARemovedProgramIsTheOneItWasStartedFrom)
+{
+    EXPECT_EQ(pathPrintedBy("program", "keep"), "program");
+    if (std::filesystem::exists("/proc/self/exe")) { // elsewhere the system forgets the path of a removed file
+        EXPECT_EQ(pathPrintedBy("program", nullptr), "program");
+    }
+}
+
+TEST(ZAppContextTest, PathMayEndLikeThatOfARemovedProgram)
+{
+    EXPECT_EQ(pathPrintedBy("program (deleted)", "keep"), "program (deleted)");
+    if (std::filesystem::exists("/proc/self/exe")) {
+        EXPECT_EQ(pathPrintedBy("program (deleted)", nullptr), "program (deleted)");
+    }
 }
 
 TEST(ZAppContextTest, MainThreadIsTheOneThatConstructedIt)
