@@ -8,7 +8,7 @@
 namespace ZSpace::Host {
 
 /// Like `fopen`, with a close-on-exec descriptor. `mode` is one of the standard ones, such as "r", "wb" or
-/// "a+".
+/// "a+". The position starts at 0, in the append modes too.
 /// @return the stream; null on failure, with the reason in `errno`.
 [[nodiscard]] std::FILE* openFileStream(const char* path, const char* mode) noexcept;
 

@@ -3,13 +3,15 @@
 
 #include "ZSpace/stream/ZIOGFile.h"
 
+#include "ZSpace/platform/FileStream.h"
 #include "ZSpace/string/ZGStr.h"
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <fcntl.h>
 #include <new>
-#include <typeinfo>
 #include <unistd.h>
 #include <utility>
 
@@ -17,18 +19,18 @@ namespace ZSpace {
 
 namespace {
 
-/// The mode string of `fopen`, null for an unknown mode. The "e" asks for a close-on-exec descriptor.
+/// The mode string of `fopen`, null for an unknown mode.
 const char* nameOfMode(int mode)
 {
     switch (mode) {
     case ZIOGFile<>::ModeRead:
-        return "re";
+        return "r";
     case ZIOGFile<>::ModeWrite:
-        return "we";
+        return "w";
     case ZIOGFile<>::ModeReadWrite:
-        return "r+e";
+        return "r+";
     case ZIOGFile<>::ModeAppend:
-        return "a+e";
+        return "a+";
     default:
         return nullptr;
     }
@@ -44,6 +46,22 @@ FILE* openDuplicate(int descriptor, const char* mode)
     if (!file)
         ::close(duplicate);
     return file;
+}
+
+/// The function that a call of the virtual `member` on `object` runs. The language has no means to ask, but
+/// the C++ ABI that all hosts share does: `object` begins with a pointer to its vtable, and a pointer to a
+/// virtual member begins with the offset of its entry there. (Where code may have odd addresses, the lowest
+/// bit is a flag.)
+template <typename Class, typename Member>
+const void* finalOverrider(const Class& object, Member Class::*member) noexcept
+{
+    std::uintptr_t offset = 0;
+    const char* vtable = nullptr;
+    const void* function = nullptr;
+    std::memcpy(&offset, &member, sizeof offset);
+    std::memcpy(&vtable, static_cast<const void*>(&object), sizeof vtable);
+    std::memcpy(&function, vtable + (offset & ~std::uintptr_t{1}), sizeof function);
+    return function;
 }
 
 } // namespace
@@ -88,7 +106,7 @@ int ZIOGFile<File, T, TX>::open(char const* path, int mode)
     const char* name = nameOfMode(mode);
     if (!name)
         return EINVAL;
-    return start(fopen(path ? path : "", name), mode);
+    return start(Host::openFileStream(path ? path : "", name), mode);
 }
 
 template <typename File, typename T, typename TX>
@@ -211,7 +229,7 @@ int ZIOGFile<File, T, TX>::writeTo(File file, T const* data, long count, long& w
 template <typename File, typename T, typename TX>
 bool ZIOGFile<File, T, TX>::writeAsync(WriteCallback* callback, DataRef data)
 {
-    if (typeid(*this) != typeid(ZIOGFile))
+    if (overridesWrite())
         return Ex::writeAsync(callback, std::move(data));
     if (this->isWriting())
         return false;
@@ -224,6 +242,14 @@ bool ZIOGFile<File, T, TX>::writeAsync(WriteCallback* callback, DataRef data)
     };
     this->executeWrite(zMakeDelegate<typename Ex::WriteBinder>(work), callback, std::move(data));
     return true;
+}
+
+template <typename File, typename T, typename TX>
+bool ZIOGFile<File, T, TX>::overridesWrite() const
+{
+    constexpr int (ZIOGFile::*member)(T const*, long, long&) = &ZIOGFile::write;
+    static const void* const own = finalOverrider(ZIOGFile(), member);
+    return finalOverrider(*this, member) != own;
 }
 
 template <typename File, typename T, typename TX>
@@ -254,11 +280,16 @@ long ZIOGFile<File, T, TX>::writeAtOnce(T const* data, long count) noexcept
     if (!m_file || count <= 0)
         return 0;
     const auto size = static_cast<std::size_t>(count);
-    const ssize_t sent = ::write(fileno(m_file), data, size);
-    if (sent == count)
-        return count;
-    const std::size_t begun = sent > 0 ? static_cast<std::size_t>(sent) : 0;
-    return static_cast<long>(begun + fwrite(data + begun, 1, size - begun, m_file));
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t written = ::write(fileno(m_file), data + done, size - done);
+        if (written > 0)
+            done += static_cast<std::size_t>(written);
+        else if (written == 0 || errno != EINTR)
+            return static_cast<long>(
+                done + fwrite(data + done, 1, size - done, m_file)); // sets the indicator
+    }
+    return count;
 }
 
 template class ZIOGFile<FILE*, char, ZStreamTransaction>;

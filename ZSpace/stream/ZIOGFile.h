@@ -17,7 +17,9 @@ namespace ZSpace {
 ///     file.close();
 ///
 /// The destructor does not close the file; call `close` first. It waits for an outstanding asynchronous read.
-/// An outstanding write goes on without the stream and needs only the file, which must then stay open.
+/// An outstanding write goes on without the stream and needs only the file, which must then stay open; its
+/// callback must not use the stream pointer after the destruction. The same holds for derived classes that do
+/// not override `write`.
 ///
 /// Buffering, the end-of-file and error indicators, and the rule to flush or move between reading and writing
 /// are those of the C library. Child processes do not inherit the descriptor.
@@ -38,7 +40,8 @@ public:
         ModeRead = 2, ///< the file must exist
         ModeWrite = 4, ///< creates or truncates the file
         ModeReadWrite = 6, ///< the file must exist
-        ModeAppend = 8 ///< creates the file or keeps its content; reads anywhere, writes at the end
+        /// Creates the file or keeps its content; reads anywhere, writes at the end. The position starts at 0.
+        ModeAppend = 8
     };
 
     ZIOGFile() = default;
@@ -89,8 +92,8 @@ public:
     /// @return the file's error indicator. At the end of the file this is 0, with `got` below `count`.
     int read(T* buffer, long count, long& got) override;
 
-    /// Once started, the write needs only the file, not this object. A derived class, which may override
-    /// `write`, falls back to `ZStreamEx::writeAsync`.
+    /// Once started, the write needs only the file, not this object. For a derived class that overrides `write`
+    /// this is `ZStreamEx::writeAsync`: such a class must call `waitForWrite` in its destructor.
     bool writeAsync(WriteCallback* callback, DataRef data) override;
 
     /// Turns buffering off: each `write` becomes one system call, whatever its length, and is continued if
@@ -99,9 +102,9 @@ public:
     /// @return false if the stream is closed.
     bool writeThrough();
 
-    /// Writes `count` items with one system call that bypasses the C library. What the system does not take at
-    /// once is written as by `write`, which sets the error indicator on failure. The cheapest way to append
-    /// where nobody asks for the position, of which the C library does not learn. Only after `writeThrough`.
+    /// Writes `count` items with a system call that bypasses the C library. Interrupted calls are repeated and
+    /// partial writes continued; failure sets the error indicator. The cheapest way to append where nobody asks
+    /// for the position, of which the C library does not learn. Only after `writeThrough`.
     /// @return the number of items written; 0 for a closed stream or a `count` below 1.
     long writeAtOnce(T const* data, long count) noexcept;
 
@@ -116,6 +119,7 @@ public:
 
 private:
     int start(File file, int mode);
+    [[nodiscard]] bool overridesWrite() const;
     static int writeTo(File file, T const* data, long count, long& written);
 
     File m_file = nullptr; // null while closed

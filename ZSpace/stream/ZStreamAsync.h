@@ -10,9 +10,11 @@
 #include "ZSpace/core/ZThread.h"
 #include "ZSpace/stream/ZStream.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <new>
 #include <type_traits>
@@ -111,12 +113,17 @@ public:
     /// of items written before. An empty handle aborts after a report through `z_dbg_error`.
     bool writeAsync(WriteCallback* callback, DataRef data) override;
 
+    /// Waits until no read is outstanding; the next `readAsync` is then not refused. Returns at once in the
+    /// callback of that read. Only one thread may wait at a time, and no other may request a read meanwhile.
+    ///
+    ///     while (!file.EOS() && file.readAsync(callback->clone(), 4096))
+    ///         file.waitForRead();
+    void waitForRead() noexcept { worker(Operation::Read).join(); }
+    /// The same for a write.
+    void waitForWrite() noexcept { worker(Operation::Write).join(); }
+
 protected:
     ZStreamEx() = default;
-
-    /// Waits until no read is outstanding. Returns at once in the callback of that read.
-    void waitForRead() noexcept { worker(Operation::Read).join(); }
-    void waitForWrite() noexcept { worker(Operation::Write).join(); }
 
     [[nodiscard]] bool isWriting() noexcept { return worker(Operation::Write).isRunning(); }
 
@@ -243,6 +250,7 @@ void ZStreamEx<T, TX>::writeAll(Write write, ZStreamEx* stream, WriteCallback* c
         status = write(data->begin() + total, remaining, written);
         if (status != 0)
             break;
+        written = std::clamp(written, 0L, std::numeric_limits<long>::max() - total);
         total += written;
     } while (remaining > written);
     if (callback)

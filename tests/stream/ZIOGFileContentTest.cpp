@@ -217,7 +217,8 @@ TEST_F(ZIOGFileTest, PartialWriteIsSuccess)
 TEST_F(ZIOGFileTest, AppendModeReadsAnywhereAndWritesAtTheEnd)
 {
     ASSERT_EQ(m_file.open(make("file", "old").c_str(), 8), 0);
-    m_file.moveBegin();
+    EXPECT_EQ(m_file.Position(), 0);
+    EXPECT_TRUE(m_file.BOS());
     EXPECT_EQ(readAll(m_file), "old");
     m_file.moveBegin();
     EXPECT_EQ(m_file.write("new", -1), 3);

@@ -164,6 +164,64 @@ TEST_F(ZStreamAsyncTest, WriteGoesOnAfterDestruction)
     ::close(fifo);
 }
 
+/// Overrides nothing that a write needs.
+struct DerivedFile : File {
+    int flush() override { return File::flush() + static_cast<int>(m_name.size()); }
+    std::string m_name = "a string that is long enough to live on the heap";
+};
+
+TEST_F(ZStreamAsyncTest, WriteGoesOnAfterTheDestructionOfADerivedFile)
+{
+    const int fifo = makeFifo("fifo");
+    const auto callback = m_reports.forWrite();
+    auto file = std::make_unique<DerivedFile>();
+    file->open(pathOf("fifo").c_str(), 4);
+    FILE* const handle = FileFields::of(*file).handle;
+    EXPECT_TRUE(file->writeAsync(callback.get(), dataOf(std::string(1 << 20, 'x')))); // blocks
+    file.reset();
+    EXPECT_EQ(m_reports.count(), 0u);
+    std::string buffer(1 << 16, '\0');
+    for (long left = 1 << 20; left > 0;)
+        left -= ::read(fifo, buffer.data(), buffer.size());
+    const Report report = m_reports.next();
+    EXPECT_EQ(report.status, 0);
+    EXPECT_EQ(report.done, 1 << 20);
+    fclose(handle);
+    ::close(fifo);
+}
+
+TEST_F(ZStreamAsyncTest, DestructionOfADerivedFileIsSafeAtEveryMoment)
+{
+    make("source", "abcdef");
+    const DataRef data = dataOf("abcdef");
+    std::atomic<int> reads{0};
+    std::atomic<int> writes{0};
+    const auto forRead = zMakeDelegate<Async::ReadCallback>(
+        [&](Async*, int status, long, char const*, long got) { reads += status == 0 && got == 6; });
+    const auto forWrite = zMakeDelegate<Async::WriteCallback>(
+        [&](Async*, int status, const DataRef&, long written) { writes += status == 0 && written == 6; });
+    constexpr int s_rounds = 500;
+    for (int i = 0; i < s_rounds; ++i) {
+        auto reader = std::make_unique<DerivedFile>();
+        auto writer = std::make_unique<DerivedFile>();
+        ASSERT_EQ(reader->open(pathOf("source").c_str(), 2), 0);
+        ASSERT_EQ(writer->open(pathOf("target").c_str(), 8), 0);
+        FILE* const source = FileFields::of(*reader).handle;
+        FILE* const target = FileFields::of(*writer).handle;
+        EXPECT_TRUE(reader->readAsync(forRead->clone(), 10));
+        EXPECT_TRUE(writer->writeAsync(forWrite.get(), data));
+        for (int spin = 0; spin < i * 20; ++spin)
+            std::atomic_signal_fence(std::memory_order_seq_cst);
+        reader.reset();
+        writer.reset();
+        EXPECT_EQ(reads, i + 1);
+        await([&] { return writes > i; });
+        fclose(source);
+        fclose(target);
+    }
+    EXPECT_EQ(contentOf("target").size(), 6u * s_rounds);
+}
+
 TEST_F(ZStreamAsyncTest, DestructionDuringAReadIsSafeAtEveryMoment)
 {
     make("file", "abcdef");

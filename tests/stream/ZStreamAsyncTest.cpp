@@ -211,6 +211,44 @@ TEST_F(ZStreamAsyncTest, CallbackMayBeNull)
     EXPECT_TRUE(m_file.writeAsync(nullptr, dataOf("abc")));
 }
 
+TEST_F(ZStreamAsyncTest, RequestAfterWaitingIsNeverRefused)
+{
+    constexpr int s_rounds = 1'000;
+    m_file.open(make("file", std::string(s_rounds, 'r')).c_str(), 2);
+    File target;
+    target.open(pathOf("target").c_str(), 4);
+    std::string read;
+    const auto forRead = zMakeDelegate<Async::ReadCallback>(
+        [&](Async*, int, long, char const* buffer, long got) { read.append(buffer, buffer + got); });
+    const DataRef data = dataOf("w");
+    for (int i = 0; i < s_rounds; ++i) {
+        ASSERT_TRUE(m_file.readAsync(forRead->clone(), 1));
+        ASSERT_TRUE(target.writeAsync(nullptr, data));
+        m_file.waitForRead();
+        target.waitForWrite();
+        ASSERT_EQ(read.size(), static_cast<std::size_t>(i + 1));
+        ASSERT_EQ(data.RefCount(), 1);
+    }
+    m_file.waitForRead(); // returns at once
+    target.waitForWrite();
+    target.close();
+    EXPECT_EQ(read, std::string(s_rounds, 'r'));
+    EXPECT_EQ(contentOf("target"), std::string(s_rounds, 'w'));
+}
+
+TEST_F(ZStreamAsyncTest, WaitingInTheCallbackReturnsAtOnce)
+{
+    Gate gate;
+    m_file.open(make("file", "abc").c_str(), 6);
+    m_file.readAsync(zMakeDelegate<Async::ReadCallback>([&](Async*, int, long, char const*, long) {
+        m_file.waitForRead();
+        gate.open();
+    }).release(),
+        3);
+    gate.wait();
+    m_file.waitForRead();
+}
+
 TEST_F(ZStreamAsyncTest, SecondReadIsRefusedWhileTheFirstRuns)
 {
     Gate gate;

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <climits>
 #include <csignal>
 #include <string>
 #include <unistd.h>
@@ -93,6 +95,8 @@ TEST_F(ZStreamAsyncTest, PassesOfAWrite)
         {"abcdef", {{0, 1}, {-1, 3}}, {"abcdef", "bcdef"}, -1, 1}, // what a failing pass wrote does not count
         {"abcdef", {{5, 2}}, {"abcdef"}, 5, 0}, // fails at once
         {"abc", {{0, 9}}, {"abc"}, 0, 9}, // a count above the requested one is accepted
+        {"abc", {{0, -5}, {0, 3}}, {"abc", "abc"}, 0, 3}, // a negative count is 0
+        {"abc", {{0, 1}, {0, LONG_MAX}}, {"abc", "bc"}, 0, LONG_MAX}, // the sum does not overflow
         {"", {{0, 0}}, {""}, 0, 0}, // an empty array has one pass
         {"", {{7, 0}}, {""}, 7, 0},
     };
@@ -163,6 +167,30 @@ TEST_F(ZStreamAsyncTest, ReadAndWriteRunAtTheSameTime)
     EXPECT_EQ(m_reports.next().done, 3);
     readGate.open();
     EXPECT_EQ(m_reports.next().text, "rr");
+}
+
+TEST_F(ZStreamAsyncTest, WriteOverriddenFurtherUpIsUsed)
+{
+    struct Counting : File {
+        using File::write;
+        int write(char const* data, long count, long& written) override
+        {
+            ++m_calls;
+            return File::write(data, count, written);
+        }
+        ~Counting() override { waitForWrite(); }
+        std::atomic<int> m_calls{0};
+    };
+    struct Named : virtual Counting {
+        std::string m_name = "name";
+    };
+    const auto callback = m_reports.forWrite();
+    Named file;
+    file.open(pathOf("file").c_str(), 4);
+    EXPECT_TRUE(file.writeAsync(callback.get(), dataOf("abc")));
+    EXPECT_EQ(m_reports.next().done, 3);
+    EXPECT_EQ(file.m_calls, 1);
+    file.close();
 }
 
 TEST_F(ZStreamAsyncTest, WriteOverriddenByADerivedFileIsUsed)

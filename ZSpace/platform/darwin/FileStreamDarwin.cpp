@@ -10,8 +10,11 @@ namespace ZSpace::Host {
 std::FILE* openFileStream(const char* path, const char* mode) noexcept
 {
     std::FILE* const stream = std::fopen(path, mode); // older versions ignore "e", the letter for O_CLOEXEC
-    if (stream)
-        fcntl(fileno(stream), F_SETFD, FD_CLOEXEC);
+    if (!stream)
+        return nullptr;
+    fcntl(fileno(stream), F_SETFD, FD_CLOEXEC);
+    if (*mode == 'a')
+        std::rewind(stream); // append modes start at the end here
     return stream;
 }
 
