@@ -3,17 +3,18 @@
 
 #include "ZSpace/system/TZSysFile.h"
 
+#include "ZSpace/platform/FileCopy.h"
 #include "ZSpace/string/ZGStr.h"
 #include "ZSpace/string/ZMStr.h"
 
 #include <cerrno>
 #include <cstddef>
-#include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace ZSpace {
 
@@ -57,10 +58,14 @@ bool isKind(const char* path, mode_t kind) noexcept
     return stat(path, &status) == 0 && (status.st_mode & S_IFMT) == kind;
 }
 
-bool isDirectoryIn(DIR* directory, const char* name) noexcept
+/// Whether `stat` reports a directory. Most entries already tell that they are neither one nor a link to one. An
+/// entry that is one may still be out of reach: without search permission, or as an unreachable mount point.
+bool isReachableDirectory(DIR* directory, const dirent& entry) noexcept
 {
+    if (entry.d_type != DT_DIR && entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
+        return false;
     struct stat status;
-    return fstatat(dirfd(directory), name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+    return fstatat(dirfd(directory), entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
 }
 
 ZStrToken<char> withoutLastSlash(ZStrToken<char> path) noexcept
@@ -82,7 +87,7 @@ ZStrToken<char> nameOf(ZStrToken<char> path) noexcept
     return path.subString(path.lastIndexOf('/') + 1);
 }
 
-/// Calls `visit` with the open directory and the name of each entry.
+/// Calls `visit` with the open directory and each entry.
 /// @return 0, or the error number if the directory cannot be opened.
 template <typename Visit>
 int readEntries(const char* path, Visit visit)
@@ -94,7 +99,7 @@ int readEntries(const char* path, Visit visit)
     if (!directory)
         return errno;
     while (const dirent* entry = readdir(directory.get()))
-        visit(directory.get(), static_cast<const char*>(entry->d_name));
+        visit(directory.get(), *entry);
     return 0;
 }
 
@@ -106,61 +111,41 @@ bool isListed(const char* name) noexcept
     return token != "." && token != ".." && token != ".DS_Store";
 }
 
-/// An open file of the C library that closes itself. It has no buffer: chunks go from one to another as they
-/// are.
-class OpenFile {
+/// A file descriptor that closes itself.
+class Descriptor {
 public:
-    OpenFile(const char* path, const char* mode) noexcept
-        : m_file(fopen(path, mode))
+    Descriptor(const char* path, int flags) noexcept
     {
-        if (m_file)
-            setvbuf(m_file, nullptr, _IONBF, 0);
+        constexpr mode_t mode = 0666;
+        do {
+            m_number = open(path, flags | O_CLOEXEC, mode);
+        } while (m_number < 0 && errno == EINTR);
     }
-    OpenFile(const OpenFile&) = delete; // one owner of a file
-    OpenFile& operator=(const OpenFile&) = delete;
-    ~OpenFile() { close(); }
+    Descriptor(const Descriptor&) = delete; // one owner
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() { close(); }
 
-    operator FILE*() const noexcept { return m_file; }
+    explicit operator bool() const noexcept { return m_number >= 0; }
+    [[nodiscard]] int number() const noexcept { return m_number; }
 
-    /// Whether all that was written has reached the system.
+    /// Never repeated: the descriptor is free afterwards even if `close` reports an interruption.
+    /// @return false if data that was written earlier is lost.
     bool close() noexcept
     {
-        FILE* file = m_file;
-        m_file = nullptr;
-        return !file || fclose(file) == 0;
+        const int number = std::exchange(m_number, -1);
+        return number < 0 || ::close(number) == 0 || errno == EINTR;
     }
 
 private:
-    FILE* m_file;
+    int m_number = -1;
 };
 
-bool isSameFile(FILE* file, const char* path) noexcept
+bool isSameFile(const Descriptor& file, const char* path) noexcept
 {
     struct stat ofFile;
     struct stat ofPath;
-    return stat(path, &ofPath) == 0 && S_ISREG(ofPath.st_mode) && fstat(fileno(file), &ofFile) == 0
+    return stat(path, &ofPath) == 0 && S_ISREG(ofPath.st_mode) && fstat(file.number(), &ofFile) == 0
         && ofFile.st_dev == ofPath.st_dev && ofFile.st_ino == ofPath.st_ino;
-}
-
-bool copyContent(FILE* source, FILE* target) noexcept
-{
-    char chunk[4096];
-    while (!feof(source)) {
-        const std::size_t got = fread(chunk, 1, sizeof chunk, source);
-        if (got < sizeof chunk && ferror(source))
-            return false;
-        if (fwrite(chunk, 1, got, target) < got)
-            return false;
-    }
-    return true;
-}
-
-/// Removes what a failed copy has left. A device holds nothing and is not the copy's to take away.
-void removeCopy(const char* path) noexcept
-{
-    struct stat status;
-    if (lstat(path, &status) == 0 && !S_ISCHR(status.st_mode) && !S_ISBLK(status.st_mode))
-        unlink(path);
 }
 
 int shiftFrom1970(ZTime& time, time_t seconds) noexcept
@@ -229,11 +214,11 @@ template <typename T>
 int TZSysFile<T>::readDirectory(const T* path, ZList<ZMStr<T>>& names)
 {
     ZMStr<T> listed;
-    return readEntries(SystemPath(path), [&](DIR*, const char* name) {
-        if (!isListed(name))
+    return readEntries(SystemPath(path), [&](DIR*, const dirent& entry) {
+        if (!isListed(entry.d_name))
             return;
         listed.remove(0);
-        listed << name;
+        listed << static_cast<const char*>(entry.d_name);
         names.add(listed);
     });
 }
@@ -258,13 +243,13 @@ int TZSysFile<T>::list(const T* path, Wanted wanted, ZList<TZSysFile>& entries)
     if (entryPath.isEmpty() || entryPath.at(-1) != '/')
         entryPath.append('/');
     const long directoryLength = entryPath.Length();
-    return readEntries(SystemPath(path), [&](DIR* directory, const char* name) {
-        const bool isDirectory = isDirectoryIn(directory, name);
+    return readEntries(SystemPath(path), [&](DIR* directory, const dirent& found) {
+        const bool isDirectory = isReachableDirectory(directory, found);
         if (wanted != Wanted::All && isDirectory != (wanted == Wanted::Directories))
             return;
         entry.m_isDirectory = isDirectory;
         entryPath.remove(directoryLength);
-        entryPath << name;
+        entryPath << static_cast<const char*>(found.d_name);
         entries.add(entry);
     });
 }
@@ -287,18 +272,19 @@ template <typename T>
 int TZSysFile<T>::copyFile(const T* from, const T* to)
 {
     const SystemPath targetPath(to);
-    const OpenFile source(SystemPath(from), "rbe");
+    const Descriptor source(SystemPath(from), O_RDONLY);
     if (!source)
         return s_sourceNotOpened;
     if (isSameFile(source, targetPath))
         return 0;
-    OpenFile target(targetPath, "wbe");
+    Descriptor target(targetPath, O_WRONLY | O_CREAT | O_TRUNC);
     if (!target)
         return s_targetNotOpened;
-    const bool isCopied = copyContent(source, target);
+    const bool isCopied = Host::copyContents(source.number(), target.number()) == 0;
     if (target.close() && isCopied)
         return 0;
-    removeCopy(targetPath);
+    if (isKind(targetPath, S_IFREG)) // devices, fifos and the like hold no partial copy
+        unlink(targetPath);
     return s_copyFailed;
 }
 

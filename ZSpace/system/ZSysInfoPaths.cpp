@@ -3,11 +3,10 @@
 
 #include "ZSpace/system/ZSysInfoPaths.h"
 
+#include "ZSpace/platform/ReportFile.h"
 #include "ZSpace/system/TZSysFile.h"
 #include "ZSpace/system/ZAppContext.h"
 #include "ZSpace/value/ZTime.h"
-
-#include <sys/stat.h>
 
 namespace ZSpace {
 
@@ -25,7 +24,6 @@ namespace {
 
 constexpr const wchar_t* s_defaultTempDirectory = L"/tmp";
 constexpr const wchar_t* s_logDirectoryName = L"CdLogs";
-constexpr mode_t s_openToAll = 0777;
 constexpr unsigned int s_unknownKey = 0xFFFFFFFF;
 
 template <typename String>
@@ -141,10 +139,8 @@ void ZSysInfoPaths::setUserLogDirW(const wchar_t* dir)
     if (directory.isEmpty())
         return;
     const ZGStr<char> path = narrowed(directory);
-    if (!TZSysFile<char>::exists(path)) {
-        TZSysFile<char>::makeDirectory(path);
-        chmod(path, s_openToAll); // the process's mask has narrowed the mode
-    }
+    if (!TZSysFile<char>::exists(path))
+        static_cast<void>(Host::makeDirectoryOpenToAll(path));
     endWithSeparator(directory);
     customLogDirW = directory;
 }
