@@ -140,12 +140,21 @@ private:
     int m_number = -1;
 };
 
-bool isSameFile(const Descriptor& file, const char* path) noexcept
+bool isSameFile(const struct stat& one, const struct stat& other) noexcept
 {
-    struct stat ofFile;
-    struct stat ofPath;
-    return stat(path, &ofPath) == 0 && S_ISREG(ofPath.st_mode) && fstat(file.number(), &ofFile) == 0
-        && ofFile.st_dev == ofPath.st_dev && ofFile.st_ino == ofPath.st_ino;
+    return S_ISREG(one.st_mode) && one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+/// Truncates a regular file. An empty one needs that only for its time of modification, which writing sets anyway.
+bool truncate(const Descriptor& target, const struct stat& status, bool willBeWritten) noexcept
+{
+    if (!S_ISREG(status.st_mode) || (status.st_size == 0 && willBeWritten))
+        return true;
+    int result = 0;
+    do {
+        result = ftruncate(target.number(), 0);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
 }
 
 int shiftFrom1970(ZTime& time, time_t seconds) noexcept
@@ -273,17 +282,24 @@ int TZSysFile<T>::copyFile(const T* from, const T* to)
 {
     const SystemPath targetPath(to);
     const Descriptor source(SystemPath(from), O_RDONLY);
-    if (!source)
+    struct stat ofSource;
+    if (!source || fstat(source.number(), &ofSource) != 0)
         return s_sourceNotOpened;
-    if (isSameFile(source, targetPath))
+    // Truncated only when known to be another file. A check before opening could be outdated by then.
+    Descriptor target(targetPath, O_WRONLY | O_CREAT);
+    struct stat ofTarget;
+    if (!target) // perhaps since a read-only file is copied onto itself
+        return stat(targetPath, &ofTarget) == 0 && isSameFile(ofSource, ofTarget) ? 0 : s_targetNotOpened;
+    if (fstat(target.number(), &ofTarget) != 0)
+        return s_targetNotOpened;
+    if (isSameFile(ofSource, ofTarget))
         return 0;
-    Descriptor target(targetPath, O_WRONLY | O_CREAT | O_TRUNC);
-    if (!target)
+    if (!truncate(target, ofTarget, ofSource.st_size > 0))
         return s_targetNotOpened;
     const bool isCopied = Host::copyContents(source.number(), target.number()) == 0;
     if (target.close() && isCopied)
         return 0;
-    if (isKind(targetPath, S_IFREG)) // devices, fifos and the like hold no partial copy
+    if (S_ISREG(ofTarget.st_mode)) // devices, fifos and the like hold no partial copy
         unlink(targetPath);
     return s_copyFailed;
 }

@@ -208,6 +208,32 @@ TYPED_TEST(TZSysFileCopyTest, FileCopiedOntoItselfDoesNotChange)
     EXPECT_EQ(nextDescriptor(), next);
 }
 
+TYPED_TEST(TZSysFileCopyTest, ReadOnlyFileCopiedOntoItselfDoesNotChange)
+{
+    using SysFile = TZSysFile<TypeParam>;
+    this->openToAll();
+    this->make("file", "content");
+    fs::permissions(this->pathOf("file"), fs::perms(0444));
+    const auto outcome = runInChild([&] {
+        if (!becomeNobody())
+            return 100;
+        return SysFile::copyFile(this->path("file").c_str(), this->path("file").c_str());
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(this->contentOf("file"), "content");
+}
+
+TYPED_TEST(TZSysFileCopyTest, CopyOfAnEmptyFileUpdatesTheTimeOfAnEmptyTarget)
+{
+    using SysFile = TZSysFile<TypeParam>;
+    this->make("from");
+    this->make("to");
+    fs::last_write_time(this->pathOf("to"), fs::file_time_type::clock::now() - std::chrono::hours(100));
+    EXPECT_EQ(SysFile::copyFile(this->path("from").c_str(), this->path("to").c_str()), 0);
+    const auto age = fs::file_time_type::clock::now() - fs::last_write_time(this->pathOf("to"));
+    EXPECT_LT(std::chrono::duration_cast<std::chrono::hours>(age).count(), 1);
+}
+
 TYPED_TEST(TZSysFileCopyTest, CopyFollowsLinks)
 {
     using SysFile = TZSysFile<TypeParam>;
