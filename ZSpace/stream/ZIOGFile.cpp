@@ -229,7 +229,7 @@ int ZIOGFile<File, T, TX>::writeTo(File file, T const* data, long count, long& w
 template <typename File, typename T, typename TX>
 bool ZIOGFile<File, T, TX>::writeAsync(WriteCallback* callback, DataRef data)
 {
-    if (overridesWrite())
+    if (isOverridden<int(T const*, long, long&)>(&ZIOGFile::write))
         return Ex::writeAsync(callback, std::move(data));
     if (this->isWriting())
         return false;
@@ -245,14 +245,6 @@ bool ZIOGFile<File, T, TX>::writeAsync(WriteCallback* callback, DataRef data)
 }
 
 template <typename File, typename T, typename TX>
-bool ZIOGFile<File, T, TX>::overridesWrite() const
-{
-    constexpr int (ZIOGFile::*member)(T const*, long, long&) = &ZIOGFile::write;
-    static const void* const own = finalOverrider(ZIOGFile(), member);
-    return finalOverrider(*this, member) != own;
-}
-
-template <typename File, typename T, typename TX>
 int ZIOGFile<File, T, TX>::flush()
 {
     return m_file ? fflush(m_file) : -1;
@@ -261,11 +253,42 @@ int ZIOGFile<File, T, TX>::flush()
 template <typename File, typename T, typename TX>
 int ZIOGFile<File, T, TX>::read(T* buffer, long count, long& got)
 {
-    if (!m_file)
+    return readFrom(m_file, buffer, count, got);
+}
+
+template <typename File, typename T, typename TX>
+int ZIOGFile<File, T, TX>::readFrom(File file, T* buffer, long count, long& got)
+{
+    if (!file)
         return -1;
     // The count is a signed 32-bit value by definition, so it wraps beyond 2 GiB.
-    got = count > 0 ? static_cast<int>(fread(buffer, 1, static_cast<std::size_t>(count), m_file)) : 0;
-    return ferror(m_file);
+    got = count > 0 ? static_cast<int>(fread(buffer, 1, static_cast<std::size_t>(count), file)) : 0;
+    return ferror(file);
+}
+
+template <typename File, typename T, typename TX>
+bool ZIOGFile<File, T, TX>::readAsync(ReadCallback* callback, long count)
+{
+    if (isOverridden<int(T*, long, long&)>(&ZIOGFile::read))
+        return Ex::readAsync(callback, count);
+    if (this->isReading())
+        return false;
+    // The destructors of derived classes may run before the one that waits, so the thread calls nothing virtual.
+    const auto work = [stream = this, file = m_file](ReadCallback* toCall, long toRead) {
+        const auto read = [file](
+                              T* buffer, long size, long& got) { return readFrom(file, buffer, size, got); };
+        Ex::readOnce(read, stream, toCall, toRead);
+    };
+    this->executeRead(zMakeDelegate<typename Ex::ReadBinder>(work), callback, count);
+    return true;
+}
+
+template <typename File, typename T, typename TX>
+template <typename Function>
+bool ZIOGFile<File, T, TX>::isOverridden(Function ZIOGFile::*member) const
+{
+    static const void* const own = finalOverrider(ZIOGFile(), member);
+    return finalOverrider(*this, member) != own;
 }
 
 template <typename File, typename T, typename TX>

@@ -33,6 +33,7 @@ class ZIOGFile : public ZStreamEx<T, TX> {
 
 public:
     using typename Ex::DataRef;
+    using typename Ex::ReadCallback;
     using typename Ex::WriteCallback;
 
     /// The modes of `open`; `State` combines the first two as flags.
@@ -92,6 +93,9 @@ public:
     /// @return the file's error indicator. At the end of the file this is 0, with `got` below `count`.
     int read(T* buffer, long count, long& got) override;
 
+    /// For a derived class that overrides `read` this is `ZStreamEx::readAsync`: such a class must call
+    /// `waitForRead` in its destructor.
+    bool readAsync(ReadCallback* callback, long count) override;
     /// Once started, the write needs only the file, not this object. For a derived class that overrides `write`
     /// this is `ZStreamEx::writeAsync`: such a class must call `waitForWrite` in its destructor.
     bool writeAsync(WriteCallback* callback, DataRef data) override;
@@ -119,7 +123,10 @@ public:
 
 private:
     int start(File file, int mode);
-    [[nodiscard]] bool overridesWrite() const;
+    /// Whether a derived class overrides the virtual `member`.
+    template <typename Function>
+    [[nodiscard]] bool isOverridden(Function ZIOGFile::*member) const;
+    static int readFrom(File file, T* buffer, long count, long& got);
     static int writeTo(File file, T const* data, long count, long& written);
 
     File m_file = nullptr; // null while closed

@@ -63,9 +63,10 @@ public:
     virtual bool moveAsync(MoveCallback* callback, long long offset) = 0;
     virtual bool StateAsync(StatusCallback* callback) = 0;
     virtual bool closeAsync(StatusCallback* callback) = 0;
-    /// Adopts the callback if the read is started: the worker thread destroys it after the call.
+    /// Adopts the callback if the read is started: the worker thread destroys it after the call. The callback must
+    /// not throw: an exception that escapes from it calls `std::terminate`.
     virtual bool readAsync(ReadCallback* callback, long count) = 0;
-    /// The caller keeps the callback, which must live until it has been called.
+    /// The caller keeps the callback, which must live until it has been called. It must not throw either.
     virtual bool writeAsync(WriteCallback* callback, DataRef data) = 0;
 };
 
@@ -75,6 +76,9 @@ public:
 /// callback runs on the worker thread. If the system cannot create a thread, the request still returns true,
 /// but nothing is done, the callback is not called, and that of a read stays with its owner. If allocation
 /// fails, the request throws `std::bad_alloc` before it starts anything.
+///
+/// Before a module that contains this library or a callback is unloaded (`dlclose`), wait for its outstanding
+/// requests and close its streams: the threads run code of the module, and nothing else closes the files.
 ///
 /// The destructor waits for an outstanding read, unless the callback of that read destroys the stream. An
 /// outstanding write goes on. When this destructor runs, the members of derived classes are already gone: a
@@ -125,12 +129,23 @@ public:
 protected:
     ZStreamEx() = default;
 
+    [[nodiscard]] bool isReading() noexcept { return worker(Operation::Read).isRunning(); }
     [[nodiscard]] bool isWriting() noexcept { return worker(Operation::Write).isRunning(); }
 
+    /// Runs a read on its thread.
+    using ReadBinder = ZDelegate2<void, ReadCallback*, long>;
+    void executeRead(std::unique_ptr<ReadBinder> binder, ReadCallback* callback, long count)
+    {
+        execute<ReadCallback*, long>(Operation::Read, std::move(binder), callback, count);
+    }
     /// Runs a write on its thread.
     using WriteBinder = ZDelegate2<void, WriteCallback*, DataRef>;
     void executeWrite(std::unique_ptr<WriteBinder> binder, WriteCallback* callback, DataRef data);
 
+    /// Calls `read`, a function like the stream's operation, and then `callback`, which it destroys. Does not use
+    /// `stream` itself, only passes it on.
+    template <typename Read>
+    static void readOnce(Read read, ZStreamEx* stream, ReadCallback* callback, long count);
     /// Calls `write`, a function like the stream's operation, until everything is written or it fails, then
     /// `callback`. Does not use `stream` itself, only passes it on.
     template <typename Write>
@@ -175,11 +190,10 @@ private:
 template <typename T, typename TX>
 bool ZStreamEx<T, TX>::readAsync(ReadCallback* callback, long count)
 {
-    if (worker(Operation::Read).isRunning())
+    if (isReading())
         return false;
     using Binder = ZDelegator2V<ZStreamEx, ReadCallback*, long>;
-    execute<ReadCallback*, long>(
-        Operation::Read, std::make_unique<Binder>(this, &ZStreamEx::thread_ReadAsync), callback, count);
+    executeRead(std::make_unique<Binder>(this, &ZStreamEx::thread_ReadAsync), callback, count);
     return true;
 }
 
@@ -216,15 +230,22 @@ void ZStreamEx<T, TX>::execute(
 template <typename T, typename TX>
 void ZStreamEx<T, TX>::thread_ReadAsync(ReadCallback* callback, long count)
 {
+    const auto read = [this](T* buffer, long size, long& got) { return this->read(buffer, size, got); };
+    readOnce(read, this, callback, count);
+}
+
+template <typename T, typename TX>
+template <typename Read>
+void ZStreamEx<T, TX>::readOnce(Read read, ZStreamEx* stream, ReadCallback* callback, long count)
+{
     const std::unique_ptr<ReadCallback> owned(callback);
     // Uninitialized: only the items that were read are valid.
     const std::unique_ptr<T[]> buffer(
         count < 0 ? nullptr : new (std::nothrow) T[static_cast<std::size_t>(count)]);
     long got = 0;
-    const int status = buffer ? this->read(buffer.get(), count, got) : ENOMEM;
+    const int status = buffer ? read(buffer.get(), count, got) : ENOMEM;
     if (callback)
-        (*callback)(this, status, count, buffer.get(), got);
-    // The callback may have destroyed this stream.
+        (*callback)(stream, status, count, buffer.get(), got); // may destroy the stream
 }
 
 template <typename T, typename TX>

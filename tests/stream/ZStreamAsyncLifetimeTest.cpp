@@ -16,7 +16,9 @@
 
 #include <atomic>
 #include <chrono>
+#include <csignal>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <sys/resource.h>
 #include <thread>
@@ -109,6 +111,21 @@ TEST(ZStreamAsyncDeathTest, EmptyDataIsReported)
             stream.writeAsync(nullptr, DataRef());
         },
         testing::KilledBySignal(SIGABRT), "this->m_ptValue.*ZTypeRef.*534");
+}
+
+TEST(ZStreamAsyncDeathTest, ExceptionOfACallbackTerminates)
+{
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(
+        {
+            File file;
+            file.readAsync(zMakeDelegate<Async::ReadCallback>([](Async*, int, long, char const*, long) {
+                throw std::runtime_error("thrown by the callback");
+            }).release(),
+                1);
+            file.waitForRead();
+        },
+        testing::KilledBySignal(SIGABRT), "thrown by the callback");
 }
 
 // Destruction

@@ -211,6 +211,27 @@ TEST_F(ZStreamAsyncTest, CallbackMayBeNull)
     EXPECT_TRUE(m_file.writeAsync(nullptr, dataOf("abc")));
 }
 
+TEST_F(ZStreamAsyncTest, ReadOverriddenByADerivedFileIsUsed)
+{
+    struct Shouting : File {
+        using File::read;
+        int read(char* buffer, long count, long& got) override
+        {
+            const int status = File::read(buffer, count, got);
+            for (char* c = buffer; c < buffer + got; ++c)
+                *c = static_cast<char>(*c - 'a' + 'A');
+            return status;
+        }
+        ~Shouting() override { waitForRead(); }
+    };
+    Shouting file;
+    file.open(make("file", "abc").c_str(), 2);
+    EXPECT_TRUE(file.readAsync(m_reports.forRead(), 10));
+    EXPECT_EQ(m_reports.next().text, "ABC");
+    file.waitForRead();
+    file.close();
+}
+
 TEST_F(ZStreamAsyncTest, RequestAfterWaitingIsNeverRefused)
 {
     constexpr int s_rounds = 1'000;
