@@ -8,9 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+#include <fcntl.h>
 #include <ostream>
 #include <set>
 #include <string>
+#include <sys/stat.h>
 #include <type_traits>
 #include <vector>
 
@@ -46,6 +49,13 @@ std::string bytesOf(const ZMStr<T>& string)
         bytes += static_cast<char>(string[i]);
     }
     return bytes;
+}
+
+/// Sets the access and modification times of a file.
+inline void setTimes(const std::string& path, time_t accessed, time_t modified)
+{
+    const timespec times[]{{accessed, 999'999'999}, {modified, 500'000'000}};
+    ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
 }
 
 template <typename T>

@@ -116,10 +116,12 @@ TYPED_TEST(TZSysFileEntryTest, TimesAreLookedUpUntilTheyAreKnown)
     EXPECT_TRUE(entry.TimeModified().isCleared());
     EXPECT_TRUE(entry.TimeCreated().isCleared());
     this->make("file");
+    setTimes(this->pathOf("file"), 1'000'000'000, 1'700'000'000);
     ZTime accessed;
     ZTime modified;
     SysFile::lastAccessTimeOf(this->path("file").c_str(), accessed);
     SysFile::lastChangeTimeOf(this->path("file").c_str(), modified);
+    EXPECT_NE(accessed, modified);
     EXPECT_EQ(entry.TimeAccessed(), accessed);
     EXPECT_EQ(entry.TimeModified(), modified);
     EXPECT_TRUE(entry.TimeCreated().isCleared()); // never looked up

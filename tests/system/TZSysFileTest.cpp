@@ -13,7 +13,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <ctime>
-#include <fcntl.h>
 #include <filesystem>
 #include <string>
 #include <sys/stat.h>
@@ -324,13 +323,6 @@ TYPED_TEST(TZSysFileTest, SizesHave64Bits)
     fs::resize_file(this->make("file"), s_size);
     EXPECT_EQ(SysFile::sizeOf(this->path("file").c_str()), s_size);
     EXPECT_EQ(TestFixture::entryOf(this->pathOf("file")).Size(), s_size);
-}
-
-/// Sets the access and modification times of a file.
-void setTimes(const std::string& path, time_t accessed, time_t modified)
-{
-    const timespec times[]{{accessed, 999'999'999}, {modified, 500'000'000}};
-    ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
 }
 
 TYPED_TEST(TZSysFileTest, TimesAreWholeSeconds)

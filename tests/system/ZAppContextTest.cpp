@@ -100,7 +100,8 @@ std::string pathPrintedBy(const std::string& name, const char* argument)
 TEST(ZAppContextTest, PathOfARemovedProgramIsTheOneItWasStartedFrom)
 {
     EXPECT_EQ(pathPrintedBy("program", "keep"), "program");
-    if (std::filesystem::exists("/proc/self/exe")) { // elsewhere the system forgets the path of a removed file
+    if (std::filesystem::exists(
+            "/proc/self/exe")) { // elsewhere the system forgets the path of a removed file
         EXPECT_EQ(pathPrintedBy("program", nullptr), "program");
     }
 }

@@ -6,11 +6,13 @@
 #include "ZSpace/system/ZSysInfoPaths.h"
 
 #include "tests/support/ChildProcess.h"
+#include "tests/support/SystemCallFaults.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <set>
 #include <string>
@@ -147,6 +149,20 @@ TEST_F(LogDirectoryTest, ExistingDirectoryKeepsItsMode)
     fs::permissions(directory, fs::perms::owner_all);
     ZSysInfoPaths::setUserLogDirW(widened(directory).c_str());
     EXPECT_EQ(modeOf(directory), 0700U);
+}
+
+TEST_F(LogDirectoryTest, FileThatAppearsMeanwhileKeepsItsMode)
+{
+    if (!SystemCallFault::isPossible())
+        GTEST_SKIP() << "the calls of this host cannot be interposed";
+    const fs::path file = m_directory.path() / "file";
+    writeFile(file, "secret");
+    fs::permissions(file, fs::perms(0600));
+    fs::create_symlink(file, m_directory.path() / "logs");
+    const SystemCallFault missing(SystemCall::Status, ENOENT); // at the time of the check
+    ZSysInfoPaths::setUserLogDirW(widened(m_directory.path() / "logs").c_str());
+    EXPECT_EQ(missing.count(), 1);
+    EXPECT_EQ(modeOf(file), 0600U);
 }
 
 TEST_F(LogDirectoryTest, TrailingSeparatorIsNotDoubled)

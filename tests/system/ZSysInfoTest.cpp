@@ -5,9 +5,15 @@
 
 #include "ZSpace/system/ZSysInfo.h"
 
+#include "ZSpace/system/ZSysInfoPaths.h"
+#include "tests/support/DeathTests.h"
+#include "tests/support/Probes.h"
+#include "tests/support/Slots.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -69,6 +75,39 @@ TEST(ZSysInfoObjectTest, HoldsAKeyMap)
     EXPECT_EQ(object.ObjectType(), 5U);
     ASSERT_EQ(object.KeyMap().Count(), 1);
     EXPECT_EQ(*object.KeyMap().find(s_key), s_name);
+}
+
+TEST(ZSysInfoObjectTest, FieldsStandInTheirOrder)
+{
+    int target = 0;
+    const ZSysInfoObject object(s_key, s_name, static_cast<void*>(&target));
+    EXPECT_EQ(wordAt(&object, 0), asWord(s_key));
+    EXPECT_EQ(wordAt(&object, 1), asWord(s_name));
+    EXPECT_EQ(wordAt(&object, 2) & 0xFFFFFFFF, 4u);
+    EXPECT_EQ(wordAt(&object, 3), asWord(&target));
+}
+
+TEST(ZSysInfoObjectDeathTest, ValueOfAnEmptyHandleIsReported)
+{
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(
+        {
+            sendOutputToError();
+            static_cast<void>(ZSysInfoObject(s_key, s_name, ZRef<Value>()).Value());
+        },
+        testing::KilledBySignal(SIGABRT), "this->m_ptValue.*ZTypeRef.*543");
+}
+
+TEST(ZSysInfoProviderTest, OperationsStandInOrder)
+{
+    using Provider = ZSysInfoProvider;
+    EXPECT_EQ(slotOf(&Provider::Key), 2U); // 0 and 1 are the destructor's
+    EXPECT_EQ(slotOf(&Provider::Name), 3U);
+    EXPECT_EQ(slotOf(&Provider::refreshInfo), 4U);
+    EXPECT_EQ(slotOf(&Provider::releaseInfo), 5U);
+    EXPECT_EQ(slotOf(&Provider::getKeys), 6U);
+    EXPECT_EQ(slotOf(&Provider::getObject), 7U);
+    EXPECT_EQ(slotOf(&ZSysInfoPaths::getObject), 7U);
 }
 
 TEST(ZSysInfoObjectTest, CopiesShareTheirContent)
