@@ -13,6 +13,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -241,6 +242,40 @@ TEST_F(ZIOGFileTest, DestructionLeavesTheFileOpen)
     }
     EXPECT_TRUE(isOpen(descriptor));
     EXPECT_EQ(fclose(handle), 0);
+}
+
+// Adopted descriptors
+
+TEST_F(ZIOGFileTest, AdoptsAnOpenDescriptor)
+{
+    make("file", "old");
+    ASSERT_EQ(m_file.open(pathOf("other").c_str(), 4), 0);
+    const int descriptor = ::open(pathOf("file").c_str(), O_RDWR | O_APPEND | O_CLOEXEC);
+    EXPECT_EQ(m_file.adopt(descriptor, 8), 0);
+    EXPECT_EQ(m_file.descriptor(), descriptor);
+    EXPECT_EQ(m_file.State(), 6);
+    EXPECT_EQ(readAll(m_file), "old");
+    m_file.moveBegin();
+    EXPECT_EQ(m_file.write("new", -1), 3);
+    EXPECT_EQ(m_file.close(), 0);
+    EXPECT_EQ(m_file.descriptor(), -1);
+    EXPECT_FALSE(isOpen(descriptor));
+    EXPECT_EQ(contentOf("file"), "oldnew");
+}
+
+TEST_F(ZIOGFileTest, DescriptorThatCannotBeAdoptedIsClosed)
+{
+    make("file", "old");
+    const int next = nextDescriptor();
+    ASSERT_EQ(m_file.open(pathOf("file").c_str(), 2), 0);
+    EXPECT_EQ(m_file.adopt(-1, 2), EBADF);
+    EXPECT_EQ(m_file.State(), 0);
+    for (const int mode : {4, 6, 8, 0, 3}) { // not what the descriptor was opened for, and unknown ones
+        EXPECT_EQ(m_file.adopt(::open(pathOf("file").c_str(), O_RDONLY | O_CLOEXEC), mode), EINVAL) << mode;
+        EXPECT_EQ(m_file.State(), 0);
+        EXPECT_EQ(nextDescriptor(), next);
+    }
+    EXPECT_EQ(contentOf("file"), "old");
 }
 
 // Closed streams
