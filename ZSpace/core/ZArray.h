@@ -5,6 +5,8 @@
 
 #include "ZSpace/core/ZMemory.h"
 
+#include <algorithm>
+
 namespace ZSpace {
 
 /// A contiguous array.
@@ -31,7 +33,7 @@ public:
     /// `count` value-initialized elements; none if `count` is 0 or less.
     explicit ZArray(long count) { Alloc::resize(count); }
 
-    /// Copies of the `count` elements at `source`.
+    /// Copies of the `count` elements at `source`; value-initialized elements if `source` is null.
     ZArray(const T* source, long count)
         : Alloc(source, count)
     {
@@ -40,8 +42,8 @@ public:
     /// Appends a copy of `value` (which may be an element of this array) and returns the stored element.
     T& add(const T& value) noexcept { return Alloc::append(value); }
 
-    /// Removes `n` elements starting at `index` and moves the following ones down. The range must lie inside
-    /// the array.
+    /// Removes `n` elements (none if negative) starting at `index` and moves the following ones down. The range
+    /// must lie inside the array.
     /// @return the new count.
     long remove(long index, long n) noexcept;
 
@@ -57,11 +59,12 @@ public:
 template <typename T, typename Alloc>
 long ZArray<T, Alloc>::remove(long index, long n) noexcept
 {
+    n = std::max(n, 0L);
     const long remaining = this->m_count - n;
     if (remaining > index)
         ZMemory<T>::copyTo(this->m_block + index, this->m_block + index + n, remaining - index);
     Alloc::resize(remaining);
-    return remaining;
+    return this->m_count;
 }
 
 } // namespace ZSpace

@@ -6,6 +6,8 @@
 #include "ZSpace/core/ZArray.h"
 
 #include <algorithm>
+#include <bit>
+#include <concepts>
 #include <cstddef>
 #include <iterator>
 #include <memory>
@@ -70,7 +72,7 @@ public:
     ZList(ZList&& other) noexcept = default;
     ~ZList() { il_removeAll(); }
 
-    /// Removes all elements, then appends a copy of each element of `other`.
+    /// Replaces all elements by copies of those of `other`, which may belong to an element of this list.
     ZList& operator=(const ZList& other);
     ZList& operator=(ZList&& other) noexcept;
 
@@ -123,6 +125,14 @@ public:
     ///
     /// A negative `start` counts from the end (-1 is the last element) and is clamped to the first element.
     [[nodiscard]] long il_find(const T& item, long start = 0) const;
+
+    /// An unsigned `start` never counts from the end.
+    template <std::unsigned_integral Start>
+    [[nodiscard]] long il_find(const T& item, Start start) const
+    {
+        const bool isInside = start < static_cast<unsigned long>(this->Count());
+        return isInside ? il_find(item, static_cast<long>(start)) : -1;
+    }
 };
 
 static_assert(sizeof(ZList<int>) == 3 * sizeof(void*));
@@ -141,12 +151,17 @@ ZList<T>& ZList<T>::operator=(const ZList& other)
 {
     if (this == &other)
         return *this;
-    il_removeAll();
     ZList copies;
-    copies.il_reserve(other.Count());
-    for (const T& value : other)
-        copies.il_append(new T(copied(value)));
-    *this = std::move(copies);
+    try {
+        copies.il_reserve(other.Count());
+        for (const T& value : other)
+            copies.il_append(new T(copied(value)));
+    } catch (...) {
+        il_removeAll();
+        throw;
+    }
+    il_removeAll(); // only now, because `other` may belong to one of the elements
+    Slots::swap(copies);
     return *this;
 }
 
@@ -210,10 +225,7 @@ T* ZList<T>::append(T value)
 template <typename T>
 void ZList<T>::il_reserve(long count)
 {
-    long capacity = 0;
-    while (capacity < count)
-        capacity += capacity + 1;
-    Slots::reserve(capacity);
+    Slots::reserve(static_cast<long>(std::bit_ceil(static_cast<unsigned long>(count) + 1) - 1));
 }
 
 template <typename T>

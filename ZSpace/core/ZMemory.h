@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <limits>
 #include <memory>
+#include <new>
 #include <type_traits>
 #include <utility>
 
@@ -32,7 +34,7 @@ public:
     static void copyTo(T* target, const T* source, long n);
 
     /// Allocates a block of `capacity` elements and copies the first `count` elements (at most `capacity`)
-    /// of `source` into it. The rest is value-initialized.
+    /// of `source` into it; none if `source` is null. The rest is value-initialized.
     [[nodiscard]] static T* copyOf(const T* source, long count, long capacity);
 
     /// Copies a block of `oldCount` elements into a new one of `newCount`, truncating if necessary, and frees
@@ -110,7 +112,7 @@ public:
     [[nodiscard]] long Count() const noexcept { return m_count; }
     [[nodiscard]] long Capacity() const noexcept { return m_capacity; }
 
-    /// Sets the count to `n`. If that exceeds the capacity, the capacity grows by `n`: appending one by one
+    /// Sets the count to `n` (0 if negative). If that exceeds the capacity, the capacity grows by `n`: appending one by one
     /// leads to capacities of 1, 3, 7, 15 and so on. The block never shrinks.
     void resize(long n);
 
@@ -167,11 +169,12 @@ T* ZMemory<T>::copyOf(const T* source, long count, long capacity)
 {
     if (capacity <= 0)
         return nullptr;
+    count = source ? std::clamp(count, 0L, capacity) : 0;
     if constexpr (s_isPlain) {
         // Default-initialized, so that each element is written only once.
         T* block = new T[static_cast<std::size_t>(capacity)];
         copyTo(block, source, count);
-        std::fill(block + std::max(count, 0L), block + capacity, T());
+        std::fill(block + count, block + capacity, T());
         return block;
     } else {
         std::unique_ptr<T[]> block(allocate(capacity));
@@ -304,6 +307,8 @@ void ZAllocationBuf<T>::reserve(long n)
 {
     if (m_capacity >= n)
         return;
+    if (n > std::numeric_limits<long>::max() - m_capacity)
+        throw std::bad_array_new_length();
     this->m_block = ZMemory<T>::relocate(this->m_block, m_count, m_capacity + n);
     m_capacity += n;
 }
@@ -312,7 +317,7 @@ template <typename T>
 void ZAllocationBuf<T>::resize(long n)
 {
     reserve(n);
-    m_count = n;
+    m_count = std::max(n, 0L);
 }
 
 template <typename T>

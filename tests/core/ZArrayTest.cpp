@@ -10,6 +10,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <new>
 #include <numeric>
 #include <random>
 #include <string>
@@ -208,6 +212,51 @@ TEST(ZArrayTest, CopiesASourceBlock)
     const PointerArray pointers(source, 2);
     EXPECT_THAT(pointers, ElementsAre(&x, nullptr));
     EXPECT_EQ(pointers.Capacity(), 2);
+}
+
+TEST(ZArrayTest, NegativeCountsCountAsZero)
+{
+    PointerArray pointers(-3);
+    EXPECT_EQ(pointers.Count(), 0);
+    EXPECT_EQ(pointers.Capacity(), 0);
+    int x = 0;
+    pointers.add(&x);
+    EXPECT_EQ(pointers.remove(0, -1), 1);
+    EXPECT_THAT(pointers, ElementsAre(&x));
+    pointers.resize(LONG_MIN);
+    EXPECT_EQ(pointers.Count(), 0);
+    EXPECT_EQ(pointers.Capacity(), 1);
+    EXPECT_EQ(pointers.begin(), pointers.end());
+    EXPECT_EQ(PointerArray(nullptr, LONG_MIN).Count(), 0);
+
+    ZArray<std::string> values(LONG_MIN);
+    EXPECT_EQ(values.Count(), 0);
+    values.add("a");
+    EXPECT_EQ(values.remove(0, LONG_MIN), 1);
+    EXPECT_THAT(values, ElementsAre("a"));
+    values.resize(-1);
+    EXPECT_EQ(values.Count(), 0);
+}
+
+TEST(ZArrayTest, NullSourceMeansValueInitializedElements)
+{
+    std::memset(std::malloc(100), 'x', 100); // leaves garbage for an uninitialized block to show
+    EXPECT_THAT(ZArray<char>(nullptr, 5), testing::Each('\0'));
+    EXPECT_EQ(ZArray<char>(nullptr, 5).Count(), 5);
+    EXPECT_THAT(PointerArray(nullptr, 3), ElementsAre(nullptr, nullptr, nullptr));
+    EXPECT_THAT(ZArray<std::string>(nullptr, 2), ElementsAre("", ""));
+}
+
+TEST(ZArrayTest, CapacityBeyondTheRangeOfItsTypeIsRefused)
+{
+    int x = 0;
+    PointerArray pointers;
+    pointers.add(&x);
+    EXPECT_THROW(pointers.resize(LONG_MAX), std::bad_alloc);
+    EXPECT_THROW(pointers.resize(LONG_MAX - 1), std::bad_alloc);
+    EXPECT_THAT(pointers, ElementsAre(&x));
+    EXPECT_EQ(pointers.Capacity(), 1);
+    EXPECT_THROW(ZArray<std::string>{LONG_MAX}, std::bad_alloc);
 }
 
 template <typename Array>

@@ -51,6 +51,14 @@ TEST_F(ZListingTest, StartAtOrPastTheEndFindsNothing)
     EXPECT_EQ(m_list.il_find(6, LONG_MAX), -1);
 }
 
+TEST_F(ZListingTest, UnsignedStartIsNeverNegative)
+{
+    EXPECT_EQ(m_list.il_find(6, 2u), 4);
+    EXPECT_EQ(m_list.il_find(6, ULONG_MAX), -1);
+    EXPECT_EQ(m_list.il_find(6, static_cast<unsigned long>(LONG_MAX) + 1), -1);
+    EXPECT_EQ(m_list.il_find(6, static_cast<unsigned char>(255)), -1);
+}
+
 TEST_F(ZListingTest, FindsNothingInAnEmptyList)
 {
     const ZListing<int> empty;

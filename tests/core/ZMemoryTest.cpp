@@ -8,7 +8,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <string>
+#include <utility>
 
 namespace ZSpace::Testing {
 namespace {
@@ -106,6 +108,23 @@ TYPED_TEST(ZMemoryTest, CopiesTheRequestedCount)
     ZMemory<TypeParam>::copyTo(nullptr, source, 0);
     EXPECT_EQ(target[0], source[0]);
     ZMemory<TypeParam>::deallocate(target);
+    ZMemory<TypeParam>::deallocate(source);
+}
+
+TYPED_TEST(ZMemoryTest, CopyOfClampsTheCountToTheCapacity)
+{
+    TypeParam* source = this->filled(4);
+    for (const auto& [count, copied] :
+        {std::pair(-1L, 0L), {0L, 0L}, {1L, 1L}, {2L, 2L}, {4L, 2L}, {LONG_MAX, 2L}}) {
+        TypeParam* block = ZMemory<TypeParam>::copyOf(source, count, 2);
+        for (long i = 0; i < 2; ++i)
+            EXPECT_EQ(block[i], i < copied ? source[i] : TypeParam()) << count;
+        ZMemory<TypeParam>::deallocate(block);
+    }
+    TypeParam* block = ZMemory<TypeParam>::copyOf(nullptr, 2, 2);
+    EXPECT_EQ(block[1], TypeParam());
+    ZMemory<TypeParam>::deallocate(block);
+    EXPECT_EQ(ZMemory<TypeParam>::copyOf(source, 2, LONG_MIN), nullptr);
     ZMemory<TypeParam>::deallocate(source);
 }
 
