@@ -43,8 +43,12 @@ public:
     /// A further reason; may be null.
     [[nodiscard]] virtual const char* why() const noexcept;
 
-    /// The error code, for handlers that catch by const reference.
-    [[nodiscard]] unsigned int code() const noexcept { return m_code; }
+    /// The same for const objects: calls the virtual function, which could not be const without a change of its
+    /// signature.
+    [[nodiscard]] unsigned int code() const noexcept
+    {
+        return const_cast<ZException*>(this)->code(); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    }
 
 private:
     unsigned int m_code = 0;

@@ -4,6 +4,7 @@
 #include "ZSpace/core/ZException.h"
 
 #include "tests/support/Probes.h"
+#include "tests/support/Slots.h"
 
 #include <gtest/gtest.h>
 
@@ -105,6 +106,24 @@ TEST(ZExceptionTest, AccessorsAreVirtual)
     ZException& base = e;
     EXPECT_EQ(base.code(), 77u);
     expectTexts(base, "computed what", "computed where", "computed why");
+}
+
+TEST(ZExceptionTest, ConstantExceptionAnswersTheVirtualCode)
+{
+    const Computed computed("stored");
+    const ZException& base = computed;
+    EXPECT_EQ(base.code(), 77u);
+    const ZException plain(7, "a");
+    EXPECT_EQ(plain.code(), 7u);
+}
+
+TEST(ZExceptionTest, VirtualFunctionsAreInOrder)
+{
+    using Code = unsigned int (ZException::*)() noexcept;
+    EXPECT_EQ(slotOf(&ZException::what), 2u); // after the two destructors
+    EXPECT_EQ(slotOf(static_cast<Code>(&ZException::code)), 3u);
+    EXPECT_EQ(slotOf(&ZException::where), 4u);
+    EXPECT_EQ(slotOf(&ZException::why), 5u);
 }
 
 TEST(ZExceptionTest, FieldsAreInOrder)
