@@ -70,6 +70,8 @@ struct Start {
 
 bool ZThread_T<pthread_t*>::execute(ZInvokable<void>* invokable)
 {
+    if (!invokable)
+        return false;
     std::unique_ptr<ZInvokable<void>> work(invokable);
     const ZRef<RunningFlag> running(new RunningFlag(true));
     auto start = std::make_unique<Start>();

@@ -80,8 +80,8 @@ class ZThread_T<pthread_t*> : public ZThreadObject_T<pthread_t*> {
 public:
     /// Detaches the previous thread and invokes `invokable` on a new one, which deletes it afterwards.
     ///
-    /// Always adopts `invokable`. Calls `std::terminate` if an exception escapes from it.
-    /// @return false, with `invokable` deleted, if no thread could be created.
+    /// Always adopts `invokable`; does nothing if it is null. Calls `std::terminate` if an exception escapes from it.
+    /// @return whether a thread was created; if not, `invokable` is deleted.
     /// @throws std::bad_alloc with `invokable` deleted and nothing else changed.
     bool execute(ZInvokable<void>* invokable);
 

@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
 #include <functional>
 #include <future>
 #include <memory>
@@ -160,6 +161,49 @@ TEST(ZThreadTest, NextStartDetachesThePreviousThread)
     awaitLastShare(gate); // the end of the first work does not end the second
     EXPECT_TRUE(worker.isRunning());
     second.open();
+    worker.join();
+}
+
+/// Whether a live thread has been detached already.
+bool isDetached(pthread_t thread)
+{
+    return pthread_detach(thread) == EINVAL;
+}
+
+TEST(ZThreadTest, DetachedThreadsAreDetachedForTheSystemToo)
+{
+    Gate gate;
+    const auto token = std::make_shared<Gate>();
+    const auto start = [&](Worker& worker) {
+        worker.execute(new Job([&gate, token] { gate.wait(); }));
+        return worker.lastThread();
+    };
+    std::vector<pthread_t> threads;
+    {
+        Worker closed;
+        threads.push_back(start(closed));
+        closed.close();
+        Worker restarted;
+        threads.push_back(start(restarted));
+        threads.push_back(start(restarted));
+    }
+    for (pthread_t thread : threads)
+        EXPECT_TRUE(isDetached(thread));
+    gate.open();
+    awaitLastShare(token);
+}
+
+TEST(ZThreadTest, NothingToInvokeStartsNothing)
+{
+    Gate gate;
+    Worker worker;
+    EXPECT_FALSE(worker.execute(nullptr));
+    EXPECT_FALSE(worker.isRunning());
+    EXPECT_EQ(worker.lastThread(), pthread_t{});
+    worker.execute(new Job([&] { gate.wait(); }));
+    EXPECT_FALSE(worker.execute(nullptr));
+    EXPECT_TRUE(worker.isRunning());
+    gate.open();
     worker.join();
 }
 
