@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <climits>
 #include <mutex>
-#include <utility>
 
 namespace ZSpace {
 
@@ -19,9 +18,11 @@ template <typename Lock>
 ZDispatchable<Lock>::~ZDispatchable()
 {
     const std::lock_guard guard(m_lock);
-    for (long i = m_methods.Count() - 1; i >= 0; --i)
-        delete static_cast<Method*>(std::exchange(m_methods[i], nullptr));
-    m_methods.release();
+    while (m_methods.Count() > 0) {
+        const long last = m_methods.Count() - 1;
+        delete static_cast<Method*>(m_methods[last]); // may register another method after itself
+        m_methods.removeAt(last);
+    }
 }
 
 template <typename Lock>

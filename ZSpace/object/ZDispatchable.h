@@ -46,7 +46,8 @@ public:
 
     ZDispatchable(const ZDispatchable&) = delete; // methods are owned by one object
     ZDispatchable& operator=(const ZDispatchable&) = delete;
-    /// Deletes the methods from last to first while holding the lock.
+    /// Deletes the methods from last to first while holding the lock. A method's destructor may call this
+    /// object: it finds itself as the last method, and no method that has been deleted.
     virtual ~ZDispatchable();
 
     /// Invokes the method registered last if it is called `name`. The search goes upwards from there, and
@@ -68,9 +69,19 @@ protected:
     void registerMethod(Method* method) noexcept;
 
 private:
+    /// Removes entries without reallocating, so that destruction cannot fail.
+    class MethodTable : public ZArray<void*> {
+    public:
+        void removeAt(long index) noexcept
+        {
+            ZMemory<void*>::copyTo(m_block + index, m_block + index + 1, m_count - index - 1);
+            --m_count;
+        }
+    };
+
     [[nodiscard]] Method* methodAt(long index) const noexcept;
 
-    ZArray<void*> m_methods;
+    MethodTable m_methods;
     ZList<ZPair<ZGStr<char>, void*>> m_attachments; // part of the layout; nothing is added yet
     mutable Lock m_lock;
 };

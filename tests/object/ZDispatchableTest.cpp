@@ -7,6 +7,7 @@
 #include "ZSpace/object/ZObject.h"
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/DeathTests.h"
+#include "tests/support/LockTests.h"
 #include "tests/support/Probes.h"
 #include "tests/support/Slots.h"
 
@@ -313,6 +314,105 @@ TEST(ZObjectTest, MethodDestructorsMayCallTheObject)
         object.registerMethod(new Onlooker(object, seen));
     }
     EXPECT_EQ(seen, 1);
+}
+
+/// Calls its object while it is destroyed.
+class Caller : public Method {
+public:
+    Caller(Object& object, Log& log, const char* name)
+        : m_object(object)
+        , m_log(log)
+        , m_name(name)
+    {
+    }
+    ~Caller() override
+    {
+        for (long index : {-1L, 0L, LONG_MAX, LONG_MIN}) {
+            const ZGStr<char> name = m_object.InvokableMethod(index)->Name();
+            m_log.asked.emplace_back(static_cast<const char*>(name));
+        }
+        Arguments args;
+        m_object.ZObject::invokeByName(m_name, args);
+    }
+    [[nodiscard]] ZGStr<char> Name() const override { return m_name; }
+    Value invoke(Arguments&) override
+    {
+        m_log.invoked.emplace_back(m_name);
+        return {};
+    }
+
+private:
+    Object& m_object;
+    Log& m_log;
+    const char* m_name;
+};
+
+TEST(ZObjectTest, MethodDestructorsFindOnlyMethodsThatLive)
+{
+    Log log;
+    {
+        Object object;
+        for (const char* name : {"a", "b", "c"})
+            object.registerMethod(new Caller(object, log, name));
+    }
+    EXPECT_THAT(log.asked, ElementsAre("c", "a", "c", "a", "b", "a", "b", "a", "a", "a", "a", "a"));
+    EXPECT_THAT(log.invoked, ElementsAre("c", "b", "a"));
+}
+
+TEST(ZObjectTest, MethodDestructorsMayRegisterMethods)
+{
+    struct Registrar : Method {
+        Registrar(Object& object, Log& log)
+            : m_object(object)
+            , m_log(log)
+        {
+        }
+        ~Registrar() override
+        {
+            m_object.registerMethod(new LoggedMethod(m_log, "late"));
+            m_log.disposed.emplace_back("registrar");
+        }
+        [[nodiscard]] ZGStr<char> Name() const override { return "registrar"; }
+        Value invoke(Arguments&) override { return {}; }
+        Object& m_object;
+        Log& m_log;
+    };
+    Log log;
+    {
+        Object object;
+        object.registerMethod(new LoggedMethod(log, "first"));
+        object.registerMethod(new Registrar(object, log));
+    }
+    EXPECT_THAT(log.disposed, ElementsAre("registrar", "late", "first"));
+}
+
+TEST(ZObjectTest, DestructionAllocatesNothing)
+{
+    Log log;
+    log.disposed.reserve(8);
+    auto object = std::make_unique<Object>();
+    for (const char* name : {"a", "b", "c"})
+        object->registerMethod(new LoggedMethod(log, name));
+    const long allocations = allocationsMade();
+    object.reset();
+    EXPECT_EQ(allocationsMade(), allocations);
+}
+
+/// The lock of an object, its last field.
+Lock& lockOf(ZObject& object)
+{
+    return *reinterpret_cast<Lock*>(
+        reinterpret_cast<unsigned char*>(&object) + sizeof(ZObject) - sizeof(Lock));
+}
+
+TEST(ZObjectTest, RegisteringAndDestructionWaitForTheLock)
+{
+    Log log;
+    auto object = std::make_unique<Object>();
+    EXPECT_TRUE(waitsFor(lockOf(*object), [&] { object->registerMethod(new LoggedMethod(log, "a")); }));
+    EXPECT_EQ(object->InvokableMethods(), 1);
+    EXPECT_TRUE(waitsFor(lockOf(*object), [&] { object.reset(); }));
+    EXPECT_THAT(log.disposed, ElementsAre("a"));
 }
 
 TEST(ZObjectTest, LastHandleDeletesItThroughItsVirtualDestructor)
