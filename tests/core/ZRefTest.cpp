@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <random>
 #include <stdexcept>
 #include <thread>
@@ -219,6 +220,35 @@ TEST_F(ZRefTest, ReleaseDropsTheCountAndKeepsThePointers)
     Handle empty;
     empty.release();
     EXPECT_TRUE(!empty);
+}
+
+/// Notes the blocks alive while it is destroyed.
+struct BlockCounter {
+    long& blocks;
+    ~BlockCounter() { blocks = blocksAlive(); }
+};
+
+TEST_F(ZRefTest, FreesTheCounterCellBeforeTheObject)
+{
+    long blocks = 0;
+    ZRef<BlockCounter> handle(new BlockCounter{blocks});
+    const long before = blocksAlive();
+    handle = nullptr;
+    EXPECT_EQ(blocks, before - 1);
+    EXPECT_EQ(blocksAlive(), before - 2);
+}
+
+TEST_F(ZRefTest, OnlyACountOfExactlyZeroDeletesTheObject)
+{
+    auto object = std::make_unique<Counted>(1);
+    std::unique_ptr<TZRefCounter<int>> cell;
+    {
+        const Handle handle(object.get());
+        cell.reset(reinterpret_cast<TZRefCounter<int>*>(wordAt(&handle, 0)));
+        cell->decrement();
+    }
+    EXPECT_EQ(cell->value(), -1);
+    EXPECT_EQ(Counted::s_tally.alive, 1);
 }
 
 struct Node {

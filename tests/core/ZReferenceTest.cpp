@@ -104,6 +104,17 @@ TEST_F(ZReferenceTest, ReleaseReturnsFalseIfItDeletedTheObject)
     EXPECT_TRUE(b.release());
 }
 
+TEST_F(ZReferenceTest, CountBelowZeroDeletesTheObjectToo)
+{
+    auto* object = new Object(1);
+    Handle handle(object);
+    // The counter is the word after the vtable pointer.
+    reinterpret_cast<Counter*>(reinterpret_cast<std::uintptr_t*>(object) + 1)->decrement();
+    EXPECT_EQ(handle.RefCount(), 0);
+    EXPECT_FALSE(handle.release());
+    EXPECT_THAT(Counted::s_tally.destroyed, ElementsAre(1));
+}
+
 TEST_F(ZReferenceTest, DestructorDecrementsTheCount)
 {
     const Handle outer(new Object(1));

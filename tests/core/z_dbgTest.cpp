@@ -5,6 +5,7 @@
 
 #include "tests/support/AllocationFaults.h"
 #include "tests/support/DeathTests.h"
+#include "tests/support/LockTests.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -125,16 +126,13 @@ TEST(z_dbgRegistryTest, EveryThrowReleasesTheLock)
     }).join();
 }
 
-TEST(z_dbgRegistryTest, WaitsForTheLock)
+TEST(z_dbgRegistryTest, EachFunctionWaitsForTheLock)
 {
     int a = 0;
-    g_eventreg_cs.lock();
-    std::thread other([&] { z_dbg_add_eventreg(&a); });
-    EXPECT_EQ(registrationsOf(&a), 0);
-    g_eventreg_cs.unlock();
-    other.join();
+    EXPECT_TRUE(waitsFor(g_eventreg_cs, [&] { z_dbg_add_eventreg(&a); }));
     EXPECT_EQ(registrationsOf(&a), 1);
-    z_dbg_rem_eventreg(&a);
+    EXPECT_TRUE(waitsFor(g_eventreg_cs, [&] { z_dbg_rem_eventreg(&a); }));
+    EXPECT_TRUE(waitsFor(g_eventreg_cs, [&] { z_dbg_check_eventreg(&a); }));
 }
 
 TEST(z_dbgRegistryTest, ThreadsRegisterConcurrently)
