@@ -2,12 +2,31 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# Writes the reference of the public headers as pages to build/docs/html; a comment that cannot be read is an error.
+# Writes the reference of the public interface as pages to build/docs/html. A public name without a comment, a comment
+# that Doxygen cannot read and a name that the pages' search does not find are errors.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
 
 require_packages doxygen
-mkdir -p build
-doxygen Doxyfile
-echo "The reference begins at build/docs/html/index.html."
+mkdir -p build/docs
+rm -rf build/docs/html
+ZSPACE_VERSION=$(sed -n 's/^project(ZSpace VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+export ZSPACE_VERSION
+status=0
+doxygen Doxyfile || status=$?
+if [ -s build/docs/warnings.txt ]; then
+    sed "s|^$PWD/||" build/docs/warnings.txt | grep . | sort -u | head -n 40 >&2
+    echo "All of them are in build/docs/warnings.txt" >&2
+    exit 1
+fi
+[ "$status" -eq 0 ]
+
+# A free function, a member that three classes inherit, a static one, a function of a header's own, a global, a constant.
+for name in CNSLog subString appendHexOf GetTickCount theLog Z_SYS_ENV_HOMEDIR; do
+    if ! grep -q "\['$name'" build/docs/html/search/all_*.js; then
+        echo "The reference's search does not find $name" >&2
+        exit 1
+    fi
+done
+echo "The reference of version $ZSPACE_VERSION begins at build/docs/html/index.html."

@@ -37,8 +37,10 @@ extern template class ZDelegable_T<void>;
 template <typename Self, typename R, typename... P>
 class TZDelegate : public ZDelegable_T<void> {
 public:
+    /// The number of parameters.
     [[nodiscard]] int ParamCount() const override { return static_cast<int>(sizeof...(P)); }
 
+    /// Calls.
     virtual R operator()(P... arguments) const = 0;
     /// A new delegate with the same target. The caller owns it.
     [[nodiscard]] virtual Self* clone() const = 0;
@@ -85,8 +87,10 @@ public:
 template <typename Class, typename A1, typename A2>
 class ZDelegator2V : public ZDelegate2<void, A1, A2> {
 public:
+    /// A member function of two parameters.
     using Function = void (Class::*)(A1, A2);
 
+    /// Binds a function to an object.
     ZDelegator2V(Class* object, Function function) noexcept
         : m_function(function)
         , m_object(object)
@@ -96,6 +100,7 @@ public:
     [[nodiscard]] bool operator!() const override { return !m_function || !m_object; }
     [[nodiscard]] void* Object() const override { return m_object; }
 
+    /// Calls the bound function.
     void operator()(A1 a1, A2 a2) const override
     {
         (m_object->*m_function)(std::forward<A1>(a1), std::forward<A2>(a2));
@@ -126,13 +131,16 @@ namespace detail {
 template <typename F, typename Self, typename R, typename... P>
 class FunctionDelegate final : public Self {
 public:
+    /// Shares a callable object.
     explicit FunctionDelegate(ZRef<F> function) noexcept
         : m_function(std::move(function))
     {
     }
 
     [[nodiscard]] bool operator!() const override { return false; }
+    /// The object that is called.
     [[nodiscard]] void* Object() const override { return m_function.get(); }
+    /// Calls the object.
     R operator()(P... arguments) const override
     {
         if constexpr (std::is_void_v<R>)
@@ -140,6 +148,7 @@ public:
         else
             return (*m_function)(std::forward<P>(arguments)...);
     }
+    /// A delegate of the same object.
     [[nodiscard]] FunctionDelegate* clone() const override { return new FunctionDelegate(*this); }
     [[nodiscard]] bool operator==(const Self& other) const override
     {

@@ -17,12 +17,17 @@ class ZException : public std::exception {
 public:
     /// Code 0; all strings are null.
     ZException() noexcept = default;
+    /// With a code and a message.
     ZException(unsigned int code, const char* what) noexcept;
+    /// With a code, a message and the place that detected it.
     ZException(unsigned int code, const char* what, const char* where) noexcept;
+    /// With a code, a message, a place and a reason.
     ZException(unsigned int code, const char* what, const char* where, const char* why) noexcept;
     /// Code 0.
     explicit ZException(const char* what) noexcept;
+    /// With a message and a place.
     ZException(const char* what, const char* where) noexcept;
+    /// With a message, a place and a reason.
     ZException(const char* what, const char* where, const char* why) noexcept;
 
     ZException(const ZException&) noexcept = default;
@@ -62,8 +67,10 @@ static_assert(sizeof(ZException) == 5 * sizeof(void*));
 /// An operation that is not implemented: code 1025, "Not implemented".
 class ZXCNotImplemented : public virtual ZException {
 public:
+    /// The code of every exception of this kind.
     static constexpr unsigned int s_code = 1025;
 
+    /// With a place and a reason.
     ZXCNotImplemented(const char* where, const char* why) noexcept;
     ZXCNotImplemented(const ZXCNotImplemented&) noexcept = default;
     ~ZXCNotImplemented() override;
@@ -73,8 +80,10 @@ public:
 /// An index out of range: code 1026, "Out of bounds".
 class ZXCOutOfBounds : public virtual ZException {
 public:
+    /// The code of every exception of this kind.
     static constexpr unsigned int s_code = 1026;
 
+    /// With a place and a reason.
     ZXCOutOfBounds(const char* where, const char* why) noexcept;
     ZXCOutOfBounds(const ZXCOutOfBounds&) noexcept = default;
     ~ZXCOutOfBounds() override;

@@ -16,6 +16,7 @@ class ZInvokable {
 public:
     // The order of the virtual functions is part of the interface, here and in `ZExecutor`.
 
+    /// Calls.
     virtual R invoke() const = 0;
     virtual ~ZInvokable() = default;
 
@@ -34,6 +35,7 @@ public:
 
     /// The number of stored arguments.
     [[nodiscard]] virtual int ParamCount() const = 0;
+    /// Does the work.
     virtual R execute() const = 0;
     /// A new executor for the same call. The caller owns it.
     [[nodiscard]] virtual ZExecutor* clone() const = 0;
@@ -51,6 +53,7 @@ extern template class ZExecutor<void>;
 template <typename D, typename A>
 class ZExecutor2V : public ZExecutor<void> {
 public:
+    /// What is called.
     using Binder = ZDelegate2<void, D, A>;
 
     /// Adopts `binder`.
@@ -60,6 +63,7 @@ public:
     }
 
     [[nodiscard]] int ParamCount() const override { return m_binder->ParamCount(); }
+    /// Calls the delegate with the two arguments.
     void execute() const override { (*m_binder)(m_first, m_second); }
     [[nodiscard]] ZExecutor2V* clone() const override
     {

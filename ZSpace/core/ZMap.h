@@ -34,11 +34,14 @@ public:
         return *this;
     }
 
+    /// The key.
     [[nodiscard]] const K& key() const noexcept { return *m_key; }
 
     [[nodiscard]] friend bool operator==(const ZPair& a, const ZPair& b) { return a.key() == b.key(); }
 
+    /// The key.
     K first;
+    /// The value.
     V second;
 
 private:
@@ -58,6 +61,7 @@ static_assert(sizeof(ZPair<void*, void*>) == 3 * sizeof(void*));
 template <typename K, typename V>
 class ZMap : public ZSet<ZPair<K, V>> {
 public:
+    /// A key with its value.
     using Pair = ZPair<K, V>;
 
     ZMap() noexcept = default;

@@ -64,6 +64,7 @@ protected:
     }
     ~ZAllocBase() { release(); }
 
+    /// The block, owned.
     T* m_block = nullptr;
 };
 
@@ -78,6 +79,7 @@ public:
     ZAllocation& operator=(const ZAllocation& other);
     ZAllocation& operator=(ZAllocation&& other) noexcept;
 
+    /// The number of elements.
     [[nodiscard]] long Count() const noexcept { return m_count; }
 
     /// Reallocates to exactly `n` elements; added ones are value-initialized. To append many elements in
@@ -88,13 +90,16 @@ public:
     void release() noexcept;
 
 protected:
+    /// Copies elements.
     ZAllocation(const T* source, long count);
 
     /// Reallocates to one more element, a copy of `value`. `value` may be an element of this block.
     T& append(const T& value);
 
+    /// Exchanges two blocks.
     void swap(ZAllocation& other) noexcept;
 
+    /// The number of elements.
     long m_count = 0;
 };
 
@@ -109,7 +114,9 @@ public:
     ZAllocationBuf& operator=(const ZAllocationBuf& other);
     ZAllocationBuf& operator=(ZAllocationBuf&& other) noexcept;
 
+    /// The number of elements.
     [[nodiscard]] long Count() const noexcept { return m_count; }
+    /// The number of elements that fit without another block.
     [[nodiscard]] long Capacity() const noexcept { return m_capacity; }
 
     /// Sets the count to `n` (0 if negative). If that exceeds the capacity, the capacity grows by `n`: appending one by one
@@ -120,6 +127,7 @@ public:
     void release() noexcept;
 
 protected:
+    /// Copies elements.
     ZAllocationBuf(const T* source, long count);
 
     /// Grows the capacity for `n` elements as `resize` does, without changing the count.
@@ -128,9 +136,12 @@ protected:
     /// Appends a copy of `value`, which may be an element of this block.
     T& append(const T& value);
 
+    /// Exchanges two blocks.
     void swap(ZAllocationBuf& other) noexcept;
 
+    /// The number of elements.
     long m_count = 0;
+    /// The number of elements that fit.
     long m_capacity = 0;
 };
 

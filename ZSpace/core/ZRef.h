@@ -25,8 +25,10 @@ public:
 
     /// Both return the new count atomically: of several threads that decrement, exactly one sees 0.
     Value increment() noexcept { return static_cast<Value>(m_word.fetch_add(1) + 1); }
+    /// Subtracts 1 and returns the new count.
     Value decrement() noexcept { return static_cast<Value>(m_word.fetch_sub(1) - 1); }
 
+    /// The count.
     [[nodiscard]] Value value() const noexcept { return static_cast<Value>(m_word.load()); }
 
 private:

@@ -59,7 +59,9 @@ protected:
     ZThreadLock_T<pthread_mutex_t> m_lock; // guards everything below
     pthread_t m_lastThread{}; // kept when the thread is joined or detached
     pthread_t m_thread{}; // null if there is none
+    /// Called on a new thread before its work.
     Hook m_beforeWork = nullptr;
+    /// Called on a new thread after its work.
     Hook m_afterWork = nullptr;
     ZRef<RunningFlag> m_running; // the flag of the last start
 };

@@ -13,6 +13,7 @@ namespace ZSpace {
 /// As inline variables they are constructed before, and destroyed after, the static objects of every source
 /// file that includes this header.
 inline constinit ZArray<void*, ZAllocationBuf<void*>> g_eventregistrations;
+/// Guards the registry.
 inline ZThreadLock_T<pthread_mutex_t> g_eventreg_cs;
 
 /// Adds a registration of `p`. Thread-safe, as are the next two functions.

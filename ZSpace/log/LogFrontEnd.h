@@ -59,6 +59,7 @@ __attribute__((format(printf, 1, 2))) void CNSDbgLog(const char* format, ...);
 
 /// Writes one line of any length.
 void OCNSLog(NSString* format, ...);
+/// As `OCNSLog`, with the arguments as a list.
 void OCLogV(NSString* format, va_list arguments);
 /// As `OCNSLog` if debug lines are on.
 void OCNSDbgLog(NSString* format, ...);

@@ -28,6 +28,7 @@ namespace ZSpace {
 /// while a record is written. Operations throw `std::bad_alloc` if allocation fails.
 class ZLogBook {
 public:
+    /// The entries of a trail.
     using Errors = ZList<ZRef<ZLogLastError>>;
 
     ZLogBook() = default;

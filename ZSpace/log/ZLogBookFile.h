@@ -12,7 +12,7 @@ namespace ZSpace {
 
 namespace detail {
 enum class SignalRisk : bool;
-}
+} // namespace detail
 
 /// A book that writes each record as one line of a plain text report file.
 ///
@@ -35,7 +35,7 @@ class ZLogBookFile : public virtual ZLogBook {
 public:
     /// A file that the caller has opened for appending.
     struct OpenFile {
-        int descriptor;
+        int descriptor; ///< open for appending
     };
 
     /// Appends to the file at `path`, which is created if missing. Opens it as `fopen` does, so it may be a
@@ -81,8 +81,11 @@ struct ZLogBookFileEntry {
     ZLogBookFileEntry(unsigned char tag, int first, int second) noexcept;
 
     std::uint64_t m_time = 0; // a packed `ZTime`
+    /// The kind of the entry.
     std::uint8_t m_tag = 0;
+    /// The first number.
     std::int32_t m_first = 0;
+    /// The second number.
     std::int32_t m_second = 0;
 };
 

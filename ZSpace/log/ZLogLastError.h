@@ -22,10 +22,15 @@ public:
     /// The same from wide strings, which are narrowed to the low 8 bits of each unit.
     ZLogLastError(int op, const wchar_t* caller, const wchar_t* callee, int result, const wchar_t* text);
 
+    /// The operation's number.
     [[nodiscard]] int op() const noexcept { return m_op; }
+    /// Who called.
     [[nodiscard]] const ZGStr<char>& caller() const noexcept { return m_caller; }
+    /// What failed.
     [[nodiscard]] const ZGStr<char>& callee() const noexcept { return m_callee; }
+    /// What it returned.
     [[nodiscard]] int result() const noexcept { return m_result; }
+    /// A message.
     [[nodiscard]] const ZGStr<char>& text() const noexcept { return m_text; }
     /// The thread that created the entry.
     [[nodiscard]] pthread_t thread() const noexcept { return m_thread; }

@@ -28,6 +28,7 @@ namespace ZSpace {
 /// and leaves the record unchanged if allocation fails.
 class ZLogRecord {
 public:
+    /// One value of a record.
     using Item = ZRef<TZValueBase<ZTypeId>>;
 
     ZLogRecord() noexcept = default;

@@ -20,8 +20,10 @@ public:
 
     /// Called after a book was attached or detached, for derived classes to override.
     virtual void onLogBookAttached(ZRef<ZLogBook> book);
+    /// Called after the log book was taken away.
     virtual void onLogBookDetached();
 
+    /// Hands raw data to the log book.
     virtual void writeStream(unsigned char tag, int number, const void* data, long length);
     virtual ~ZLoggable();
 
@@ -33,15 +35,23 @@ public:
     /// thread and the values whose text is not empty.
     virtual void addLogRecord(const ZLogRecord& record);
 
+    /// As the log book's; does nothing without one.
     void setLastError(int op, const char* caller, const char* callee, int result, const char* text);
     /// The same with the operation number `m_logOp`; does nothing while that is 0.
     void setLastError(const char* caller, const char* callee, int result, const char* text);
+    /// As the log book's; false without one.
     bool getLastError(ZRef<ZLogLastError>& out, int op, pthread_t thread);
+    /// As the log book's; empty without one.
     ZLogBook::Errors getLastThreadErrors(pthread_t thread);
+    /// As the log book's; empty without one.
     ZLogBook::Errors getLastOpErrors(int op);
+    /// As the log book's; empty without one.
     ZLogBook::Errors getLastErrors();
+    /// As the log book's; false without one.
     bool hasLastError(int op, pthread_t thread);
+    /// As the log book's; does nothing without one.
     void clearLastError(int op, pthread_t thread);
+    /// Hands raw data to the log book.
     void writeStream(unsigned char tag, int number, const TZBinary<unsigned char>& data);
 
     /// The calling thread as it appears in lines: "Thread[1a03]", the system's thread number in hexadecimal.
@@ -51,6 +61,7 @@ public:
 
 protected:
     ZRef<ZLogBook> m_logBook; // may be empty
+    /// The operation that this object's records and errors belong to.
     int m_logOp = 0;
 };
 

@@ -19,14 +19,17 @@ namespace ZSpace {
 template <typename Lock>
 class ZDispatchMethod {
 public:
+    /// An argument or a result.
     using Value = TZValueBase<ZTypeId>;
 
     ZDispatchMethod() noexcept = default;
     ZDispatchMethod(const ZDispatchMethod&) = delete; // owned by one table
     ZDispatchMethod& operator=(const ZDispatchMethod&) = delete;
 
+    /// The name by which the method is called.
     [[nodiscard]] virtual ZGStr<char> Name() const = 0;
     virtual ~ZDispatchMethod();
+    /// Calls the method.
     virtual Value invoke(ZList<Value>& args) = 0;
 };
 
@@ -41,7 +44,9 @@ public:
 template <typename Lock>
 class ZDispatchable : public TZReferenceable<TZRefCounter<int>> {
 public:
+    /// A method entry.
     using Method = ZDispatchMethod<Lock>;
+    /// An argument or a result.
     using Value = TZValueBase<ZTypeId>;
 
     ZDispatchable(const ZDispatchable&) = delete; // methods are owned by one object

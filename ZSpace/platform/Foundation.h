@@ -30,6 +30,7 @@ namespace detail {
 /// Adds or drops a reference to an object of the host; both ignore null. Every native class derives from
 /// `NSObject` and begins with it.
 void retain(NSObject* object) noexcept;
+/// Releases one count of an object.
 void release(NSObject* object) noexcept;
 } // namespace detail
 
@@ -98,6 +99,7 @@ private:
 class Object : public Handle<NSObject> {
 public:
     using Handle::Handle;
+    /// Takes over one count of an object.
     static Object adopt(NSObject* object) noexcept { return Object(object); }
 };
 
@@ -109,6 +111,7 @@ public:
     /// Copies a null-terminated UTF-8 string; null becomes nil. Bytes that are not valid UTF-8 are preserved
     /// as far as the host allows, and never lead to nil. Not explicit, so that literals convert.
     String(const char* utf8);
+    /// From UTF-8 text.
     String(const std::string& utf8);
 
     /// Adopts a reference to `string`.
@@ -181,6 +184,7 @@ public:
     /// Adds a reference to `array`.
     static Array retain(NSArray* array) noexcept { return adopt(Handle::retain(array)); }
 
+    /// The number of objects.
     [[nodiscard]] std::size_t count() const noexcept;
     /// The item at `index`. Throws if `index` is at or past the end.
     [[nodiscard]] String objectAtIndex(std::size_t index) const;
@@ -244,13 +248,17 @@ class Task : public Handle<NSTask> {
 public:
     Task();
 
+    /// Sets the file to start.
     void setLaunchPath(const String& path);
+    /// Sets the arguments after the file's own name.
     void setArguments(const Array& arguments);
     /// Redirects the child's standard output; with nil it is inherited.
     void setStandardOutput(const FileHandle& file);
     /// Redirects the child's standard error; with nil it is inherited.
     void setStandardError(const FileHandle& file);
+    /// The file to start.
     [[nodiscard]] String launchPath() const;
+    /// The arguments.
     [[nodiscard]] Array arguments() const;
 
     /// Starts the child and returns at once. If the child cannot be started, throws an exception named
@@ -270,7 +278,9 @@ public:
 
 /// The arguments of `searchPathForDirectoriesInDomains`, with Foundation's own numbers.
 enum class SearchPathDirectory : unsigned long { ApplicationSupport = 14 };
+/// Where to look for directories.
 enum class SearchPathDomainMask : unsigned long { MachineWide = 8 };
+/// Whether a leading "~" is replaced by the home directory.
 enum class ExpandTilde : bool { No, Yes };
 
 /// The directories of a kind in the given domains, in order of preference; empty if the host has none.

@@ -24,11 +24,17 @@
 #else
 // NOLINTBEGIN(modernize-use-using): C reads this, too
 typedef struct NSArray NSArray;
+/// An exception.
 typedef struct NSException NSException;
+/// An open file.
 typedef struct NSFileHandle NSFileHandle;
+/// A string that can be changed.
 typedef struct NSMutableString NSMutableString;
+/// The base of all.
 typedef struct NSObject NSObject;
+/// A string.
 typedef struct NSString NSString;
+/// A child process.
 typedef struct NSTask NSTask;
 // NOLINTEND(modernize-use-using)
 

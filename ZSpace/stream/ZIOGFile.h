@@ -74,10 +74,14 @@ public:
     long long Size() override;
     [[nodiscard]] bool BOS() override;
     [[nodiscard]] bool EOS() override;
+    /// The position in items; -1 on failure.
     [[nodiscard]] long long Position() override;
     int moveBegin() override;
+    /// Moves to the end.
     int moveEnd() override;
+    /// Moves to a position.
     int moveTo(long long position) override;
+    /// Moves by an offset from the position.
     int move(long long offset) override;
     void beginTransaction() override;
     void endTransaction() override;
@@ -115,6 +119,7 @@ public:
     /// The error indicator: whether an operation has failed since the file was opened or the indicator
     /// cleared. False for a closed stream.
     [[nodiscard]] bool hasError() const noexcept { return m_file && ferror(m_file); }
+    /// Clears the error and end marks of the file.
     void clearError() noexcept
     {
         if (m_file)

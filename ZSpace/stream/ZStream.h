@@ -33,14 +33,19 @@ public:
     [[nodiscard]] virtual bool BOS() = 0;
     /// Whether a read has hit the end; a position at the end is not enough.
     [[nodiscard]] virtual bool EOS() = 0;
+    /// The position in items; -1 on failure.
     [[nodiscard]] virtual long long Position() = 0;
     /// The move operations return 0, or the C library's error result.
     virtual int moveBegin() = 0;
+    /// Moves to the end.
     virtual int moveEnd() = 0;
+    /// Moves to a position.
     virtual int moveTo(long long position) = 0;
+    /// Moves by an offset from the position.
     virtual int move(long long offset) = 0;
     /// 0 while closed; otherwise 2 if it can be read, plus 4 if it can be written.
     [[nodiscard]] virtual int State() const = 0;
+    /// Closes the stream.
     virtual int close() = 0;
     /// Mark a span of operations that belong together; locks nothing with the default policy.
     virtual void beginTransaction() { TX::beginTransaction(); }
@@ -90,6 +95,7 @@ public:
 template <typename T = char, typename TX = ZStreamTransaction>
 class ZStream : public virtual ZInStream<T, TX>, public virtual ZOutStream<T, TX> {
 public:
+    /// The size of an item in bytes.
     [[nodiscard]] unsigned long long ItemSize() override { return sizeof(T); }
 };
 

@@ -40,8 +40,11 @@ public:
     using DataRef = ZRef<ZArray<T, ZAllocation<T>>, TZRefCounter<int>>;
 
     // The first argument of every callback is the stream.
+    /// Receives a size or a position.
     using NumberCallback = ZDelegate2<void, ZStreamAsync*, long long>;
+    /// Receives an answer of yes or no.
     using FlagCallback = ZDelegate2<void, ZStreamAsync*, bool>;
+    /// Receives a status.
     using StatusCallback = ZDelegate2<void, ZStreamAsync*, int>;
     /// Status, and the requested position or offset.
     using MoveCallback = ZDelegate3<void, ZStreamAsync*, int, long long>;
@@ -53,15 +56,25 @@ public:
     /// A new stream of the same kind, or null if it cannot be cloned. The caller owns it.
     [[nodiscard]] virtual ZStreamAsync* clone() const { return nullptr; }
 
+    /// Asks for the size.
     virtual bool SizeAsync(NumberCallback* callback) = 0;
+    /// Asks whether the position is the beginning.
     virtual bool BOSAsync(FlagCallback* callback) = 0;
+    /// Asks whether a read has hit the end.
     virtual bool EOSAsync(FlagCallback* callback) = 0;
+    /// Asks for the position.
     virtual bool PositionAsync(NumberCallback* callback) = 0;
+    /// Moves to the beginning.
     virtual bool moveBeginAsync(StatusCallback* callback) = 0;
+    /// Moves to the end.
     virtual bool moveEndAsync(StatusCallback* callback) = 0;
+    /// Moves to a position.
     virtual bool moveToAsync(MoveCallback* callback, long long position) = 0;
+    /// Moves by an offset.
     virtual bool moveAsync(MoveCallback* callback, long long offset) = 0;
+    /// Asks for the state.
     virtual bool StateAsync(StatusCallback* callback) = 0;
+    /// Closes the stream.
     virtual bool closeAsync(StatusCallback* callback) = 0;
     /// Adopts the callback if the read is started: the worker thread destroys it after the call. The callback must
     /// not throw: an exception that escapes from it calls `std::terminate`.
@@ -90,24 +103,37 @@ class ZStreamEx : public ZStreamAsync<T, TX> {
 
 public:
     using typename Async::DataRef;
+    /// Receives an answer of yes or no.
     using typename Async::FlagCallback;
     using typename Async::MoveCallback;
+    /// Receives a size or a position.
     using typename Async::NumberCallback;
     using typename Async::ReadCallback;
+    /// Receives a status.
     using typename Async::StatusCallback;
     using typename Async::WriteCallback;
 
     ~ZStreamEx() override { waitForRead(); }
 
+    /// Refused: only reading and writing run in the background.
     bool SizeAsync(NumberCallback*) override { return refuse(Operation::Size); }
+    /// Refused, as `SizeAsync`.
     bool BOSAsync(FlagCallback*) override { return refuse(Operation::BOS); }
+    /// Refused, as `SizeAsync`.
     bool EOSAsync(FlagCallback*) override { return refuse(Operation::EOS); }
+    /// Refused, as `SizeAsync`.
     bool PositionAsync(NumberCallback*) override { return refuse(Operation::Position); }
+    /// Refused, as `SizeAsync`.
     bool moveBeginAsync(StatusCallback*) override { return refuse(Operation::MoveBegin); }
+    /// Refused, as `SizeAsync`.
     bool moveEndAsync(StatusCallback*) override { return refuse(Operation::MoveEnd); }
+    /// Refused, as `SizeAsync`.
     bool moveToAsync(MoveCallback*, long long) override { return refuse(Operation::MoveTo); }
+    /// Refused, as `SizeAsync`.
     bool moveAsync(MoveCallback*, long long) override { return refuse(Operation::Move); }
+    /// Refused, as `SizeAsync`.
     bool StateAsync(StatusCallback*) override { return refuse(Operation::State); }
+    /// Refused, as `SizeAsync`.
     bool closeAsync(StatusCallback*) override { return refuse(Operation::Close); }
 
     /// Reads up to `count` items into a buffer of that size. If it cannot be allocated, the callback receives
@@ -129,17 +155,21 @@ public:
 protected:
     ZStreamEx() = default;
 
+    /// Whether a read is outstanding.
     [[nodiscard]] bool isReading() noexcept { return worker(Operation::Read).isRunning(); }
+    /// Whether a write is outstanding.
     [[nodiscard]] bool isWriting() noexcept { return worker(Operation::Write).isRunning(); }
 
     /// Runs a read on its thread.
     using ReadBinder = ZDelegate2<void, ReadCallback*, long>;
+    /// The body of a read, on the worker thread.
     void executeRead(std::unique_ptr<ReadBinder> binder, ReadCallback* callback, long count)
     {
         execute<ReadCallback*, long>(Operation::Read, std::move(binder), callback, count);
     }
     /// Runs a write on its thread.
     using WriteBinder = ZDelegate2<void, WriteCallback*, DataRef>;
+    /// The body of a write, on the worker thread.
     void executeWrite(std::unique_ptr<WriteBinder> binder, WriteCallback* callback, DataRef data);
 
     /// Calls `read`, a function like the stream's operation, and then `callback`, which it destroys. Does not use

@@ -331,6 +331,7 @@ public:
     {
         return detail::compare(Token(a, lengthOfA), Token(b, lengthOfB));
     }
+    /// As the member of the same name, for these characters.
     [[nodiscard]] static long compareIgnoreCase(
         const T* a, long lengthOfA, const T* b, long lengthOfB) noexcept
     {
@@ -438,7 +439,9 @@ public:
     static void reverse(T* text, long length) noexcept;
     static void toLower(T* text, long length) noexcept;
     static void toUpper(T* text, long length) noexcept;
+    /// A letter "A" to "Z" as a lower-case letter; other characters as they are.
     static T toLower(T c) noexcept { return detail::lowerOf(c); }
+    /// A letter "a" to "z" as an upper-case letter; other characters as they are.
     static T toUpper(T c) noexcept { return detail::upperOf(c); }
     /// Exchanges two characters.
     static void swap(T& a, T& b) noexcept { std::swap(a, b); }

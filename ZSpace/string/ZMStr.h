@@ -240,6 +240,7 @@ public:
     /// Negative indices count from the end. Throws `ZException` "Index out of range" for an index that is
     /// still negative then, and for one that is not before the first zero.
     T& at(long index) { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
+    /// As above.
     // NOLINTNEXTLINE(modernize-use-nodiscard)
     const T& at(long index) const { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
     /// As `at`.

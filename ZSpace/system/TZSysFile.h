@@ -35,19 +35,25 @@ class TZSysFile {
 public:
     /// The errors of `copyFile`.
     static constexpr int s_copyFailed = 0x0F000000;
+    /// `copyFile`: the source cannot be opened.
     static constexpr int s_sourceNotOpened = 0x0F000004;
+    /// `copyFile`: the target cannot be opened.
     static constexpr int s_targetNotOpened = 0x0F000005;
     /// The results of operations that are not implemented.
     static constexpr int s_notImplemented = static_cast<int>(0x80000000);
+    /// Listing: neither a pattern nor a kind was asked for.
     static constexpr int s_noPatterns = -1;
 
     // Directories
 
     /// Empty if the path has more than 1023 bytes or is unknown.
     [[nodiscard]] static ZMStr<T> getCurrentDirectory();
+    /// The only volume, "/".
     [[nodiscard]] static ZMStr<T> getCurrentVolume();
     /// Adds the only volume.
     static int getVolumes(ZList<ZMStr<T>>& out);
+    /// Changes the current directory of the process.
+    /// @return 0 or an error number.
     static int changeDirectory(const T* path);
     /// Creates a directory with mode 0777, less the process's mask.
     /// @return 0 or -1.
@@ -55,7 +61,9 @@ public:
     /// Removes an empty directory; ignores `recursive`.
     /// @return 0 or -1.
     static int removeDirectory(const T* path, bool recursive = false);
+    /// Renames a directory. Returns 0 or `errno`.
     static int renameDirectory(const T* from, const T* to);
+    /// As `renameDirectory`.
     static int moveDirectory(const T* from, const T* to);
 
     /// Adds the names in a directory, in the order of the system, without ".", ".." and ".DS_Store". Here and
@@ -68,7 +76,10 @@ public:
 
     // Files
 
+    /// Renames a file.
     static int moveFile(const T* from, const T* to);
+    /// Removes a file.
+    /// @return 0 or an error number.
     static int removeFile(const T* path);
     /// Copies the content only. A file copied onto itself does not change. If reading or writing fails, the
     /// target is removed.
@@ -77,9 +88,11 @@ public:
 
     // Queries; they follow links
 
+    /// Whether anything has this name.
     [[nodiscard]] static bool exists(const T* path);
     /// Whether the path names a regular file.
     [[nodiscard]] static bool isFile(const T* path);
+    /// Whether this is a directory.
     [[nodiscard]] static bool isDirectory(const T* path);
     /// In bytes; -1 on failure.
     [[nodiscard]] static long long sizeOf(const T* path);
@@ -87,16 +100,23 @@ public:
     /// not change.
     /// @return 0 or -1.
     static int lastAccessTimeOf(const T* path, ZTime& time);
+    /// As `lastAccessTimeOf`, for the last change of the content.
     static int lastChangeTimeOf(const T* path, ZTime& time);
 
     // Not implemented: they change nothing and return `s_notImplemented`, except for `setCreationTimeOf`,
     // which returns 0.
 
+    /// Not implemented.
     static int getAttributes(const T* path, unsigned long long& attributes);
+    /// Not implemented.
     static int setAttributes(const T* path, unsigned long long attributes);
+    /// Not implemented.
     static int creationTimeOf(const T* path, ZTime& time);
+    /// Not implemented; returns 0.
     static int setCreationTimeOf(const T* path, const ZTime& time);
+    /// Not implemented.
     static int setLastAccessTimeOf(const T* path, const ZTime& time);
+    /// Not implemented.
     static int setLastChangeTimeOf(const T* path, const ZTime& time);
 
     // Path strings
@@ -104,6 +124,7 @@ public:
     /// The strings before and after the last "/", after one trailing "/" is dropped: "/a" and "b" for "/a/b/",
     /// "" and "a" for "/a", "a" and "a" for "a/", "" and "" for "/".
     [[nodiscard]] static ZMStr<T> getParentOf(const T* path);
+    /// The part of a path after the last separator.
     [[nodiscard]] static ZMStr<T> getNameOf(const T* path);
 
     // Directory entries
@@ -113,40 +134,54 @@ public:
     TZSysFile(ZStrToken<T> path, ZTRISTATE directory, unsigned long long attributes, long long size,
         const ZTime& created, const ZTime& accessed, const ZTime& modified);
 
+    /// The last part of the path.
     [[nodiscard]] ZMStr<T> Name() const { return getNameOf(m_path); }
+    /// The whole path.
     [[nodiscard]] const ZMStr<T>& Path() const { return m_path; }
+    /// The path of the directory that contains this entry.
     [[nodiscard]] ZMStr<T> ParentPath() const { return getParentOf(m_path); }
+    /// The entry of the directory that contains this one, of unknown kind.
     [[nodiscard]] TZSysFile Parent() const;
 
     /// Looks it up each time.
     [[nodiscard]] bool exists() const { return exists(m_path); }
     /// As determined at construction; everything but a directory counts as a file.
     [[nodiscard]] bool isFile() const { return !isDirectory(); }
+    /// Whether this entry is a directory, as far as it is known.
     [[nodiscard]] bool isDirectory() const { return m_isDirectory != 0; }
 
     /// Looks the size up until it is above 0, then caches it.
     long long Size() const;
+    /// As given at construction; never looked up.
     [[nodiscard]] unsigned long long Attributes() const { return m_attributes; }
     /// Never looked up.
     [[nodiscard]] ZTime TimeCreated() const { return m_created; }
     /// Look the time up until that succeeds, then cache it.
     ZTime TimeAccessed() const;
+    /// The time of the last change of the content.
     ZTime TimeModified() const;
+    /// Sets the remembered time of creation; the file stays as it is.
     void TimeCreated(const ZTime& time) { m_created = time; }
+    /// Sets the remembered time of the last access; the file stays as it is.
     void TimeAccessed(const ZTime& time) { m_accessed = time; }
+    /// Sets the remembered time of the last change; the file stays as it is.
     void TimeModified(const ZTime& time) { m_modified = time; }
 
     /// Moves the file; this object keeps the old path.
     int moveTo(const T* to) const { return moveFile(m_path, to); }
     /// Renames the file within its directory; this object keeps the old path.
     int renameTo(const T* name) const;
+    /// As the static `removeFile`.
     int remove() const { return removeFile(m_path); }
 
     /// The entries of this directory that are not directories, or those that are (including "." and "..").
     /// Empty if the directory cannot be read.
     [[nodiscard]] ZList<TZSysFile> Files() const;
+    /// The directories in this directory, as entries.
     [[nodiscard]] ZList<TZSysFile> SubDirectories() const;
+    /// The names of the files in this directory.
     [[nodiscard]] ZList<ZMStr<T>> FileNames() const;
+    /// The names of the directories in this directory.
     [[nodiscard]] ZList<ZMStr<T>> SubDirNames() const;
 
 private:

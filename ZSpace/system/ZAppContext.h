@@ -43,14 +43,17 @@ public:
     /// The exit value.
     operator int() const noexcept { return m_exitValue; }
 
+    /// The number of arguments.
     [[nodiscard]] long ArgCount() const noexcept { return m_arguments.Count(); }
     /// A negative index counts from the end; an index out of range is clamped to the first or last argument.
     /// Returns an empty string if there are no arguments.
     [[nodiscard]] ZMStr<wchar_t> Arg(long index) const;
+    /// As `Arg`.
     [[nodiscard]] ZGStr<wchar_t> ArgW(long index) const;
 
     /// The full path of the executable; empty if the system does not know it.
     [[nodiscard]] ZMStr<wchar_t> Path() const { return m_path; }
+    /// Whether the calling thread is the recorded main thread.
     [[nodiscard]] bool isMainThread() const noexcept;
 
     /// The value of an environment variable; empty if it is not set.

@@ -21,15 +21,23 @@ using ZSysInfoKeyMap = ZMap<const wchar_t*, const wchar_t*>;
 /// to the constructor. Reading it as another kind returns an empty result.
 class ZSysInfoObject {
 public:
+    /// A shared value.
     using ValueHandle = ZRef<TZValueBase<ZTypeId>>;
+    /// Several shared values.
     using ValueList = ZList<ZRef<TZValueBase<ZTypeId>>>;
 
+    /// An object with one value.
     ZSysInfoObject(const wchar_t* key, const wchar_t* name, const ValueHandle& value);
+    /// An object with a list of values.
     ZSysInfoObject(const wchar_t* key, const wchar_t* name, const ValueList& values);
+    /// An object with a pointer of the host's.
     ZSysInfoObject(const wchar_t* key, const wchar_t* name, void* native);
+    /// An object with further objects by key.
     ZSysInfoObject(const wchar_t* key, const wchar_t* name, const ZSysInfoKeyMap& keys);
 
+    /// The key; referenced, never copied.
     [[nodiscard]] const wchar_t* Key() const noexcept { return m_key; }
+    /// The display name; referenced, never copied.
     [[nodiscard]] const wchar_t* Name() const noexcept { return m_name; }
     /// 2 for a value, 3 for a list of values, 4 for a native pointer, 5 for a map of keys.
     [[nodiscard]] unsigned int ObjectType() const noexcept { return m_type; }
@@ -59,7 +67,9 @@ public:
     ZSysInfoProvider& operator=(const ZSysInfoProvider&) = delete;
     virtual ~ZSysInfoProvider();
 
+    /// The key of what this provider provides.
     [[nodiscard]] virtual const wchar_t* Key() const = 0;
+    /// The display name of what this provider provides.
     [[nodiscard]] virtual const wchar_t* Name() const = 0;
     /// Updates cached facts.
     virtual void refreshInfo() = 0;
@@ -72,11 +82,15 @@ public:
     virtual unsigned int getObject(const wchar_t* key, ZRef<ZSysInfoObject>& out) = 0;
 
 protected:
+    /// Makes an object; see its constructors.
     static ZRef<ZSysInfoObject> createObject(
         const wchar_t* key, const wchar_t* name, const ZSysInfoObject::ValueHandle& value);
+    /// Makes an object; see its constructors.
     static ZRef<ZSysInfoObject> createObject(
         const wchar_t* key, const wchar_t* name, const ZSysInfoObject::ValueList& values);
+    /// Makes an object; see its constructors.
     static ZRef<ZSysInfoObject> createObject(const wchar_t* key, const wchar_t* name, void* native);
+    /// Makes an object; see its constructors.
     static ZRef<ZSysInfoObject> createObject(
         const wchar_t* key, const wchar_t* name, const ZSysInfoKeyMap& keys);
 };

@@ -9,20 +9,32 @@
 
 namespace ZSpace {
 
+/// The environment variable of the user's home directory.
 inline constexpr const char* Z_SYS_ENV_HOMEDIR = "HOME";
+/// The environment variable of the directory for temporary files.
 inline constexpr const char* Z_SYS_ENV_TEMPDIR = "TMPDIR";
+/// The separator of paths.
 inline constexpr const char* Z_SYS_ENV_PATH_SEP = "/";
+/// The separator of paths.
 inline constexpr const wchar_t* Z_SYS_ENV_PATH_SEPW = L"/";
+/// The current directory.
 inline constexpr const char* Z_SYS_ENV_PATH_SELF = "./";
+/// The current directory.
 inline constexpr const wchar_t* Z_SYS_ENV_PATH_SELFW = L"./";
+/// The home directory of a user who has none.
 inline constexpr const wchar_t* Z_SYS_ALT_HOMEDIR = L"./";
 
 /// Keys and display names of the path facts. Maps compare keys by address, so look them up with these.
 extern const wchar_t* const ZSysInfoPath_Paths;
+/// The display name of the paths.
 extern const wchar_t* const ZSysInfoPath_NPaths;
+/// The key of the user's home directory.
 extern const wchar_t* const ZSysInfoPath_Paths_HomeFolder;
+/// The display name of the user's home directory.
 extern const wchar_t* const ZSysInfoPath_NPaths_HomeFolder;
+/// The key of the directory for temporary files.
 extern const wchar_t* const ZSysInfoPath_Paths_TempFolder;
+/// The display name of the directory for temporary files.
 extern const wchar_t* const ZSysInfoPath_NPaths_TempFolder;
 
 /// The provider of the user's directories; also names new log files.
@@ -34,7 +46,9 @@ extern const wchar_t* const ZSysInfoPath_NPaths_TempFolder;
 /// set-up only.
 class ZSysInfoPaths : public ZSysInfoProvider {
 public:
+    /// `ZSysInfoPath_Paths`.
     [[nodiscard]] const wchar_t* Key() const override;
+    /// `ZSysInfoPath_NPaths`.
     [[nodiscard]] const wchar_t* Name() const override;
     void refreshInfo() override;
     void releaseInfo() override;
@@ -46,11 +60,15 @@ public:
 
     /// The environment variable HOME, or "./" if it is empty.
     static ZMStr<wchar_t> getHomeFolder();
+    /// The user's home directory.
     static ZGStr<wchar_t> getHomeFolderW();
+    /// The user's home directory.
     static ZGStr<char> getHomeFolderA();
     /// The environment variable TMPDIR, or "/tmp/" if it is empty.
     static ZMStr<wchar_t> getTempFolder();
+    /// The directory for temporary files.
     static ZGStr<wchar_t> getTempFolderW();
+    /// The directory for temporary files.
     static ZGStr<char> getTempFolderA();
 
     /// Sets the log directory. Creates a missing one with mode 0777; an existing one keeps its mode. Null or an

@@ -41,8 +41,11 @@ public:
     /// Frees owned elements and leaves the object empty.
     void clear() noexcept;
 
+    /// The first byte.
     [[nodiscard]] T* Data() const noexcept { return m_data; }
+    /// The number of bytes.
     [[nodiscard]] long long Length() const noexcept { return m_length; }
+    /// Whether the bytes are freed with this object.
     [[nodiscard]] bool Owns() const noexcept { return m_owns; }
 
     /// Compares lengths and elements; ownership does not matter.

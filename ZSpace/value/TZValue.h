@@ -36,6 +36,7 @@ class TZType {
 public:
     /// No value: tag 0, no content, size 0.
     constexpr TZType() noexcept = default;
+    /// A reference to an object.
     explicit TZType(ZReference<ZObject> object);
     TZType(const TZType& other);
     TZType(TZType&& other) noexcept { swap(other); }
@@ -52,6 +53,7 @@ public:
     /// tag frees nothing, but leaves no value either.
     void clear(Id tag) noexcept;
 
+    /// The type's tag.
     [[nodiscard]] Id Type() const noexcept { return m_type; }
     /// The size of the content in bytes.
     [[nodiscard]] unsigned int Size() const noexcept { return m_size; }
@@ -59,18 +61,23 @@ public:
     [[nodiscard]] const void* Content() const noexcept { return m_content; }
 
 protected:
+    /// Adopts a content of this type.
     TZType(Id type, unsigned int size, void* content) noexcept
         : m_content(content)
         , m_type(type)
         , m_size(size)
     {
     }
+    /// Exchanges two values.
     void swap(TZType& other) noexcept;
 
     friend detail::ValueNesting;
 
+    /// The content, owned.
     void* m_content = nullptr;
+    /// The type's tag.
     Id m_type = 0;
+    /// The size of the content in bytes.
     unsigned int m_size = 0;
 };
 
@@ -83,17 +90,22 @@ public:
     TZStructuralBase(const TZStructuralBase&) = delete; // the members follow in the same block
     TZStructuralBase& operator=(const TZStructuralBase&) = delete;
 
+    /// The structure's name.
     [[nodiscard]] const ZGStr<Char>& Name() const noexcept { return m_name; }
+    /// The number of members.
     [[nodiscard]] unsigned int Count() const noexcept { return m_count; }
 
 protected:
+    /// A structure without members.
     explicit TZStructuralBase(ZGStr<Char>&& name) noexcept
         : m_name(std::move(name))
     {
     }
     ~TZStructuralBase() = default;
 
+    /// The structure's name.
     ZGStr<Char> m_name;
+    /// The number of members.
     unsigned int m_count = 0;
 };
 
@@ -149,6 +161,7 @@ public:
         : TZValueBase(std::in_place, string)
     {
     }
+    /// A wide string.
     TZValueBase(const ZGStr<wchar_t>& string)
         : TZValueBase(std::in_place, string)
     {
@@ -187,7 +200,9 @@ public:
     /// fields, structures, memory blocks, arrays and unknown tags yield a value of tag 0.
     static TZValueBase* createType(Id type);
 
+    /// The value's name; empty if it has none.
     [[nodiscard]] const ZGStr<char>& Name() const noexcept { return m_name; }
+    /// Gives the value a name.
     void Name(const ZGStr<char>& name) { m_name = detail::copyOfString(name); }
 
     /// Values of different kinds are never equal. Numbers, strings, times, GUIDs and bytes compare by value,
@@ -204,9 +219,11 @@ public:
     /// Kept for callers that release values member by member: every content is freed with its value, so there
     /// is nothing left to do.
     static void ReleaseContentOfValue(TZValueBase&) noexcept { }
+    /// Does nothing: a structure's members go with it.
     static void ReleaseContentOfStructure(TZStructuralBase<char>&) noexcept { }
 
 protected:
+    /// Adopts a content of this type.
     TZValueBase(Id type, unsigned int size, void* content) noexcept
         : TZType<Id>(type, size, content)
     {

@@ -36,17 +36,22 @@ public:
     ZBITFIELD& operator=(const ZBITFIELD& other);
     ZBITFIELD& operator=(ZBITFIELD&& other) noexcept;
 
+    /// The number of bits.
     [[nodiscard]] int Length() const noexcept { return m_length; }
     /// Sets all bits to 0, including those past the end.
     void clear() noexcept { clear(m_bits, m_length); }
 
     // Indices are `long long`, so that an integer of any type is checked and none is narrowed.
 
+    /// The bit at `i`; throws `ZXCOutOfBounds` if there is none.
     // NOLINTNEXTLINE(modernize-use-nodiscard): callers may want the range check alone
     bool get(long long i) const { return bit(m_bits, checked(i)); }
     bool operator[](long long i) const { return get(i); }
+    /// As `get`.
     bool operator()(long long i) const { return get(i); }
+    /// Sets the bit at `i`; throws `ZXCOutOfBounds` if there is none.
     void set(long long i, bool value) { bit(m_bits, checked(i), value); }
+    /// As `set`.
     void operator()(long long i, bool value) { set(i, value); }
     ZBITFIELD& operator+=(long long i);
     ZBITFIELD& operator-=(long long i);
@@ -58,12 +63,19 @@ public:
 
     /// Returns a copy of this field ORed with as many bits of `other` as it has itself.
     ZBITFIELD operator|(const ZBITFIELD& other) const;
+    /// Does nothing.
     ZBITFIELD operator&(const ZBITFIELD&) const { return *this; }
+    /// Does nothing.
     ZBITFIELD& operator&=(const ZBITFIELD&) noexcept { return *this; }
+    /// Does nothing.
     ZBITFIELD& operator|=(const ZBITFIELD&) noexcept { return *this; }
+    /// Does nothing.
     ZBITFIELD& operator~() noexcept { return *this; }
+    /// Does nothing.
     const ZBITFIELD& operator~() const noexcept { return *this; }
+    /// Does nothing.
     void invert(int) noexcept { }
+    /// Does nothing.
     void invert() noexcept { }
 
     /// Compares lengths and, with `equals`, bits.
@@ -71,6 +83,7 @@ public:
 
     /// Returns one "0" or "1" for each bit, bit 0 first.
     [[nodiscard]] ZGStr<char> toCString() const;
+    /// The text form.
     [[nodiscard]] ZGStr<wchar_t> toWString() const;
     operator ZGStr<char>() const { return toCString(); }
     operator ZGStr<wchar_t>() const { return toWString(); }
@@ -81,11 +94,14 @@ public:
     [[nodiscard]] static constexpr int byteCount(int n) noexcept { return n > 0 ? ((n - 1) >> 3) + 1 : 0; }
     /// Allocates an array for `n` bits; call `clear` before use.
     static unsigned char* create(int n);
+    /// Frees bytes that a static routine returned.
     static void release(const unsigned char* bytes) noexcept { delete[] bytes; }
+    /// Sets `n` bits to 0.
     static void clear(unsigned char* bytes, int n) noexcept;
     /// Allocates a copy of (n >> 3) + 1 bytes; the last one is 0 if `n` is a multiple of 8.
     static unsigned char* copy(const unsigned char* bytes, int n);
 
+    /// The bit at `i`, unchecked.
     static bool bit(const unsigned char* bytes, int i) noexcept { return bytes[i >> 3] & maskOf(i); }
     /// @return the mask of the bit if it was set, the complement of that mask if it was cleared.
     static unsigned char bit(unsigned char* bytes, int i, bool value) noexcept;
@@ -95,6 +111,7 @@ public:
     static bool bitAnd(const unsigned char* bytes, int i, bool) noexcept { return bit(bytes, i); }
     /// Copies the first `n` bits of `from` to bits `at` and following of `to`. The bits may overlap.
     static void bit(unsigned char* to, int at, const unsigned char* from, int n) noexcept;
+    /// ORs the first `n` bits of `from` into bits `at` and following of `to`.
     static void bitOr(unsigned char* to, int at, const unsigned char* from, int n) noexcept;
     /// Does nothing.
     static void bitAnd(unsigned char*, int, const unsigned char*, int) noexcept { }

@@ -32,6 +32,7 @@ public:
 
     /// All bytes zero.
     constexpr ZGUID() noexcept = default;
+    /// From its fields and bytes.
     ZGUID(unsigned int first, unsigned short second, unsigned short third, unsigned char b0, unsigned char b1,
         unsigned char b2, unsigned char b3, unsigned char b4, unsigned char b5, unsigned char b6,
         unsigned char b7)
@@ -50,12 +51,14 @@ public:
     /// groups yields all zeros. A character that is not a hexadecimal digit counts as 0. Bytes that the last
     /// two groups do not supply keep their values.
     ZGUID(ZStrToken<char> text) noexcept;
+    /// Parses the text form; other strings leave it cleared.
     ZGUID(ZStrToken<wchar_t> text) noexcept;
     ZGUID& operator=(ZStrToken<char> text) noexcept;
     ZGUID& operator=(ZStrToken<wchar_t> text) noexcept;
     /// Null is ignored.
     ZGUID& operator=(const ZGUID* other) noexcept;
 
+    /// Sets all bits to zero.
     void clear() noexcept { *this = ZGUID(); }
     /// Whether the groups and bytes add up to zero in 32 bits, with the first two bytes of `data4` as one
     /// number. That also holds for a few values that are not all zeros.
@@ -74,7 +77,9 @@ public:
 
     /// `{00112233-4455-6677-8899-aabbccddeeff}`, always that length and in lower case.
     [[nodiscard]] ZGStr<char> toCString() const;
+    /// The text form.
     [[nodiscard]] ZGStr<wchar_t> toWString() const;
+    /// The text form.
     [[nodiscard]] ZMStr<wchar_t> toString() const;
     operator ZGStr<char>() const { return toCString(); }
     operator ZGStr<wchar_t>() const { return toWString(); }
@@ -84,9 +89,13 @@ public:
     template <detail::StrChar T>
     void writeText(T* to) const noexcept;
 
+    /// The first field.
     unsigned int data1 = 0;
+    /// The second field.
     unsigned short data2 = 0;
+    /// The third field.
     unsigned short data3 = 0;
+    /// The last eight bytes.
     unsigned char data4[8]{};
 
 private:

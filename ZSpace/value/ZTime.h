@@ -51,11 +51,14 @@ public:
         if (now)
             setNow();
     }
+    /// From its fields, as `set` takes them.
     ZTime(unsigned short year, unsigned char month, unsigned char day, unsigned char hour,
         unsigned char minute, unsigned char second, unsigned short milliseconds) noexcept;
     /// Parses the text form; other strings yield the cleared time.
     ZTime(const char* text) noexcept;
+    /// As from a narrow string.
     ZTime(const wchar_t* text) noexcept;
+    /// As from a null-terminated string.
     template <detail::StringClass S>
     ZTime(const S& text) noexcept
     {
@@ -65,6 +68,7 @@ public:
     ZTime(const unsigned int& seconds) noexcept;
     /// The packed form.
     ZTime(const unsigned long long& packed) noexcept;
+    /// The packed form.
     ZTime(const unsigned long& packed) noexcept;
 
     /// Parses the text form; other strings leave the time unchanged. Wide strings are narrowed first.
@@ -84,30 +88,46 @@ public:
 
     /// Sets the current time in UTC.
     void setNow() noexcept;
+    /// Sets all fields to zero.
     void clear() noexcept;
     /// Whether all fields except the weekday are zero.
     [[nodiscard]] bool isCleared() const noexcept;
 
+    /// Sets all fields, each as its own setter does.
     void set(unsigned short year, unsigned char month, unsigned char day, unsigned char hour,
         unsigned char minute, unsigned char second, unsigned short milliseconds) noexcept;
+    /// Sets the date; the time of day stays.
     void setDate(unsigned short year, unsigned char month, unsigned char day) noexcept;
+    /// Sets the time of day; the date stays.
     void setTime(
         unsigned char hour, unsigned char minute, unsigned char second, unsigned short milliseconds) noexcept;
 
+    /// The year.
     [[nodiscard]] unsigned short Year() const noexcept { return m_year; }
+    /// The month, from 1.
     [[nodiscard]] unsigned char Month() const noexcept { return m_month; }
+    /// The day of the month, from 1.
     [[nodiscard]] unsigned char Day() const noexcept { return m_day; }
+    /// The hour.
     [[nodiscard]] unsigned char Hour() const noexcept { return m_hour; }
+    /// The minute.
     [[nodiscard]] unsigned char Minute() const noexcept { return m_minute; }
+    /// The second.
     [[nodiscard]] unsigned char Second() const noexcept { return m_second; }
+    /// The milliseconds.
     [[nodiscard]] unsigned short MilliSeconds() const noexcept { return m_milliseconds; }
 
-    /// Each setter returns the validated number that it stored.
+    /// Stores a validated year and returns it. The other setters do the same.
     unsigned short Year(unsigned short year) noexcept;
+    /// Stores and returns a validated month.
     unsigned char Month(unsigned char month) noexcept;
+    /// Stores and returns a validated day.
     unsigned char Day(unsigned char day) noexcept;
+    /// Stores and returns a validated hour.
     unsigned char Hour(unsigned char hour) noexcept;
+    /// Stores and returns a validated minute.
     unsigned char Minute(unsigned char minute) noexcept;
+    /// Stores and returns a validated second.
     unsigned char Second(unsigned char second) noexcept;
     /// Unlike everywhere else, milliseconds above 999 become 0.
     unsigned short MilliSeconds(unsigned short milliseconds) noexcept;
@@ -121,8 +141,11 @@ public:
 
     /// `2024-03-05T07:08:09`; the Ex functions append the milliseconds: `2024-03-05T07:08:09.042`.
     [[nodiscard]] ZMStr<char> toCString() const;
+    /// The text form with milliseconds.
     [[nodiscard]] ZMStr<char> toCStringEx() const;
+    /// The text form.
     [[nodiscard]] ZMStr<wchar_t> toWString() const;
+    /// The text form with milliseconds.
     [[nodiscard]] ZMStr<wchar_t> toWStringEx() const;
     operator ZGStr<char>() const;
     operator ZGStr<wchar_t>() const;
@@ -131,6 +154,7 @@ public:
     /// @return the number of characters.
     template <detail::StrChar T>
     long writeText(T* to) const noexcept;
+    /// As `writeText`, with the milliseconds.
     template <detail::StrChar T>
     long writeTextEx(T* to) const noexcept;
 

@@ -33,6 +33,7 @@ class ZValue : public TZValueBase<ZTypeId> {
     static_assert(detail::s_fitsCell<T, Cell>, "the tag belongs to another type");
 
 public:
+    /// A value of this type.
     explicit ZValue(const T& value = T())
         : Base(std::in_place, static_cast<const Cell&>(value))
     {
@@ -48,6 +49,7 @@ public:
 
     /// Returns `T()` if the value was cleared or given another kind through its base.
     T Value() const;
+    /// Replaces the value.
     void Value(const T& value) { Base::operator=(Base(std::in_place, static_cast<const Cell&>(value))); }
 };
 

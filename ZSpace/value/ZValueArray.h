@@ -24,6 +24,7 @@ class ZValueArrayBase : public TZValueBase<ZTypeId> {
     using Value = TZValueBase<ZTypeId>;
 
 public:
+    /// An empty array whose items have this type.
     explicit ZValueArrayBase(ZTypeId item);
     ZValueArrayBase(const ZValueArrayBase&) = default;
     ZValueArrayBase(ZValueArrayBase&&) noexcept = default;
@@ -34,8 +35,11 @@ public:
     ZValueArrayBase& operator=(const ZValueArrayBase&) = default;
     ZValueArrayBase& operator=(ZValueArrayBase&&) noexcept = default;
 
+    /// The number of items.
     [[nodiscard]] unsigned int ArrayItemCount() const noexcept;
+    /// The item at an index; throws if there is none.
     Value& ArrayItem(unsigned long long index);
+    /// The item at an index; throws if there is none.
     // NOLINTNEXTLINE(modernize-use-nodiscard): callers may want the range check alone
     const Value& ArrayItem(unsigned long long index) const;
     /// Replaces an item by a copy of `value`, which may be an item of this array.
@@ -47,7 +51,9 @@ public:
     /// Adds a copy; `value` may be an item of this array.
     void ArrayAdd(const Value& value);
 
+    /// Removes the item at an index; throws if there is none.
     void ArrayRemove(unsigned long long index);
+    /// Removes all items.
     void ArrayClear() noexcept;
 
     /// The kind of the items.

@@ -109,8 +109,11 @@ protected:
     StrAppender(const StrAppender&) = default;
     StrAppender& operator=(const StrAppender&) = default;
 
+    /// Appends decimal digits.
     Derived& appendDecimal(Decimal number, bool emptyIfZero) noexcept;
+    /// Appends hexadecimal digits.
     Derived& appendHexDigits(unsigned long long bits, long digits) noexcept;
+    /// Appends characters of the other width.
     Derived& appendConverted(const OtherChar* text, long length) noexcept;
 
 private:
