@@ -3,12 +3,10 @@
 
 #include "ZSpace/core/z_dbg.h"
 
+#include "ZSpace/core/detail/DebugReport.h"
+
 #include <algorithm>
-#include <charconv>
 #include <cstdlib>
-#include <cstring>
-#include <iostream>
-#include <limits>
 #include <mutex>
 
 namespace ZSpace {
@@ -20,35 +18,6 @@ long indexOfRegistration(const void* p) noexcept
 {
     const auto* found = std::find(g_eventregistrations.begin(), g_eventregistrations.end(), p);
     return found == g_eventregistrations.end() ? -1 : found - g_eventregistrations.begin();
-}
-
-// Unformatted output, so that the stream's base, width and locale do not affect the report.
-
-void write(std::ostream& out, const char* string)
-{
-    if (string)
-        out.write(string, static_cast<std::streamsize>(std::strlen(string)));
-    else
-        out.setstate(std::ios_base::badbit);
-}
-
-void write(std::ostream& out, unsigned int number)
-{
-    char digits[std::numeric_limits<unsigned int>::digits10 + 1];
-    const char* end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
-    out.write(digits, end - digits);
-}
-
-void report(const char* expression, const char* file, unsigned int line)
-{
-    static const std::ios_base::Init usableBeforeMain;
-    std::ostream& out = std::cout;
-    write(out, expression);
-    write(out, " - File: ");
-    write(out, file);
-    write(out, " - Line: ");
-    write(out, line);
-    out.put('\n').flush();
 }
 
 } // namespace
@@ -82,9 +51,9 @@ void z_dbg_trace(const char*) noexcept { }
 void z_dbg_error(const char* expression, const char* file, unsigned int line, bool abortNow)
 {
     if (!abortNow)
-        return report(expression, file, line);
+        return detail::reportToStandardOutput(expression, file, line);
     try {
-        report(expression, file, line);
+        detail::reportToStandardOutput(expression, file, line);
     } catch (...) { // NOLINT(bugprone-empty-catch): a stream that throws must not prevent the abort
     }
     std::abort();

@@ -79,9 +79,12 @@ TEST_F(UninstallerPortable, NeedsNoProcFileSystem)
 #ifdef ZSPACE_SANITIZED
     GTEST_SKIP() << "the sanitizer's own start needs /proc";
 #endif
-    const Outcome outcome = run([] {}, {.proc = true});
-    expectFailedStart(outcome, "No such file or directory");
-    EXPECT_THAT(logged(outcome), ContainsRegex("stack:\n\\(\"0 .*\"\\)\n"));
+    const Outcome failed = run([] {}, {.proc = true});
+    expectFailedStart(failed, "No such file or directory");
+    EXPECT_THAT(logged(failed), ContainsRegex("stack:\n\\(\"0 .*\"\\)\n"));
+    installProbe();
+    EXPECT_EQ(run([] {}, {.proc = true}).status, 0);
+    EXPECT_THAT(report(), HasSubstr("argument 1: -uninstall\nargument 2: YES\n"));
 }
 
 TEST_F(UninstallerPortable, TheInstallerInheritsNoHighDescriptor)
