@@ -27,7 +27,8 @@ enum class ZTRISTATE : int {
 /// The wide class narrows each path to the low 8 bits of each unit and then does the same as the narrow one;
 /// strings from the system are widened byte by byte. A null path counts as empty.
 ///
-/// Operations return 0 or an error number unless stated otherwise, and throw nothing but `std::bad_alloc`.
+/// Operations return 0 or an error number unless stated otherwise, and throw nothing but `std::bad_alloc`. If
+/// allocation fails while a string is converted or appended to, they call `std::terminate` as the strings do.
 /// They may be called from any thread; `changeDirectory` affects the whole process. An object must be
 /// used by one thread at a time, even if const, because it caches size and times.
 template <typename T>
