@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Times, GUIDs and values, each next to the usual alternatives.
+// Times, GUIDs and values, each next to the usual alternatives. A "floor" is code written by hand for exactly
+// this work, into a buffer of the caller: the least that any program must do.
 
 #include "ZSpace/value/TZValue.h"
 #include "ZSpace/value/ZGUID.h"
@@ -20,13 +21,19 @@
 #include <boost/uuid/uuid.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <charconv>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <fmt/compile.h>
 #include <fmt/format.h>
 #include <memory>
 #include <string>
 #include <utility>
+
+#if __has_include(<uuid/uuid.h>)
+#include <uuid/uuid.h>
+#endif
 
 namespace {
 
@@ -49,7 +56,95 @@ void run(benchmark::State& state, Operation operation)
         benchmark::DoNotOptimize(operation());
 }
 
-// Time to text: 2024-03-05T07:08:09.042
+// Hand-written floors
+
+constexpr std::array<std::array<char, 2>, 100> s_pairs = [] {
+    std::array<std::array<char, 2>, 100> pairs{};
+    for (unsigned i = 0; i < 100; ++i)
+        pairs[i] = {static_cast<char>('0' + i / 10), static_cast<char>('0' + i % 10)};
+    return pairs;
+}();
+
+struct Fields {
+    unsigned year, month, day, hour, minute, second, milliseconds;
+};
+
+inline void putPair(char* to, unsigned number)
+{
+    std::memcpy(to, s_pairs[number].data(), 2);
+}
+
+inline char* putFields(char* to, const Fields& fields)
+{
+    std::memcpy(to, "0000-00-00T00:00:00", 19);
+    putPair(to, fields.year / 100);
+    putPair(to + 2, fields.year % 100);
+    putPair(to + 5, fields.month);
+    putPair(to + 8, fields.day);
+    putPair(to + 11, fields.hour);
+    putPair(to + 14, fields.minute);
+    putPair(to + 17, fields.second);
+    return to + 19;
+}
+
+inline char* putFieldsAndMilliseconds(char* to, const Fields& fields)
+{
+    char* end = putFields(to, fields);
+    end[0] = '.';
+    end[1] = static_cast<char>('0' + fields.milliseconds / 100);
+    putPair(end + 2, fields.milliseconds % 100);
+    return end + 4;
+}
+
+/// The calendar of the Gregorian cycle of 146,097 days, counted from March.
+inline Fields fieldsOf(std::uint64_t secondsSince1970, unsigned milliseconds)
+{
+    const auto days = static_cast<unsigned>(secondsSince1970 / 86400) + 719468;
+    const auto ofDay = static_cast<unsigned>(secondsSince1970 % 86400);
+    const unsigned era = days / 146097;
+    const unsigned ofEra = days % 146097;
+    const unsigned yearOfEra = (ofEra - ofEra / 1460 + ofEra / 36524 - ofEra / 146096) / 365;
+    const unsigned ofYear = ofEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const unsigned month = (5 * ofYear + 2) / 153;
+    const unsigned day = ofYear - (153 * month + 2) / 5 + 1;
+    return {yearOfEra + era * 400 + (month >= 10), month < 10 ? month + 3 : month - 9, day, ofDay / 3600,
+        ofDay / 60 % 60, ofDay % 60, milliseconds};
+}
+
+inline unsigned pairAt(const char* text)
+{
+    return static_cast<unsigned>(text[0] - '0') * 10 + static_cast<unsigned>(text[1] - '0');
+}
+
+constexpr Fields s_fields{2024, 3, 5, 7, 8, 9, 42};
+
+/// Runs an operation that writes to a buffer of the caller.
+template <typename Write>
+void runInto(benchmark::State& state, Write write)
+{
+    run(state, [&] {
+        char text[64];
+        auto length = write(text);
+        benchmark::DoNotOptimize(text);
+        return length;
+    });
+}
+
+// Time fields to text: 2024-03-05T07:08:09.042
+
+void timeText_floor(benchmark::State& state)
+{
+    runInto(state, [](char* to) { return putFieldsAndMilliseconds(to, opaque(s_fields)) - to; });
+}
+BENCHMARK(timeText_floor);
+
+void timeText_strftime(benchmark::State& state)
+{
+    std::tm record{};
+    fill_tm(record, 9, 8, 7, 5, 3, 2024);
+    runInto(state, [&](char* to) { return std::strftime(to, 64, "%Y-%m-%dT%H:%M:%S", &record); });
+}
+BENCHMARK(timeText_strftime);
 
 const ZTime s_time(2024, 3, 5, 7, 8, 9, 42);
 
@@ -103,9 +198,90 @@ void timeText_abslFormatTime(benchmark::State& state)
 }
 BENCHMARK(timeText_abslFormatTime);
 
-// Text to time
+// Seconds since 1970 to text
+
+constexpr unsigned int s_seconds = 1709622489;
+
+void secondsText_floor(benchmark::State& state)
+{
+    runInto(state, [](char* to) { return putFields(to, fieldsOf(opaque(s_seconds), 0)) - to; });
+}
+BENCHMARK(secondsText_floor);
+
+void secondsText_ZTime(benchmark::State& state)
+{
+    run(state, [] { return ZTime(opaque(s_seconds)).toCString(); });
+}
+BENCHMARK(secondsText_ZTime);
+
+void secondsText_ZTimeIntoArray(benchmark::State& state)
+{
+    runInto(state, [](char* to) { return ZTime(opaque(s_seconds)).writeText(to); });
+}
+BENCHMARK(secondsText_ZTimeIntoArray);
+
+void secondsText_strftime(benchmark::State& state)
+{
+    runInto(state, [](char* to) {
+        const std::time_t seconds = opaque(s_seconds);
+        std::tm record{};
+        gmtime_r(&seconds, &record);
+        return std::strftime(to, 64, "%Y-%m-%dT%H:%M:%S", &record);
+    });
+}
+BENCHMARK(secondsText_strftime);
+
+// Now to text
+
+void nowText_floor(benchmark::State& state)
+{
+    runInto(state, [](char* to) {
+        timespec now{};
+        clock_gettime(CLOCK_REALTIME, &now);
+        const Fields fields =
+            fieldsOf(static_cast<std::uint64_t>(now.tv_sec), static_cast<unsigned>(now.tv_nsec / 1'000'000));
+        return putFieldsAndMilliseconds(to, fields) - to;
+    });
+}
+BENCHMARK(nowText_floor);
+
+void nowText_ZTime(benchmark::State& state)
+{
+    run(state, [] { return ZTime(true).toCStringEx(); });
+}
+BENCHMARK(nowText_ZTime);
+
+void nowText_ZTimeIntoArray(benchmark::State& state)
+{
+    runInto(state, [](char* to) { return ZTime(true).writeTextEx(to); });
+}
+BENCHMARK(nowText_ZTimeIntoArray);
+
+void nowText_strftime(benchmark::State& state)
+{
+    runInto(state, [](char* to) {
+        timespec now{};
+        clock_gettime(CLOCK_REALTIME, &now);
+        std::tm record{};
+        gmtime_r(&now.tv_sec, &record);
+        return std::strftime(to, 64, "%Y-%m-%dT%H:%M:%S", &record);
+    });
+}
+BENCHMARK(nowText_strftime);
+
+// Text to time fields
 
 const char* const s_timeText = "2024-03-05T07:08:09";
+
+void timeParse_floor(benchmark::State& state)
+{
+    run(state, [] {
+        const char* text = opaque(s_timeText);
+        return Fields{pairAt(text) * 100 + pairAt(text + 2), pairAt(text + 5), pairAt(text + 8),
+            pairAt(text + 11), pairAt(text + 14), pairAt(text + 17), 0};
+    });
+}
+BENCHMARK(timeParse_floor);
 
 void timeParse_ZTime(benchmark::State& state)
 {
@@ -210,6 +386,30 @@ BENCHMARK(timeDifference_absl);
 const ZGUID s_guid(0x00112233, 0x4455, 0x6677, 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF);
 const char* const s_guidText = "{00112233-4455-6677-8899-aabbccddeeff}";
 
+constexpr std::array<std::array<char, 2>, 256> s_hexPairs = [] {
+    std::array<std::array<char, 2>, 256> pairs{};
+    for (unsigned i = 0; i < 256; ++i)
+        pairs[i] = {"0123456789abcdef"[i / 16], "0123456789abcdef"[i % 16]};
+    return pairs;
+}();
+
+/// Where each byte of a GUID is in its text form.
+constexpr int s_hexPlaces[]{7, 5, 3, 1, 12, 10, 17, 15, 20, 22, 25, 27, 29, 31, 33, 35};
+
+void guidText_floor(benchmark::State& state)
+{
+    runInto(state, [](char* to) {
+        unsigned char bytes[sizeof(ZGUID)];
+        std::memcpy(bytes, &s_guid, sizeof bytes);
+        benchmark::DoNotOptimize(bytes);
+        std::memcpy(to, "{00000000-0000-0000-0000-000000000000}", 38);
+        for (int i = 0; i < 16; ++i)
+            std::memcpy(to + s_hexPlaces[i], s_hexPairs[bytes[i]].data(), 2);
+        return 38;
+    });
+}
+BENCHMARK(guidText_floor);
+
 void guidText_ZGUID(benchmark::State& state)
 {
     run(state, [] { return s_guid.toCString(); });
@@ -246,6 +446,53 @@ void guidText_boost(benchmark::State& state)
     run(state, [&] { return boost::uuids::to_string(uuid); });
 }
 BENCHMARK(guidText_boost);
+
+constexpr std::array<unsigned char, 256> s_hexValues = [] {
+    std::array<unsigned char, 256> values{};
+    for (unsigned char i = 0; i < 16; ++i) {
+        values[static_cast<unsigned char>("0123456789abcdef"[i])] = i;
+        values[static_cast<unsigned char>("0123456789ABCDEF"[i])] = i;
+    }
+    return values;
+}();
+
+void guidParse_floor(benchmark::State& state)
+{
+    run(state, [] {
+        const auto* text = reinterpret_cast<const unsigned char*>(opaque(s_guidText));
+        std::array<unsigned char, 16> bytes;
+        for (std::size_t i = 0; i < 16; ++i) {
+            const unsigned char* pair = text + s_hexPlaces[i];
+            bytes[i] = static_cast<unsigned char>(s_hexValues[pair[0]] << 4 | s_hexValues[pair[1]]);
+        }
+        return bytes;
+    });
+}
+BENCHMARK(guidParse_floor);
+
+#if __has_include(<uuid/uuid.h>)
+void guidText_libuuid(benchmark::State& state)
+{
+    uuid_t uuid;
+    uuid_parse("00112233-4455-6677-8899-aabbccddeeff", uuid);
+    runInto(state, [&](char* to) {
+        uuid_unparse_lower(uuid, to);
+        return 36;
+    });
+}
+BENCHMARK(guidText_libuuid);
+
+void guidParse_libuuid(benchmark::State& state)
+{
+    const char* const text = "00112233-4455-6677-8899-aabbccddeeff";
+    run(state, [&] {
+        std::array<unsigned char, 16> uuid;
+        uuid_parse(opaque(text), uuid.data());
+        return uuid;
+    });
+}
+BENCHMARK(guidParse_libuuid);
+#endif
 
 void guidParse_ZGUID(benchmark::State& state)
 {

@@ -3,7 +3,10 @@
 
 #include "ZSpace/value/ZGUID.h"
 
+#include "ZSpace/string/detail/StrDigits.h"
+
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -35,6 +38,65 @@ ZStrToken<T> upToTerminator(ZStrToken<T> text) noexcept
 {
     return text.left(detail::lengthWithin<T>(text, text.Length()));
 }
+
+/// The two digits of each byte.
+constexpr std::array<detail::DigitPair, 256> s_hexPairs = [] {
+    constexpr char digits[] = "0123456789abcdef";
+    std::array<detail::DigitPair, 256> pairs{};
+    for (std::size_t i = 0; i < pairs.size(); ++i)
+        pairs[i] = {digits[i / 16], digits[i % 16]};
+    return pairs;
+}();
+
+/// Writes the two digits of the low byte of a number.
+template <typename T>
+void writeByte(T* to, unsigned number) noexcept
+{
+    detail::writePair(to, s_hexPairs[number & 0xFF]);
+}
+
+constexpr unsigned s_noDigit = 0x100;
+
+/// The value of each hexadecimal digit; `s_noDigit` for all other characters.
+constexpr std::array<unsigned short, 256> s_hexDigits = [] {
+    std::array<unsigned short, 256> values{};
+    values.fill(s_noDigit);
+    for (unsigned short i = 0; i < 10; ++i)
+        values['0' + i] = i;
+    for (unsigned short i = 10; i < 16; ++i)
+        values['a' + i - 10] = values['A' + i - 10] = i;
+    return values;
+}();
+
+/// Reads digits and remembers whether all of them were some.
+template <typename T>
+class HexReader {
+public:
+    explicit HexReader(const T* text) noexcept
+        : m_text(text)
+    {
+    }
+
+    /// The byte whose two digits start at `index`.
+    unsigned char byteAt(int index) noexcept
+    {
+        const unsigned number = digitAt(index) << 4 | digitAt(index + 1);
+        m_seen |= number;
+        return static_cast<unsigned char>(number);
+    }
+
+    [[nodiscard]] bool sawOnlyDigits() const noexcept { return m_seen < s_noDigit; }
+
+private:
+    [[nodiscard]] unsigned digitAt(int index) const noexcept
+    {
+        const auto code = static_cast<std::make_unsigned_t<T>>(m_text[index]);
+        return code < s_hexDigits.size() ? s_hexDigits[code] : s_noDigit;
+    }
+
+    const T* m_text;
+    unsigned m_seen = 0;
+};
 
 /// Returns the next group and removes it from `rest`, with its separator.
 template <typename T>
@@ -139,9 +201,40 @@ std::strong_ordering ZGUID::operator<=>(const ZGUID& other) const noexcept
     return std::strong_ordering::equal;
 }
 
+/// Reads the form that `writeText` writes, with or without its braces, in either case.
+/// @return false if `text` has another form; the GUID is then unchanged.
+template <typename T>
+bool ZGUID::parseUsualForm(ZStrToken<T> text) noexcept
+{
+    const bool hasBraces = text.Length() == s_textLength && *text == '{';
+    if (!hasBraces && text.Length() != s_textLength - 2)
+        return false;
+    const T* start = text;
+    if (hasBraces)
+        ++start;
+    if (start[8] != '-' || start[13] != '-' || start[18] != '-' || start[23] != '-')
+        return false;
+    HexReader<T> reader(start);
+    ZGUID read;
+    for (const int i : {0, 2, 4, 6})
+        read.data1 = read.data1 << 8 | reader.byteAt(i);
+    read.data2 = static_cast<unsigned short>(reader.byteAt(9) << 8 | reader.byteAt(11));
+    read.data3 = static_cast<unsigned short>(reader.byteAt(14) << 8 | reader.byteAt(16));
+    read.data4[0] = reader.byteAt(19);
+    read.data4[1] = reader.byteAt(21);
+    for (int i = 2; i < 8; ++i)
+        read.data4[i] = reader.byteAt(20 + 2 * i);
+    if (!reader.sawOnlyDigits())
+        return false;
+    *this = read;
+    return true;
+}
+
 template <typename T>
 void ZGUID::parse(ZStrToken<T> text) noexcept
 {
+    if (parseUsualForm(text))
+        return;
     ZStrToken<T> rest = upToTerminator(withoutBraces(text));
     if (rest.count(T('-')) != 4)
         return clear();
@@ -156,15 +249,22 @@ template <detail::StrChar T>
 void ZGUID::writeText(T* to) const noexcept
 {
     to[0] = '{';
-    detail::writeHex(to + 1, data1, 8);
+    writeByte(to + 1, data1 >> 24);
+    writeByte(to + 3, data1 >> 16);
+    writeByte(to + 5, data1 >> 8);
+    writeByte(to + 7, data1);
     to[9] = '-';
-    detail::writeHex(to + 10, data2, 4);
+    writeByte(to + 10, data2 >> 8);
+    writeByte(to + 12, data2);
     to[14] = '-';
-    detail::writeHex(to + 15, data3, 4);
+    writeByte(to + 15, data3 >> 8);
+    writeByte(to + 17, data3);
     to[19] = '-';
-    detail::writeHexBytes(to + 20, data4, 2);
+    writeByte(to + 20, data4[0]);
+    writeByte(to + 22, data4[1]);
     to[24] = '-';
-    detail::writeHexBytes(to + 25, data4 + 2, 6);
+    for (int i = 2; i < 8; ++i)
+        writeByte(to + 21 + 2 * i, data4[i]);
     to[37] = '}';
 }
 
@@ -173,16 +273,16 @@ template void ZGUID::writeText(wchar_t*) const noexcept;
 
 ZGStr<char> ZGUID::toCString() const
 {
-    char text[s_textLength];
-    writeText(text);
-    return ZGStr<char>(text, s_textLength);
+    ZGStr<char> built;
+    writeText(built.getBuffer(s_textLength));
+    return built;
 }
 
 ZGStr<wchar_t> ZGUID::toWString() const
 {
-    wchar_t text[s_textLength];
-    writeText(text);
-    return ZGStr<wchar_t>(text, s_textLength);
+    ZGStr<wchar_t> built;
+    writeText(built.getBuffer(s_textLength));
+    return built;
 }
 
 ZMStr<wchar_t> ZGUID::toString() const

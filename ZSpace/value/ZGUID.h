@@ -100,6 +100,8 @@ public:
 
 private:
     template <typename T>
+    bool parseUsualForm(ZStrToken<T> text) noexcept;
+    template <typename T>
     void parse(ZStrToken<T> text) noexcept;
 };
 

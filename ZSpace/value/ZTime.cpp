@@ -6,8 +6,11 @@
 #include "ZSpace/string/detail/StrDigits.h"
 
 #include <array>
+#include <bit>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <sys/time.h>
 #include <tuple>
 
@@ -92,16 +95,55 @@ T* writePadded(T* to, unsigned number, long width) noexcept
     return to + length;
 }
 
+/// Writes a number below 100.
 template <typename T>
-T* writeTwoDigits(T* to, unsigned number) noexcept
+void writeTwoDigits(T* to, unsigned number) noexcept
 {
-    if (number > 99)
-        return writePadded(to, number, 2);
     detail::writePair(to, detail::s_decimalPairs[number]);
-    return to + 2;
 }
 
+/// The length of the text form of every valid time.
+constexpr long s_usualLength = 19;
+
 using Pieces = std::array<ZStrToken<char>, 6>;
+
+/// Eight characters that are matched and converted at once: each byte of a word is a digit or a separator.
+class DigitGroup {
+public:
+    /// `pattern` has a "0" where `text` must have a digit. Other characters must be the same.
+    DigitGroup(const char* text, const char* pattern) noexcept
+    {
+        // A digit becomes its value and a separator 0. Adding the complement of the largest value allowed sets
+        // the top bit of every byte that exceeds it.
+        const std::uint64_t expected = wordAt(pattern);
+        const std::uint64_t digits = wordAt(text) ^ expected;
+        m_matches = ((digits | (digits + complementOf(pattern))) & 0x8080'8080'8080'8080) == 0;
+        m_pairs = digits * 10 + (digits >> 8);
+    }
+
+    [[nodiscard]] bool matches() const noexcept { return m_matches; }
+    /// The number whose two digits start at `index`.
+    [[nodiscard]] unsigned at(int index) const noexcept { return m_pairs >> (8 * index) & 0xFF; }
+
+private:
+    static std::uint64_t wordAt(const char* text) noexcept
+    {
+        std::uint64_t word;
+        std::memcpy(&word, text, sizeof word);
+        return word;
+    }
+
+    static std::uint64_t complementOf(const char* pattern) noexcept
+    {
+        std::uint64_t word = 0;
+        for (int i = 7; i >= 0; --i)
+            word = word << 8 | (pattern[i] == '0' ? 0x7F - 9 : 0x7F);
+        return word;
+    }
+
+    std::uint64_t m_pairs;
+    bool m_matches;
+};
 
 /// Splits a string at two "-", one "T" and two ":". A ":" before the "T" and a "-" after it do not count as
 /// separators.
@@ -395,29 +437,58 @@ ZTime& ZTime::shift(long long seconds) noexcept
     return *this;
 }
 
+/// Reads the form that `writeText` writes, with the digits in their usual places.
+/// @return false if `text` has another form; the time is then unchanged.
+bool ZTime::parseUsualForm(ZStrToken<char> text) noexcept
+{
+    if (std::endian::native != std::endian::little || text.Length() != s_usualLength)
+        return false;
+    const char* start = text;
+    const DigitGroup years(start, "0000-00-");
+    const DigitGroup days(start + 3, "0-00-00T");
+    const DigitGroup times(start + 11, "00:00:00");
+    if (!years.matches() || !days.matches() || !times.matches())
+        return false;
+    set(static_cast<unsigned short>(years.at(0) * 100 + years.at(2)), static_cast<unsigned char>(days.at(2)),
+        static_cast<unsigned char>(days.at(5)), static_cast<unsigned char>(times.at(0)),
+        static_cast<unsigned char>(times.at(3)), static_cast<unsigned char>(times.at(6)), 0);
+    return true;
+}
+
 void ZTime::parse(ZStrToken<char> text) noexcept
 {
+    if (parseUsualForm(text))
+        return;
     Pieces pieces;
     if (split(text, pieces))
         set(pieces[0].toUInt16(), pieces[1].toUInt8(), pieces[2].toUInt8(), pieces[3].toUInt8(),
             pieces[4].toUInt8(), pieces[5].toUInt8(), 0);
 }
 
+/// Whether each field has the number of digits that the text form reserves for it.
+bool ZTime::hasUsualWidth() const noexcept
+{
+    return m_year < 10000 && m_month < 100 && m_day < 100 && m_hour < 100 && m_minute < 100 && m_second < 100;
+}
+
 template <detail::StrChar T>
 long ZTime::writeText(T* to) const noexcept
 {
-    T* end = writePadded(to, m_year, 4);
-    *end++ = '-';
-    end = writeTwoDigits(end, m_month);
-    *end++ = '-';
-    end = writeTwoDigits(end, m_day);
-    *end++ = 'T';
-    end = writeTwoDigits(end, m_hour);
-    *end++ = ':';
-    end = writeTwoDigits(end, m_minute);
-    *end++ = ':';
-    end = writeTwoDigits(end, m_second);
-    return end - to;
+    if (!hasUsualWidth())
+        return writeWideFields(to);
+    writeTwoDigits(to, m_year / 100);
+    writeTwoDigits(to + 2, m_year % 100);
+    to[4] = '-';
+    writeTwoDigits(to + 5, m_month);
+    to[7] = '-';
+    writeTwoDigits(to + 8, m_day);
+    to[10] = 'T';
+    writeTwoDigits(to + 11, m_hour);
+    to[13] = ':';
+    writeTwoDigits(to + 14, m_minute);
+    to[16] = ':';
+    writeTwoDigits(to + 17, m_second);
+    return s_usualLength;
 }
 
 template <detail::StrChar T>
@@ -425,7 +496,28 @@ long ZTime::writeTextEx(T* to) const noexcept
 {
     T* end = to + writeText(to);
     *end++ = '.';
-    return writePadded(end, m_milliseconds, 3) - to;
+    if (m_milliseconds > 999)
+        return writePadded(end, m_milliseconds, 3) - to;
+    *end = static_cast<T>('0' + m_milliseconds / 100);
+    writeTwoDigits(end + 1, m_milliseconds % 100);
+    return end + 3 - to;
+}
+
+/// `writeText` for any fields.
+template <detail::StrChar T>
+long ZTime::writeWideFields(T* to) const noexcept
+{
+    T* end = writePadded(to, m_year, 4);
+    *end++ = '-';
+    end = writePadded(end, m_month, 2);
+    *end++ = '-';
+    end = writePadded(end, m_day, 2);
+    *end++ = 'T';
+    end = writePadded(end, m_hour, 2);
+    *end++ = ':';
+    end = writePadded(end, m_minute, 2);
+    *end++ = ':';
+    return writePadded(end, m_second, 2) - to;
 }
 
 template long ZTime::writeText(char*) const noexcept;

@@ -221,7 +221,11 @@ private:
     void setPacked(unsigned long long packed) noexcept;
     static const char* charactersOf(const char* string) noexcept { return string; }
     static const wchar_t* charactersOf(const wchar_t* string) noexcept { return string; }
+    bool parseUsualForm(ZStrToken<char> text) noexcept;
     void parse(ZStrToken<char> text) noexcept;
+    [[nodiscard]] bool hasUsualWidth() const noexcept;
+    template <detail::StrChar T>
+    long writeWideFields(T* to) const noexcept;
     ZTime& shift(long long seconds) noexcept;
 
     struct Layout;

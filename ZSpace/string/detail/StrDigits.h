@@ -6,6 +6,7 @@
 #include "ZSpace/string/detail/StrNumbers.h"
 
 #include <array>
+#include <cstring>
 
 namespace ZSpace::detail {
 
@@ -21,8 +22,12 @@ inline constexpr std::array<DigitPair, 100> s_decimalPairs = [] {
 template <StrChar T>
 inline void writePair(T* to, const DigitPair& pair) noexcept
 {
-    to[0] = static_cast<T>(pair[0]);
-    to[1] = static_cast<T>(pair[1]);
+    if constexpr (sizeof(T) == sizeof(char)) {
+        std::memcpy(to, pair.data(), pair.size()); // one store
+    } else {
+        to[0] = static_cast<T>(pair[0]);
+        to[1] = static_cast<T>(pair[1]);
+    }
 }
 
 template <StrChar T>
