@@ -7,10 +7,15 @@
 #include "ZSpace/string/ZMStr.h"
 #include "ZSpace/string/ZStrToken.h"
 
+#include <array>
 #include <atomic>
 #include <bit>
 #include <compare>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <iosfwd>
+#include <string_view>
 #include <type_traits>
 
 namespace ZSpace {
@@ -115,7 +120,28 @@ static_assert(
 /// Whether `rand()` has been seeded. Threads whose first calls of `generate` coincide may both seed it.
 inline constinit std::atomic<bool> randInitialized{false};
 
+/// Writes the text form; width and fill of the stream apply.
+template <detail::StrChar T, typename Traits>
+std::basic_ostream<T, Traits>& operator<<(std::basic_ostream<T, Traits>& stream, const ZGUID& guid)
+{
+    T text[ZGUID::s_textLength];
+    guid.writeText(text);
+    return stream << std::basic_string_view<T, Traits>(text, ZGUID::s_textLength);
+}
+
 extern template void ZGUID::writeText(char*) const noexcept;
 extern template void ZGUID::writeText(wchar_t*) const noexcept;
 
 } // namespace ZSpace
+
+/// Equal GUIDs have equal hashes, the same in every process of a host.
+template <>
+struct std::hash<ZSpace::ZGUID> {
+    std::size_t operator()(const ZSpace::ZGUID& guid) const noexcept
+    {
+        const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(guid);
+        std::uint64_t mixed = halves[0] ^ std::rotl(halves[1] * 0x9E37'79B9'7F4A'7C15, 32);
+        mixed = (mixed ^ mixed >> 32) * 0xD6E8'FEB8'6659'FD93;
+        return static_cast<std::size_t>(mixed ^ mixed >> 32);
+    }
+};

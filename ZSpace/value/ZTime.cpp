@@ -216,6 +216,24 @@ ZTime::ZTime(const unsigned long& packed) noexcept
     setPacked(packed);
 }
 
+ZTime::ZTime(std::chrono::sys_time<std::chrono::milliseconds> time) noexcept
+{
+    using namespace std::chrono;
+    constexpr sys_days first = year(1600) / January / 1;
+    constexpr sys_days afterLast = year(3001) / January / 1;
+    if (time < first || time >= afterLast)
+        return;
+    const auto seconds = floor<std::chrono::seconds>(time);
+    setSeconds(seconds.time_since_epoch().count());
+    m_milliseconds = static_cast<unsigned short>((time - seconds).count());
+}
+
+ZTime::operator std::chrono::sys_time<std::chrono::milliseconds>() const noexcept
+{
+    using namespace std::chrono;
+    return sys_seconds(std::chrono::seconds(secondsAsUtc())) + milliseconds(m_milliseconds);
+}
+
 ZTime& ZTime::operator=(const char* text) noexcept
 {
     parse(text);

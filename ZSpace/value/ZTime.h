@@ -7,9 +7,12 @@
 #include "ZSpace/string/ZMStr.h"
 #include "ZSpace/string/ZStrToken.h"
 
+#include <chrono>
 #include <compare>
 #include <cstddef>
 #include <ctime>
+#include <iosfwd>
+#include <string_view>
 #include <type_traits>
 
 namespace ZSpace {
@@ -70,6 +73,15 @@ public:
     ZTime(const unsigned long long& packed) noexcept;
     /// The packed form.
     ZTime(const unsigned long& packed) noexcept;
+    /// A time of the system clock, in UTC. Times outside the years 1600 to 3000 yield the cleared time.
+    explicit ZTime(std::chrono::sys_time<std::chrono::milliseconds> time) noexcept;
+    /// The same, rounded down: `ZTime(std::chrono::system_clock::now())`.
+    template <typename Duration>
+    requires(!std::is_convertible_v<Duration, std::chrono::milliseconds>) explicit ZTime(
+        std::chrono::sys_time<Duration> time) noexcept
+        : ZTime(std::chrono::floor<std::chrono::milliseconds>(time))
+    {
+    }
 
     /// Parses the text form; other strings leave the time unchanged. Wide strings are narrowed first.
     ZTime& operator=(const char* text) noexcept;
@@ -138,6 +150,8 @@ public:
     operator unsigned long() const noexcept { return static_cast<unsigned long long>(*this); }
     /// Seconds since 1970-01-01T00:00:00, modulo 2^32.
     operator unsigned int() const noexcept;
+    /// The fields read as UTC.
+    explicit operator std::chrono::sys_time<std::chrono::milliseconds>() const noexcept;
 
     /// `2024-03-05T07:08:09`; the Ex functions append the milliseconds: `2024-03-05T07:08:09.042`.
     [[nodiscard]] ZMStr<char> toCString() const;
@@ -251,6 +265,14 @@ extern template long ZTime::writeText(char*) const noexcept;
 extern template long ZTime::writeText(wchar_t*) const noexcept;
 extern template long ZTime::writeTextEx(char*) const noexcept;
 extern template long ZTime::writeTextEx(wchar_t*) const noexcept;
+
+/// Writes the text form without milliseconds; width and fill of the stream apply.
+template <detail::StrChar T, typename Traits>
+std::basic_ostream<T, Traits>& operator<<(std::basic_ostream<T, Traits>& stream, const ZTime& time)
+{
+    T text[ZTime::s_textCapacity];
+    return stream << std::basic_string_view<T, Traits>(text, static_cast<std::size_t>(time.writeText(text)));
+}
 
 } // namespace ZSpace
 

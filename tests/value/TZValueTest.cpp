@@ -390,6 +390,16 @@ TEST(NamedValueTest, CopiesOfUnnamedValuesHaveNoName)
     EXPECT_EQ(static_cast<const char*>(clone->Name()), nullptr);
 }
 
+TEST(NamedValueTest, FailedRenamingKeepsTheName)
+{
+    Value value(s_cell, 1);
+    value.Name("name");
+    const ZGStr<char> other("other");
+    const AllocationFault fault(1);
+    EXPECT_THROW(value.Name(other), std::bad_alloc);
+    EXPECT_STREQ(value.Name(), "name");
+}
+
 TEST(NamedValueTest, FailedCopiesOfNamesLeakNothing)
 {
     Value value(ZGStr<char>("content"));

@@ -470,10 +470,16 @@ TEST(ZBitFieldTest, FailedAllocationsLeaveTheFieldUnchanged)
     EXPECT_EQ(failEachAllocation([&] { ZBITFIELD{field}; }), 1);
     EXPECT_EQ(failEachAllocation([&] { ZBITFIELD(field, 1, 2); }), 1);
     EXPECT_EQ(failEachAllocation([&] { std::ignore = field | field; }), 1);
+    EXPECT_EQ(failEachAllocation([&] { std::ignore = field & field; }), 1);
+    EXPECT_GE(failEachAllocation([&] { std::ignore = field.toCString(); }), 1);
+    EXPECT_GE(failEachAllocation([&] { std::ignore = field.toWString(); }), 1);
+    EXPECT_EQ(failEachAllocation([&] { ZBITFIELD::release(ZBITFIELD::create(100)); }), 1);
     ZBITFIELD target = fieldOf("01");
     const AllocationFault fault(1, AllocationFault::Kind::Lasting);
     EXPECT_THROW(target = field, std::bad_alloc);
     EXPECT_THROW(target += field, std::bad_alloc);
+    EXPECT_THROW(target += target, std::bad_alloc);
+    EXPECT_THROW(target.set(0, target), std::bad_alloc);
     EXPECT_TRUE(target.get(1));
     EXPECT_EQ(target.Length(), 2);
 }

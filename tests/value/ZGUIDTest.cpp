@@ -14,11 +14,15 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <functional>
+#include <iomanip>
 #include <ostream>
 #include <random>
 #include <set>
+#include <sstream>
 #include <string>
 #include <thread>
+#include <unordered_set>
 #include <vector>
 
 namespace ZSpace {
@@ -314,6 +318,29 @@ TEST(ZGUIDTest, ParsesMalformedText)
     }
 }
 
+/// The longer token has the same groups and takes the general way through the parser.
+template <typename T>
+void expectSameAsLongerToken(std::basic_string<T> text, std::size_t position, int c)
+{
+    text[position] = static_cast<T>(c);
+    const ZGUID before(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11);
+    ZGUID usual(before);
+    usual = ZStrToken<T>(text.data(), 38);
+    ZGUID general(before);
+    general = ZStrToken<T>(text.data(), 39);
+    ASSERT_EQ(usual, general) << position << " " << c;
+}
+
+TEST(ZGUIDTest, AnyCharacterInAnyPlaceIsParsedByTheSameRules)
+{
+    for (std::size_t position = 0; position < 37; ++position) {
+        for (int c = 0; c < 0x180; ++c) {
+            expectSameAsLongerToken<char>("{00112233-4455-6677-8899-aabbccddeeff}}", position, c & 0xFF);
+            expectSameAsLongerToken<wchar_t>(L"{00112233-4455-6677-8899-aabbccddeeff}}", position, c);
+        }
+    }
+}
+
 TEST(ZGUIDTest, BytesThatTheTextDoesNotSupplyAreKept)
 {
     ZGUID guid(s_sample);
@@ -345,6 +372,39 @@ TEST(ZGUIDTest, ParsingStopsAtTheEndOfTheToken)
     // A zero ends the token.
     EXPECT_EQ(textOf(ZGUID(ZStrToken<char>("1-2-3-4-5\0-6", 12))), "{10000000-2000-3000-0000-000000000000}");
     EXPECT_EQ(textOf(ZGUID(ZStrToken<char>("1-2-3-4\0-5", 10))), "{00000000-0000-0000-0000-000000000000}");
+}
+
+TEST(ZGUIDTest, StreamsWriteTheTextForm)
+{
+    std::ostringstream narrow;
+    narrow << s_sample << '|' << std::setw(40) << s_sample;
+    EXPECT_EQ(
+        narrow.str(), "{00112233-4455-6677-8899-aabbccddeeff}|  {00112233-4455-6677-8899-aabbccddeeff}");
+    std::wostringstream wide;
+    wide << s_sample;
+    EXPECT_EQ(wide.str(), L"{00112233-4455-6677-8899-aabbccddeeff}");
+}
+
+TEST(ZGUIDTest, HashesSpreadOverAllBits)
+{
+    RandomGuids guids;
+    std::unordered_set<ZGUID> set;
+    std::unordered_set<std::size_t> low;
+    std::unordered_set<std::size_t> high;
+    for (int i = 0; i < 2000; ++i) {
+        const ZGUID guid = guids.next();
+        EXPECT_EQ(std::hash<ZGUID>()(guid), std::hash<ZGUID>()(guidOf(bytesOf(guid))));
+        set.insert(guid);
+        low.insert(std::hash<ZGUID>()(guid) & 0xFFFFFF);
+        high.insert(std::hash<ZGUID>()(guid) >> 40);
+    }
+    EXPECT_EQ(set.size(), 2000u);
+    EXPECT_GE(low.size(), 1995u);
+    EXPECT_GE(high.size(), 1995u);
+    std::unordered_set<std::size_t> neighbors;
+    for (unsigned int i = 0; i < 1000; ++i)
+        neighbors.insert(std::hash<ZGUID>()(ZGUID(i, 0, 0, 0, 0, 0, 0, 0, 0, 0)) & 0xFFFF);
+    EXPECT_GE(neighbors.size(), 950u);
 }
 
 // Generation

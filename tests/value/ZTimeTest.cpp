@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 #include <climits>
 #include <cstdint>
 #include <cstring>
@@ -246,6 +247,46 @@ TEST(ZTimeTest, SecondsAgreeWithTheCLibraryBothWays)
                 static_cast<unsigned char>(record.tm_hour), static_cast<unsigned char>(record.tm_min),
                 static_cast<unsigned char>(record.tm_sec), 0));
     }
+}
+
+// std::chrono
+
+using Milliseconds = std::chrono::sys_time<std::chrono::milliseconds>;
+
+TEST(ZTimeTest, ConvertsFromAndToTheSystemClock)
+{
+    const Milliseconds moment(std::chrono::milliseconds(1709622489042));
+    EXPECT_EQ(textOf(ZTime(moment)), "2024-03-05T07:08:09.042");
+    EXPECT_EQ(static_cast<Milliseconds>(s_sampleTime), moment);
+    RandomTimes times;
+    for (int i = 0; i < 5000; ++i) {
+        ZTime time = times.next();
+        time.Day(static_cast<unsigned char>(1 + time.Day() % 28)); // a day that exists
+        ASSERT_EQ(bytesOf(ZTime(static_cast<Milliseconds>(time))), bytesOf(time));
+    }
+}
+
+TEST(ZTimeTest, SystemTimesOfOtherPrecisionAreRoundedDown)
+{
+    using namespace std::chrono;
+    EXPECT_EQ(textOf(ZTime(sys_days(year(2000) / 2 / 29))), "2000-02-29T00:00:00.000");
+    EXPECT_EQ(textOf(ZTime(sys_seconds(seconds(-1)))), "1969-12-31T23:59:59.000");
+    EXPECT_EQ(textOf(ZTime(sys_time<microseconds>(microseconds(-1)))), "1969-12-31T23:59:59.999");
+    EXPECT_EQ(textOf(ZTime(sys_time<nanoseconds>(nanoseconds(1'999'999)))), "1970-01-01T00:00:00.001");
+    const ZTime before(true);
+    const ZTime now(system_clock::now());
+    EXPECT_FALSE(now < before);
+}
+
+TEST(ZTimeTest, SystemTimesOutsideTheRangeOfYearsYieldTheClearedTime)
+{
+    using namespace std::chrono;
+    EXPECT_TRUE(ZTime(Milliseconds::max()).isCleared());
+    EXPECT_TRUE(ZTime(Milliseconds::min()).isCleared());
+    EXPECT_TRUE(ZTime(Milliseconds(sys_days(year(3001) / 1 / 1))).isCleared());
+    EXPECT_TRUE(ZTime(sys_days(year(1600) / 1 / 1) - milliseconds(1)).isCleared());
+    EXPECT_EQ(textOf(ZTime(sys_days(year(3001) / 1 / 1) - milliseconds(1))), "3000-12-31T23:59:59.999");
+    EXPECT_EQ(textOf(ZTime(sys_days(year(1600) / 1 / 1))), "1600-01-01T00:00:00.000");
 }
 
 // Differences and order

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <iomanip>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -192,6 +194,28 @@ TEST(ZTimeTextTest, FieldsAreParsedAsDecimalNumbersAndCorrected)
         EXPECT_EQ(textOf(ZTime(text)), stored) << text;
         EXPECT_EQ(textOf(ZTime(static_cast<const wchar_t*>(ZGStr<wchar_t>(text)))), stored) << text;
     }
+}
+
+TEST(ZTimeTextTest, AnyCharacterInAnyPlaceIsParsedByTheSameRules)
+{
+    for (std::size_t position = 0; position < 19; ++position) {
+        for (int c = 1; c < 256; ++c) {
+            std::string text = "2024-03-05T07:08:09";
+            text[position] = static_cast<char>(c);
+            // The longer string has the same fields and takes the general way through the parser.
+            ASSERT_EQ(bytesOf(ZTime(text.c_str())), bytesOf(ZTime((text + 'Z').c_str()))) << text;
+        }
+    }
+}
+
+TEST(ZTimeTextTest, StreamsWriteTheTextForm)
+{
+    std::ostringstream narrow;
+    narrow << s_sampleTime << '|' << std::setw(21) << std::setfill('*') << s_sampleTime;
+    EXPECT_EQ(narrow.str(), "2024-03-05T07:08:09|**2024-03-05T07:08:09");
+    std::wostringstream wide;
+    wide << s_sampleTime;
+    EXPECT_EQ(wide.str(), L"2024-03-05T07:08:09");
 }
 
 TEST(ZTimeTextTest, WideStringsAreNarrowedBeforeParsing)

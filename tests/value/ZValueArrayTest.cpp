@@ -324,9 +324,16 @@ TEST(ZValueArrayTest, FailedAllocationsLeaveTheArrayUnchanged)
         EXPECT_THROW(array.ArrayAdd(passed), std::bad_alloc);
         EXPECT_EQ(blocksAlive(), alive - 2); // ownership was transferred anyway
     }
-    {
-        const AllocationFault fault(2);
+    for (long nth = 1; nth <= 2; ++nth) {
+        const long alive = blocksAlive();
+        const AllocationFault fault(nth);
         EXPECT_THROW(array.ArrayItem(0, value), std::bad_alloc);
+        EXPECT_EQ(blocksAlive(), alive);
+    }
+    for (long nth = 1; nth <= 3; ++nth) {
+        const AllocationFault fault(nth);
+        EXPECT_THROW(array.ArrayAdd(&array.ArrayItem(0)), std::bad_alloc); // adds a copy
+        EXPECT_EQ(array.ArrayItemCount(), 2u);
     }
     EXPECT_THAT(numbersOf(array), ElementsAre(1, 2));
     EXPECT_EQ(failEachAllocation([&] { ZValueArrayBase{array}; }), 5);

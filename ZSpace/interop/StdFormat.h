@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The ZSpace authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ZSpace/value/ZGUID.h"
+#include "ZSpace/value/ZTime.h"
+
+#include <cstddef>
+#include <string_view>
+#include <version>
+
+#ifdef __cpp_lib_format
+#include <format>
+
+/// `std::format` formats times and GUIDs in their text forms, with the format specifications of strings:
+///
+///     std::format("{} {:>40}", ZTime(true), guid)
+///
+/// Declares nothing where the standard library has no `std::format`.
+template <ZSpace::detail::StrChar T>
+struct std::formatter<ZSpace::ZTime, T> : std::formatter<std::basic_string_view<T>, T> {
+    template <typename Context>
+    auto format(const ZSpace::ZTime& time, Context& context) const
+    {
+        T text[ZSpace::ZTime::s_textCapacity];
+        const auto length = static_cast<std::size_t>(time.writeText(text));
+        return std::formatter<std::basic_string_view<T>, T>::format({text, length}, context);
+    }
+};
+
+template <ZSpace::detail::StrChar T>
+struct std::formatter<ZSpace::ZGUID, T> : std::formatter<std::basic_string_view<T>, T> {
+    template <typename Context>
+    auto format(const ZSpace::ZGUID& guid, Context& context) const
+    {
+        T text[ZSpace::ZGUID::s_textLength];
+        guid.writeText(text);
+        constexpr auto length = static_cast<std::size_t>(ZSpace::ZGUID::s_textLength);
+        return std::formatter<std::basic_string_view<T>, T>::format({text, length}, context);
+    }
+};
+
+#endif
