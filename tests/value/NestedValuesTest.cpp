@@ -137,10 +137,12 @@ TEST(NestedValuesTest, NestedArraysKeepTheirNamesKindsAndClasses)
     const ZValueArrayBase copy(outer);
     EXPECT_TRUE(copy == outer);
     for (unsigned int i = 0; i < outer.ArrayItemCount(); ++i) {
-        EXPECT_EQ(typeid(copy.ArrayItem(i)), typeid(outer.ArrayItem(i))) << i;
-        EXPECT_EQ(copy.ArrayItem(i).Type(), outer.ArrayItem(i).Type()) << i;
-        EXPECT_EQ(copy.ArrayItem(i).Size(), outer.ArrayItem(i).Size()) << i;
-        EXPECT_NE(copy.ArrayItem(i).Content(), outer.ArrayItem(i).Content()) << i;
+        const Value& copied = copy.ArrayItem(i);
+        const Value& original = outer.ArrayItem(i);
+        EXPECT_EQ(typeid(copied), typeid(original)) << i;
+        EXPECT_EQ(copied.Type(), original.Type()) << i;
+        EXPECT_EQ(copied.Size(), original.Size()) << i;
+        EXPECT_NE(copied.Content(), original.Content()) << i;
     }
     EXPECT_STREQ(copy.ArrayItem(0).Name(), "array");
     EXPECT_STREQ(copy.ArrayItem(1).Name(), "array");

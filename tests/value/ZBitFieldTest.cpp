@@ -254,7 +254,7 @@ TEST(ZBitFieldTest, IndicesAreNotNarrowed)
     expectOutOfBounds([&] { field -= wraps; });
     expectOutOfBounds([&] { field.set(wraps, fieldOf("0")); });
     expectOutOfBounds([&] { field.set(LLONG_MAX, fieldOf("00")); });
-    expectOutOfBounds([&] { field.get(ULONG_MAX); });
+    expectOutOfBounds([&] { field.get(static_cast<long long>(ULONG_MAX)); });
     EXPECT_EQ(textOf(field), "11111");
     enum Flag { Third = 2 };
     EXPECT_TRUE(field[Third]);

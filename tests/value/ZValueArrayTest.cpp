@@ -146,7 +146,7 @@ TEST(ZValueArrayTest, IndicesAreNotNarrowed)
 {
     ZValueArrayBase array = numbers({1, 2});
     EXPECT_THROW(array.ArrayItem(1ULL << 32), ZOutOfBoundsException);
-    EXPECT_THROW(array.ArrayItem(-1), ZOutOfBoundsException);
+    EXPECT_THROW(array.ArrayItem(~0ULL), ZOutOfBoundsException);
     EXPECT_THROW(array.ArrayItem(1ULL << 32, Value()), ZOutOfBoundsException);
     EXPECT_THROW(array.ArrayRemove(1ULL << 32), ZOutOfBoundsException);
     EXPECT_EQ(numbersOf(array), (std::vector<int>{1, 2}));
