@@ -59,8 +59,7 @@ T* ZGStr<T>::create(long n, T c)
 template <typename T>
 T* ZGStr<T>::copy(const T* text, long length)
 {
-    const long n =
-        length < 1 || isEmpty(text) ? 0 : length; // does not read the text if the length is below 1
+    const long n = copiedLength(text, length);
     T* made = create(n);
     copyChars(made, text, n);
     return made;
@@ -127,18 +126,6 @@ T* ZGStr<T>::getBuffer(long n)
 
 // Appending
 
-/// Moves to an array for `n` more characters, the terminator, the usual spare element and `spare` more.
-/// @return where to write the new characters.
-template <typename T>
-T* ZGStr<T>::extend(long oldLength, long n, long spare) noexcept
-{
-    T* extended = create(oldLength + n + spare);
-    copyChars(extended, m_text, oldLength);
-    extended[oldLength + n] = 0;
-    adopt(extended);
-    return extended + oldLength;
-}
-
 template <typename T>
 ZGStr<T>& ZGStr<T>::append(const T* text, long length) noexcept
 {
@@ -150,7 +137,7 @@ T* ZGStr<T>::concat(const T* first, long firstLength, const T* second, long seco
 {
     const long head = first ? std::max(firstLength, 0L) : 0;
     const long tail = second ? std::max(secondLength, 0L) : 0;
-    T* sum = create(head + tail);
+    T* sum = create(sumOf(head, tail));
     copyChars(sum, first, head);
     copyChars(sum + head, second, tail);
     return sum;
@@ -185,7 +172,7 @@ T* ZGStr<T>::joinFrom(const T* text, long length, const T* const* texts, long co
     const long head = text ? std::max(length, 0L) : 0;
     long total = head;
     for (long i = 0; i < count; ++i)
-        total += lengthOf(texts[i]);
+        total = sumOf(total, lengthOf(texts[i]));
     T* joined = create(total);
     copyChars(joined, text, head);
     joinTo(joined + head, total - head + 1, texts, count);
@@ -367,6 +354,8 @@ long ZGStr<T>::removeSubString(T* text, long length, long start, long count) noe
         return 0;
     const long first = clampedPosition(start, length);
     const long removed = clampedCount(count, first, length);
+    if (removed < 1)
+        return 0; // `text` may be a slice, so nothing is written past its end
     const long rest = length - first - removed;
     moveChars(text + first, text + first + removed, rest);
     text[first + rest] = 0;

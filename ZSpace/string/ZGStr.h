@@ -93,17 +93,17 @@ public:
     {
         *this << text;
     }
-    /// Converts `length` characters from the other width.
+    /// Converts `length` characters from the other width; empty if the first one is zero.
     template <detail::OtherStrChar<T> U>
     explicit ZGStr(const U* text, long length) noexcept
     {
-        this->appendValueOf(text, length);
+        this->appendValueOf(text, detail::copiedLength(text, length));
     }
-    /// Converts from the other width.
+    /// As above, for the viewed characters.
     template <detail::OtherStrChar<T> U>
     explicit ZGStr(const ZStrToken<U>& text) noexcept
+        : ZGStr(static_cast<const U*>(text), text.Length())
     {
-        *this << text;
     }
     /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
@@ -161,11 +161,30 @@ public:
     /// Appends the viewed characters.
     ZGStr& append(Token text) noexcept { return append(text, text.Length()); }
     /// Appends one character.
-    ZGStr& append(const T& c) noexcept { return append(&c, 1); }
+    template <std::same_as<T> C>
+    ZGStr& append(const C& c) noexcept
+    {
+        return append(&c, 1);
+    }
     ZGStr& operator+=(Token text) noexcept { return append(text); }
-    ZGStr& operator+=(const T& c) noexcept { return append(c); }
+    template <std::same_as<T> C>
+    ZGStr& operator+=(const C& c) noexcept
+    {
+        return append(c);
+    }
     ZGStr operator+(Token text) const noexcept { return concat(text); }
-    ZGStr operator+(const T& c) const noexcept { return concat(Token(&c, 1)); }
+    template <std::same_as<T> C>
+    ZGStr operator+(const C& c) const noexcept
+    {
+        return concat(Token(&c, 1));
+    }
+    // Integers are not characters; `operator<<` appends them as numbers.
+    template <detail::NotStrChar<T> I>
+    ZGStr& append(I) = delete;
+    template <detail::NotStrChar<T> I>
+    ZGStr& operator+=(I) = delete;
+    template <detail::NotStrChar<T> I>
+    ZGStr operator+(I) const = delete;
     /// A new string: this one followed by the argument.
     ZGStr concat(Token text) const noexcept; // NOLINT(modernize-use-nodiscard)
     /// A new array: the first string followed by the second.
@@ -206,7 +225,8 @@ public:
 
     // Numbers to text
 
-    /// A new string of anything that `appendValueOf` accepts.
+    /// A new string of anything that `appendValueOf` accepts. The second argument is a flag, `emptyIfZero`:
+    /// a minimum width exists in `ZMStr::appendValueOf` only, so a number there means something else here.
     template <typename... Args>
     static ZGStr valueOf(Args... args) noexcept requires requires(ZGStr text)
     {
@@ -230,13 +250,17 @@ public:
     }
     /// A new string: two digits for each of `n` bytes, in memory order.
     static ZGStr hexOf(const void* bytes, long n) noexcept;
-    /// Writes the digits and a terminator; the array must be large enough for both.
+    /// Writes the digits of a number and a terminator; the array must be large enough for both. An integer
+    /// after a writable array is always the number to print, never a count of bytes: pass the bytes of a
+    /// character array as `const void*`.
     /// @return the number of digits.
-    template <detail::StrHexWord U>
-    static long hexOf(T* to, U number) noexcept
+    template <std::same_as<T> C, detail::StrHexInteger I>
+    static long hexOf(C* to, I number) noexcept
     {
-        return hexDigitsTo(to, number, detail::s_hexDigits<U>);
+        return hexDigitsTo(to, detail::bitsOf(number), detail::s_hexDigits<I>);
     }
+    template <std::same_as<T> C>
+    static long hexOf(C* to, bool) = delete;
     /// As above, two digits for each of `n` bytes.
     static long hexOf(T* to, const void* bytes, long n) noexcept;
 
@@ -394,11 +418,11 @@ public:
     {
         return detail::count(Token(text, length), what);
     }
-    [[nodiscard]] static long s_verify(const T* text, long length, const T& c, long from) noexcept
+    [[nodiscard]] static long s_verify(const T* text, long length, const T& c, long from = 0) noexcept
     {
         return detail::verify(Token(text, length), c, from);
     }
-    [[nodiscard]] static long s_verify(const T* text, long length, Token set, long from) noexcept
+    [[nodiscard]] static long s_verify(const T* text, long length, Token set, long from = 0) noexcept
     {
         return detail::verify(Token(text, length), set, from);
     }
@@ -519,17 +543,19 @@ public:
     static T& charAt(T* text, long index);
     static const T& charAt(const T* text, long index);
     /// As `at`.
-    template <std::integral I>
+    template <detail::StrIndex I>
     T& operator[](I index)
     {
-        return at(static_cast<long>(index));
+        return at(detail::saturated(index));
     }
     /// As `at`.
-    template <std::integral I>
+    template <detail::StrIndex I>
     const T& operator[](I index) const
     {
-        return at(static_cast<long>(index));
+        return at(detail::saturated(index));
     }
+    template <std::floating_point F>
+    const T& operator[](F) const = delete;
     /// The pointer as it is, so null for a string that never had any characters.
     operator const T*() const noexcept { return m_text; }
 
@@ -537,10 +563,24 @@ private:
     ZGStr& adopt(T* text) noexcept;
     /// Allocates an empty array if the pointer is null.
     ZGStr& ensureArray();
-    T* extend(long oldLength, long n, long spare) noexcept;
-    T* extendBy(long n) noexcept { return extend(length(), n, 0); }
-    T* extendByDigits(long n) noexcept { return extend(length(), n, 1); }
-    T* extendByHexDigits(long n) noexcept { return extendByDigits(n); }
+    /// Moves to an array for `n` more characters, the terminator, the usual spare element and `spare` more.
+    template <typename Write>
+    ZGStr& extendReserving(long n, long spare, Write write) noexcept;
+    template <typename Write>
+    ZGStr& extend(long n, Write write) noexcept
+    {
+        return extendReserving(n, 0, write);
+    }
+    template <typename Write>
+    ZGStr& extendByDigits(long n, Write write) noexcept
+    {
+        return extendReserving(n, 1, write);
+    }
+    template <typename Write>
+    ZGStr& extendByHexDigits(long n, Write write) noexcept
+    {
+        return extendReserving(n, 1, write);
+    }
 
     static long countTexts(const T* const* texts) noexcept;
     static bool isSame(const T* a, const T* b) noexcept;
@@ -555,6 +595,18 @@ template <typename T>
 ZStrToken<T>::ZStrToken(const ZGStr<T>& text) noexcept
     : ZStrToken(static_cast<const T*>(text))
 {
+}
+
+template <typename T>
+template <typename Write>
+ZGStr<T>& ZGStr<T>::extendReserving(long n, long spare, Write write) noexcept
+{
+    const long oldLength = length();
+    T* const extended = create(detail::sumOf(oldLength + spare, n));
+    detail::copyChars(extended, m_text, oldLength);
+    write(extended + oldLength);
+    extended[oldLength + n] = 0;
+    return adopt(extended);
 }
 
 extern template class detail::StrAppender<ZGStr<char>, char>;

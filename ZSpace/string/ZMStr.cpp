@@ -9,37 +9,26 @@
 #include "ZSpace/string/detail/StrSplit.h"
 
 #include <algorithm>
-#include <climits>
 #include <functional>
 
 namespace ZSpace {
-
-namespace {
-
-/// As in `ZGStr`, a string given with its length is empty if its first character is zero.
-template <typename T>
-long effectiveLength(const T* text, long length) noexcept
-{
-    return length < 1 || ZGStr<T>::isEmpty(text) ? 0 : length;
-}
-
-} // namespace
 
 template <typename T>
 ZMStr<T>::ZMStr(const T* text, long length)
     : m_capacity(1)
 {
-    if (effectiveLength(text, length) < 1)
-        return;
-    m_buffer = ZGStr<T>::copy(text, length);
-    m_capacity = length + 1;
-    m_length = length;
+    convert(text, detail::copiedLength(text, length));
 }
 
 template <typename T>
 ZMStr<T>& ZMStr<T>::assign(const T* text, long length)
 {
-    const long n = effectiveLength(text, length);
+    return assignExactly(text, detail::copiedLength(text, length));
+}
+
+template <typename T>
+ZMStr<T>& ZMStr<T>::assignExactly(const T* text, long n)
+{
     if (n < 1) {
         if (m_buffer)
             setLength(0);
@@ -47,7 +36,7 @@ ZMStr<T>& ZMStr<T>::assign(const T* text, long length)
         detail::moveChars(m_buffer, text, n);
         setLength(n);
     } else {
-        const auto old = exchangeBuffer(grownCapacity(n));
+        const auto old = exchangeBuffer(grownCapacity(n)); // keeps `text` alive if it lies there
         detail::copyChars(m_buffer, text, n);
         setLength(n);
     }
@@ -57,9 +46,15 @@ ZMStr<T>& ZMStr<T>::assign(const T* text, long length)
 template <typename T>
 ZMStr<T>& ZMStr<T>::operator=(const ZMStr& other)
 {
-    if (this != &other)
-        assign(other);
-    return *this;
+    return this == &other ? *this : assignExactly(other.m_buffer, other.m_length);
+}
+
+template <typename T>
+T* ZMStr<T>::clone() const
+{
+    T* const made = ZGStr<T>::create(m_length);
+    detail::copyChars(made, m_buffer, m_length);
+    return made;
 }
 
 template <typename T>
@@ -101,8 +96,7 @@ std::unique_ptr<T[]> ZMStr<T>::exchangeBuffer(long n)
 template <typename T>
 long ZMStr<T>::grownCapacity(long n) const noexcept
 {
-    // No block is that large: the allocation fails, but the sum does not overflow.
-    return n > LONG_MAX / 2 ? LONG_MAX / 2 : m_capacity + n + m_capacity / 2;
+    return detail::sumOf(m_capacity + m_capacity / 2, n);
 }
 
 template <typename T>
@@ -117,7 +111,7 @@ void ZMStr<T>::alloc(long n)
 template <typename T>
 void ZMStr<T>::allocInc(long n)
 {
-    alloc(grownCapacity(n));
+    alloc(grownCapacity(std::max(n, 0L)));
 }
 
 template <typename T>
@@ -139,28 +133,16 @@ void ZMStr<T>::swap(ZMStr& other) noexcept
 }
 
 template <typename T>
-ZMStr<T>& ZMStr<T>::appendReallocating(const T* text, long length) noexcept
+ZMStr<T>& ZMStr<T>::appendCopies(T c, long count) noexcept
 {
-    const auto old = exchangeBuffer(grownCapacity(length));
-    detail::copyChars(m_buffer, old.get(), m_length);
-    detail::copyChars(extendInPlace(length), text, length);
-    return *this;
-}
-
-template <typename T>
-ZMStr<T>& ZMStr<T>::append(const T& c, long count) noexcept
-{
-    const T copied = c; // may lie in the buffer
-    if (count > 0)
-        detail::fillChars(extendBy(count), copied, count);
-    return *this;
+    return count > 0 ? extend(count, [=](T* to) { detail::fillChars(to, c, count); }) : *this;
 }
 
 template <typename T>
 ZMStr<T> ZMStr<T>::concat(Token text) const noexcept
 {
     ZMStr sum;
-    sum.exchangeBuffer(m_length + std::max(text.Length(), 0L) + 1);
+    sum.exchangeBuffer(detail::sumOf(m_length + 1, std::max(text.Length(), 0L)));
     sum.append(*this).append(text);
     return sum;
 }
@@ -170,9 +152,9 @@ ZMStr<T>& ZMStr<T>::join(const ZMStr* texts, long count) noexcept
 {
     long total = 0;
     for (long i = 0; i < count; ++i)
-        total += texts[i].m_length;
+        total = detail::sumOf(total, texts[i].m_length);
     ZMStr joined; // this builder may be one of the texts
-    joined.exchangeBuffer(total + 1);
+    joined.exchangeBuffer(detail::sumOf(total, 1));
     for (long i = 0; i < count; ++i)
         joined.append(texts[i]);
     swap(joined);
@@ -193,16 +175,8 @@ ZMStr<T>& ZMStr<T>::appendPadded(detail::Decimal number, long width, bool emptyI
 {
     const long digits = emptyIfZero && number.magnitude == 0 ? 0 : number.length();
     if (width > digits)
-        append(T('0'), width - digits);
+        appendCopies(T('0'), width - digits);
     return this->appendDecimal(number, emptyIfZero);
-}
-
-template <typename T>
-T* ZMStr<T>::extendByHexDigits(long n) noexcept
-{
-    if (!fits(n))
-        alloc(grownCapacity(17));
-    return extendInPlace(n);
 }
 
 template <typename T>
@@ -260,7 +234,7 @@ long ZMStr<T>::fill(T c, long newLength, long at) noexcept
     const long position = at < 0 ? std::max(at + m_length + 1, 0L) : std::min(at, m_length);
     std::optional<long> newCapacity;
     if (m_capacity <= newLength)
-        newCapacity = grownCapacity(n) + 1;
+        newCapacity = detail::sumOf(grownCapacity(n), 1);
     openGap(position, n, newCapacity);
     detail::fillChars(m_buffer + position, c, n);
     return n;

@@ -46,10 +46,10 @@ public:
     /// No buffer, capacity and length 0.
     constexpr ZMStr() noexcept = default;
     /// Empty, with a buffer for `capacity` characters. A template, so that 0 is not taken for a null pointer.
-    template <std::integral I>
+    template <detail::StrIndex I>
     explicit ZMStr(I capacity)
     {
-        alloc(static_cast<long>(capacity));
+        alloc(detail::saturated(capacity));
     }
     /// Copies `length` characters, including zeros; empty if the first one is zero. Copies have no spare
     /// capacity, and copies of the empty string have no buffer and capacity 1.
@@ -69,42 +69,45 @@ public:
         : ZMStr(Token(text))
     {
     }
-    /// Copies the characters without spare capacity.
+    /// Copies all characters, including zeros, without spare capacity.
     ZMStr(const ZMStr& other)
-        : ZMStr(Token(other))
+        : m_capacity(1)
     {
+        convert(other.m_buffer, other.m_length);
     }
     /// Leaves `other` like a default builder.
     ZMStr(ZMStr&& other) noexcept { swap(other); }
     /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const U* text) noexcept
+        : ZMStr(text, detail::lengthOf(text))
     {
-        *this << text;
     }
-    /// Converts `length` characters from the other width.
+    /// Converts `length` characters from the other width; empty if the first one is zero.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const U* text, long length) noexcept
+        : m_capacity(1)
     {
-        this->appendValueOf(text, length);
+        convert(text, detail::copiedLength(text, length));
     }
-    /// Converts from the other width.
+    /// As above, for the viewed characters.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const ZStrToken<U>& text) noexcept
+        : ZMStr(static_cast<const U*>(text), text.Length())
     {
-        *this << text;
     }
     /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const ZGStr<U>& text) noexcept
+        : ZMStr(ZStrToken<U>(text))
     {
-        *this << text;
     }
-    /// Converts from the other width.
+    /// Converts all characters, including zeros, from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const ZMStr<U>& text) noexcept
+        : m_capacity(1)
     {
-        *this << text;
+        convert(static_cast<const U*>(text), text.Length());
     }
     ~ZMStr() { ZGStr<T>::release(m_buffer); }
 
@@ -117,8 +120,8 @@ public:
     ZMStr& operator=(Token text);
     ZMStr& operator=(const T* text);
     ZMStr& operator=(const ZGStr<T>& text);
-    /// A new array with the characters, which the caller frees with `ZGStr<T>::release`.
-    T* clone() const { return ZGStr<T>::copy(m_buffer, m_length); } // NOLINT(modernize-use-nodiscard)
+    /// A new array with all characters, including zeros, which the caller frees with `ZGStr<T>::release`.
+    T* clone() const; // NOLINT(modernize-use-nodiscard)
 
     // Storage
 
@@ -152,13 +155,38 @@ public:
     /// Appends the viewed characters.
     ZMStr& append(Token text) noexcept { return append(text, text.Length()); }
     /// Appends `count` copies of `c`.
-    ZMStr& append(const T& c, long count) noexcept;
+    template <std::same_as<T> C>
+    ZMStr& append(const C& c, long count) noexcept
+    {
+        return appendCopies(c, count);
+    }
     /// Appends one character.
-    inline ZMStr& append(const T& c) noexcept;
+    template <std::same_as<T> C>
+    ZMStr& append(const C& c) noexcept
+    {
+        return extend(1, [copied = c](T* to) { *to = copied; }); // `c` may be the terminator
+    }
     ZMStr& operator+=(Token text) noexcept { return append(text); }
-    ZMStr& operator+=(const T& c) noexcept { return append(c); }
+    template <std::same_as<T> C>
+    ZMStr& operator+=(const C& c) noexcept
+    {
+        return append(c);
+    }
     ZMStr operator+(Token text) const noexcept { return concat(text); }
-    ZMStr operator+(const T& c) const noexcept { return concat(Token(&c, 1)); }
+    template <std::same_as<T> C>
+    ZMStr operator+(const C& c) const noexcept
+    {
+        return concat(Token(&c, 1));
+    }
+    // Integers are not characters; `operator<<` appends them as numbers.
+    template <detail::NotStrChar<T> I>
+    ZMStr& append(I) = delete;
+    template <detail::NotStrChar<T> I>
+    ZMStr& append(I, long) = delete;
+    template <detail::NotStrChar<T> I>
+    ZMStr& operator+=(I) = delete;
+    template <detail::NotStrChar<T> I>
+    ZMStr operator+(I) const = delete;
     /// A new builder: this string followed by the argument.
     ZMStr concat(Token text) const noexcept; // NOLINT(modernize-use-nodiscard)
     /// Replaces the content by the concatenation of `count` builders.
@@ -167,7 +195,8 @@ public:
     ZMStr& join(const ZMStr* texts) noexcept;
 
     using Appender::appendHexOf, Appender::appendValueOf;
-    /// Appends a decimal integer, padded with "0" on the left to `width` characters. The padding precedes the
+    /// With a number as second argument, which in `ZGStr` would be the flag `emptyIfZero`, that number is a width:
+    /// appends a decimal integer, padded with "0" on the left to `width` characters. The padding precedes the
     /// sign: -5 with width 3 appends "0-5".
     template <detail::StrInteger I, detail::StrInteger W>
     ZMStr& appendValueOf(I number, W width, bool emptyIfZero = false) noexcept
@@ -244,17 +273,19 @@ public:
     // NOLINTNEXTLINE(modernize-use-nodiscard)
     const T& at(long index) const { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
     /// As `at`.
-    template <std::integral I>
+    template <detail::StrIndex I>
     T& operator[](I index)
     {
-        return at(static_cast<long>(index));
+        return at(detail::saturated(index));
     }
     /// As `at`.
-    template <std::integral I>
+    template <detail::StrIndex I>
     const T& operator[](I index) const
     {
-        return at(static_cast<long>(index));
+        return at(detail::saturated(index));
     }
+    template <std::floating_point F>
+    const T& operator[](F) const = delete;
 
 private:
     /// Whether `n` more characters can be appended without reallocating.
@@ -268,12 +299,34 @@ private:
     /// Moves the characters from `at` on by `n`; reallocates first if a new capacity is given.
     /// @return the old buffer in that case.
     std::unique_ptr<T[]> openGap(long at, long n, std::optional<long> newCapacity);
-    ZMStr& appendReallocating(const T* text, long length) noexcept;
+    ZMStr& appendCopies(T c, long count) noexcept;
     ZMStr& appendPadded(detail::Decimal number, long width, bool emptyIfZero) noexcept;
-    inline T* extendInPlace(long n) noexcept;
-    inline T* extendBy(long n) noexcept;
-    T* extendByDigits(long n) noexcept { return extendBy(n); }
-    T* extendByHexDigits(long n) noexcept;
+    ZMStr& assignExactly(const T* text, long n);
+    /// Gives a builder without a buffer a copy of `n` characters of either width.
+    template <detail::StrChar U>
+    void convert(const U* text, long n)
+    {
+        if (n > 0)
+            detail::convertChars(getBuffer(n), text, n);
+    }
+    /// Grows by `growth` characters when `n` more do not fit.
+    template <typename Write>
+    inline ZMStr& extendGrowing(long n, long growth, Write write) noexcept;
+    template <typename Write>
+    ZMStr& extend(long n, Write write) noexcept
+    {
+        return extendGrowing(n, n, write);
+    }
+    template <typename Write>
+    ZMStr& extendByDigits(long n, Write write) noexcept
+    {
+        return extendGrowing(n, n, write);
+    }
+    template <typename Write>
+    ZMStr& extendByHexDigits(long n, Write write) noexcept
+    {
+        return extendGrowing(n, 17, write);
+    }
 
     T* m_buffer = nullptr;
     long m_capacity = 0;
@@ -298,21 +351,20 @@ void ZMStr<T>::setLength(long length) noexcept
 }
 
 template <typename T>
-T* ZMStr<T>::extendInPlace(long n) noexcept
+template <typename Write>
+ZMStr<T>& ZMStr<T>::extendGrowing(long n, long growth, Write write) noexcept
 {
+    std::unique_ptr<T[]> old; // what is written may be read from it
+    if (!fits(n)) [[unlikely]] {
+        old = exchangeBuffer(grownCapacity(growth));
+        detail::copyChars(m_buffer, old.get(), m_length);
+    }
     // Read once: compilers must assume that writing a character may change a member.
     T* const end = m_buffer + m_length;
     m_length += n;
+    write(end);
     end[n] = 0;
-    return end;
-}
-
-template <typename T>
-T* ZMStr<T>::extendBy(long n) noexcept
-{
-    if (!fits(n)) [[unlikely]]
-        alloc(grownCapacity(n));
-    return extendInPlace(n);
+    return *this;
 }
 
 template <typename T>
@@ -320,20 +372,7 @@ ZMStr<T>& ZMStr<T>::append(const T* text, long length) noexcept
 {
     if (!text || length < 1)
         return *this;
-    if (!fits(length)) [[unlikely]]
-        return appendReallocating(text, length);
-    detail::copyChars(extendInPlace(length), text, length);
-    return *this;
-}
-
-template <typename T>
-ZMStr<T>& ZMStr<T>::append(const T& c) noexcept
-{
-    if (!fits(1)) [[unlikely]]
-        return append(c, 1);
-    const T copied = c; // may lie in the buffer
-    *extendInPlace(1) = copied;
-    return *this;
+    return extend(length, [=](T* to) { detail::moveChars(to, text, length); }); // may include the terminator
 }
 
 extern template class detail::StrAppender<ZMStr<char>, char>;

@@ -8,6 +8,20 @@
 
 namespace ZSpace {
 
+namespace {
+
+/// A builder with the viewed characters; unlike its constructor, this keeps a zero at the start.
+template <typename T>
+ZMStr<T> builderOf(ZStrToken<T> text)
+{
+    ZMStr<T> copy(text, 0);
+    if (!text.isEmpty())
+        detail::copyChars<T>(copy.getBuffer(text.Length()), text, text.Length());
+    return copy;
+}
+
+} // namespace
+
 template <typename T>
 const T& ZStrToken<T>::at(long index) const
 {
@@ -19,7 +33,7 @@ const T& ZStrToken<T>::at(long index) const
 template <typename T>
 ZMStr<T> ZStrToken<T>::toLower() const
 {
-    ZMStr<T> copy(*this);
+    ZMStr<T> copy = builderOf(*this);
     copy.toLower();
     return copy;
 }
@@ -27,7 +41,7 @@ ZMStr<T> ZStrToken<T>::toLower() const
 template <typename T>
 ZMStr<T> ZStrToken<T>::toUpper() const
 {
-    ZMStr<T> copy(*this);
+    ZMStr<T> copy = builderOf(*this);
     copy.toUpper();
     return copy;
 }

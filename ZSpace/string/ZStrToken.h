@@ -67,13 +67,16 @@ public:
     /// Throws `ZException` "Index out of Array" if the index is negative or not below the length.
     const T& at(long index) const; // NOLINT(modernize-use-nodiscard)
     /// As `at`.
-    template <std::integral I>
+    template <detail::StrIndex I>
     const T& operator[](I index) const
     {
-        return at(static_cast<long>(index));
+        return at(detail::saturated(index));
     }
+    template <std::floating_point F>
+    const T& operator[](F) const = delete;
 
-    // A pointer and a length in the place of a token
+    // The characters to compare with or to search for, given by pointer and length. Other than in `ZGStr` and
+    // `ZMStr`, a number after a pointer is a length here: `indexOf(pointer, 2)` searches for two characters.
 
     using Queries::compare, Queries::compareIgnoreCase;
     /// As `compare(ZStrToken)`.
@@ -87,14 +90,14 @@ public:
         return compareIgnoreCase(ZStrToken(other, length));
     }
 
-    using Queries::count, Queries::indexOf, Queries::lastIndexOf;
+    using Queries::count, Queries::indexOf, Queries::lastIndexOf, Queries::s_verify;
     /// As `indexOf(ZStrToken, long)`.
-    [[nodiscard]] long indexOf(const T* what, long length, long from) const noexcept
+    [[nodiscard]] long indexOf(const T* what, long length, long from = 0) const noexcept
     {
         return indexOf(ZStrToken(what, length), from);
     }
     /// As `lastIndexOf(ZStrToken, long)`.
-    [[nodiscard]] long lastIndexOf(const T* what, long length, long from) const noexcept
+    [[nodiscard]] long lastIndexOf(const T* what, long length, long from = LONG_MAX) const noexcept
     {
         return lastIndexOf(ZStrToken(what, length), from);
     }
@@ -102,6 +105,11 @@ public:
     [[nodiscard]] long count(const T* what, long length) const noexcept
     {
         return count(ZStrToken(what, length));
+    }
+    /// As `s_verify(ZStrToken, long)`.
+    [[nodiscard]] long s_verify(const T* set, long setLength, long from = 0) const noexcept
+    {
+        return s_verify(ZStrToken(set, setLength), from);
     }
 
     /// A copy with "A" to "Z" in lower case. The viewed characters do not change.

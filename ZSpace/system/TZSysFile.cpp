@@ -254,7 +254,7 @@ int TZSysFile<T>::list(const T* path, Wanted wanted, ZList<TZSysFile>& entries)
     TZSysFile entry(path, ZTRISTATE::No, 0, -1, ZTime(), ZTime(), ZTime());
     ZMStr<T>& entryPath = entry.m_path;
     if (entryPath.isEmpty() || entryPath.at(-1) != '/')
-        entryPath.append('/');
+        entryPath.append(T('/'));
     const long directoryLength = entryPath.Length();
     return readEntries(SystemPath(path), [&](DIR* directory, const dirent& found) {
         const bool isDirectory = isReachableDirectory(directory, found);

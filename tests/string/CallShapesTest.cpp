@@ -143,14 +143,14 @@ TYPED_TEST(OutputShapes, EveryIntegerTypeIsANumber)
         "910111213141516-17");
 }
 
-TYPED_TEST(OutputShapes, TruthValuesAndRealNumbersPrintWithoutWords)
+TYPED_TEST(OutputShapes, BoolsAndFloatingPointNumbersPrintAsDigits)
 {
     TypeParam out;
     out << true << false << 2.5 << 0.25F << 2.0 << 0;
     EXPECT_EQ(str(out), "102.50.2520");
 }
 
-TYPED_TEST(OutputShapes, RawBytesPrintTheirAddress)
+TYPED_TEST(OutputShapes, BytesPrintTheirAddress)
 {
     TypeParam out;
     const auto* address = reinterpret_cast<const unsigned char*>(std::uintptr_t{0x12AB});
@@ -247,15 +247,55 @@ TYPED_TEST(OutputShapes, TextOfTheOtherWidthIsTakenOnlyWhenAskedFor)
     static_assert(!std::is_assignable_v<TypeParam&, const U*>);
 }
 
-TEST(StringCallShapes, ZeroIsACapacityAndNullIsAText)
+TEST(StringCallShapes, ZeroIsACapacityAndNullIsAnEmptyString)
 {
-    const ZMStr<char> room(0);
+    const ZMStr<char> reserved(0);
     const ZMStr<char> fromNull(nullptr);
     const ZGStr<char> stringFromNull(nullptr);
-    EXPECT_NE(static_cast<const char*>(room), nullptr);
+    EXPECT_NE(static_cast<const char*>(reserved), nullptr);
     EXPECT_EQ(static_cast<const char*>(fromNull), nullptr);
     EXPECT_TRUE(stringFromNull.isEmpty());
     static_assert(!std::is_convertible_v<int, ZMStr<char>>);
+}
+
+template <typename S, typename A>
+concept Appendable = requires(S text, A argument)
+{
+    text.append(argument);
+};
+template <typename S, typename A>
+concept ManyAppendable = requires(S text, A argument)
+{
+    text.append(argument, 3L);
+};
+template <typename S, typename A>
+concept PlusAssignable = requires(S text, A argument)
+{
+    text += argument;
+};
+template <typename S, typename A>
+concept Addable = requires(S text, A argument)
+{
+    text + argument;
+};
+
+TYPED_TEST(OutputShapes, OnlyACharacterOfTheSameWidthIsACharacter)
+{
+    using T = typename CharOf<TypeParam>::type;
+    using U = std::conditional_t<std::is_same_v<T, char>, wchar_t, char>;
+    static_assert(Appendable<TypeParam, T> && PlusAssignable<TypeParam, T> && Addable<TypeParam, T>);
+    const auto isRefused = []<typename A>(A) {
+        return !Appendable<TypeParam,
+                   A> && !ManyAppendable<TypeParam, A> && !PlusAssignable<TypeParam, A> && !Addable<TypeParam, A>;
+    };
+    EXPECT_TRUE(isRefused(65) && isRefused(65U) && isRefused(65L) && isRefused(65ULL) && isRefused(true));
+    EXPECT_TRUE(isRefused(static_cast<signed char>(65)) && isRefused(static_cast<unsigned char>(65)));
+    EXPECT_TRUE(isRefused(static_cast<short>(65)) && isRefused(Three) && isRefused(6.5) && isRefused(U('A')));
+    static_assert(!requires(TypeParam s) { s += 0; });
+    static_assert(!requires(TypeParam s) { s + 0; });
+    static_assert(!requires(TypeParam s) { s.append(0); });
+    static_assert(!std::is_convertible_v<int, TypeParam> && !std::is_convertible_v<T, TypeParam>);
+    static_assert(!std::is_assignable_v<TypeParam&, int> && !std::is_assignable_v<TypeParam&, T>);
 }
 
 } // namespace

@@ -317,4 +317,32 @@ TYPED_TEST(EditingStatics, SplittingInPlaceStopsAtTheCapacity)
     EXPECT_EQ(pieces[0], empty.data());
 }
 
+template <typename T>
+class SliceEditing : public ::testing::Test {
+};
+TYPED_TEST_SUITE(SliceEditing, Widths, TypeNames);
+
+TYPED_TEST(SliceEditing, RemovingNothingFromASliceWritesNothing)
+{
+    using T = TypeParam;
+    using S = ZGStr<T>;
+    auto text = wider<T>("abcdef");
+    EXPECT_EQ(S::removeSubString(text.data(), 3, 3, 5), 0);
+    EXPECT_EQ(S::removeSubString(text.data(), 3, 1, 0), 0);
+    EXPECT_EQ(S::trim(text.data(), 3) + S::lTrim(text.data(), 3) + S::rTrim(text.data(), 3), 0);
+    EXPECT_EQ(str(text.c_str()), "abcdef");
+}
+
+TYPED_TEST(SliceEditing, RemovingFromASliceEndsItWithinItsLength)
+{
+    using T = TypeParam;
+    using S = ZGStr<T>;
+    auto text = wider<T>("abcdef");
+    EXPECT_EQ(S::removeSubString(text.data(), 3, 0, 1), 1);
+    EXPECT_EQ(text, wider<T>(std::string_view("bc\0def", 6)));
+    auto blank = wider<T>(" a def");
+    EXPECT_EQ(S::trim(blank.data(), 3), 2);
+    EXPECT_EQ(blank, wider<T>(std::string_view("a\0\0def", 6)));
+}
+
 } // namespace

@@ -297,4 +297,16 @@ TEST(NumberInputWide, UnitsBeyondABytesRangeAreNoDigits)
     EXPECT_FALSE(ZGStr<wchar_t>(L"\u0131").isNumeric());
 }
 
+TEST(HexadecimalInput, EveryNegativeLengthMeansUpToTheTerminator)
+{
+    for (const long length : {-1L, -2L, -7L, LONG_MIN}) {
+        unsigned char bytes[3]{};
+        EXPECT_EQ(ZGStr<char>::hexTo(bytes, 3, "0a1fff", length), 3) << length;
+        EXPECT_EQ(bytes[1], 0x1F);
+        EXPECT_EQ(ZGStr<wchar_t>::hexTo(bytes, 2, L"AB", length), 1);
+        EXPECT_EQ(bytes[0], 0xAB);
+        EXPECT_EQ(ZGStr<char>::hexTo(bytes, 3, nullptr, length), 0);
+    }
+}
+
 } // namespace

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <limits>
+#include <type_traits>
 
 using namespace ZSpace;
 using namespace ZSpace::Testing;
@@ -95,7 +96,7 @@ TYPED_TEST(NumberOutput, ZeroPrintsAsNothingWhenAskedFor)
     EXPECT_EQ(printedUnlessZero<S>(10), "10");
 }
 
-TYPED_TEST(NumberOutput, TruthValuesAreDigits)
+TYPED_TEST(NumberOutput, BoolsPrintAsDigits)
 {
     EXPECT_EQ(printed<TypeParam>(true), "1");
     EXPECT_EQ(printed<TypeParam>(false), "0");
@@ -245,12 +246,28 @@ TYPED_TEST(NumberOutputStatics, HexadecimalIsWrittenIntoACallersArray)
     EXPECT_EQ(str(static_cast<const T*>(text)), "");
 }
 
-TYPED_TEST(NumberOutputStatics, ACountBesideCharactersIsNotTakenForANumber)
+TYPED_TEST(NumberOutputStatics, AnIntegerAfterAWritableArrayIsTheNumberToPrint)
 {
+    using T = TypeParam;
+    using S = ZGStr<T>;
+    T text[17];
+    EXPECT_EQ(S::hexOf(text, 0x0A), 8);
+    EXPECT_EQ(S::hexOf(text, std::uint64_t{0x0A}), 16);
+    EXPECT_EQ(str(static_cast<const T*>(text)), "000000000000000a");
+    static_assert(!requires { S::hexOf(text, true); });
+}
+
+TYPED_TEST(NumberOutputStatics, TheBytesOfCharactersArePassedAsAnythingElse)
+{
+    using S = ZGStr<TypeParam>;
+    using Other = std::conditional_t<std::is_same_v<TypeParam, char>, wchar_t, char>;
     char characters[] = "ab";
-    EXPECT_EQ(str(ZGStr<TypeParam>::hexOf(characters, 2)), "6162");
-    EXPECT_EQ(str(ZGStr<TypeParam>::hexOf(characters, 2L)), "6162");
-    EXPECT_EQ(str(ZGStr<TypeParam>::hexOf(characters, static_cast<long>(sizeof characters))), "616200");
+    const void* const bytes = characters;
+    EXPECT_EQ(str(S::hexOf(bytes, 2)), "6162");
+    EXPECT_EQ(str(S::hexOf(bytes, static_cast<long>(sizeof characters))), "616200");
+    EXPECT_EQ(str(S::hexOf("ab", 2L)), "6162");
+    Other other[]{Other('a'), Other(0)};
+    EXPECT_EQ(str(S::hexOf(other, 1)), "61");
 }
 
 TYPED_TEST(NumberOutputStatics, ADigitIsItsHexadecimalCharacter)

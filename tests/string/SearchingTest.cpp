@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
+#include "ZSpace/string/ZMStr.h"
 #include "ZSpace/string/ZStrToken.h"
 #include "tests/string/StringTestSupport.h"
 
@@ -42,8 +43,8 @@ TYPED_TEST(Searching, ANegativePositionCountsFromTheEnd)
     EXPECT_EQ(text.indexOf(T('a'), -2), -1);
     EXPECT_EQ(text.indexOf(T('a'), -99), 0);
     EXPECT_EQ(text.indexOf(T('a'), LONG_MIN), 0);
-    EXPECT_EQ(text.indexOf(lit<T>("bc"), -2), 4);
-    EXPECT_EQ(text.indexOf(lit<T>("bc"), -99), 1);
+    EXPECT_EQ(text.indexOf(view<T>("bc"), -2), 4);
+    EXPECT_EQ(text.indexOf(view<T>("bc"), -99), 1);
 }
 
 TYPED_TEST(Searching, TheFirstTextAtOrAfterAPositionIsFound)
@@ -51,15 +52,15 @@ TYPED_TEST(Searching, TheFirstTextAtOrAfterAPositionIsFound)
     using T = typename CharOf<TypeParam>::type;
     const TypeParam text(lit<T>("abcabcab"));
     EXPECT_EQ(text.indexOf(lit<T>("abc")), 0);
-    EXPECT_EQ(text.indexOf(lit<T>("abc"), 1), 3);
-    EXPECT_EQ(text.indexOf(lit<T>("abc"), 4), -1);
-    EXPECT_EQ(text.indexOf(lit<T>("ab"), 4), 6);
-    EXPECT_EQ(text.indexOf(lit<T>("b"), 5), 7);
+    EXPECT_EQ(text.indexOf(view<T>("abc"), 1), 3);
+    EXPECT_EQ(text.indexOf(view<T>("abc"), 4), -1);
+    EXPECT_EQ(text.indexOf(view<T>("ab"), 4), 6);
+    EXPECT_EQ(text.indexOf(view<T>("b"), 5), 7);
     EXPECT_EQ(text.indexOf(lit<T>("abcabcab")), 0);
     EXPECT_EQ(text.indexOf(lit<T>("abcabcabc")), -1);
     EXPECT_EQ(text.indexOf(lit<T>("acb")), -1);
-    EXPECT_EQ(text.indexOf(lit<T>("ab"), 8), -1);
-    EXPECT_EQ(text.indexOf(lit<T>("ab"), LONG_MAX), -1);
+    EXPECT_EQ(text.indexOf(view<T>("ab"), 8), -1);
+    EXPECT_EQ(text.indexOf(view<T>("ab"), LONG_MAX), -1);
     EXPECT_EQ(text.indexOf(text, 0), 0);
     EXPECT_EQ(TypeParam().indexOf(lit<T>("a")), -1);
 }
@@ -102,15 +103,15 @@ TYPED_TEST(Searching, TheLastTextThatStartsAtOrBeforeAPositionIsFound)
     using T = typename CharOf<TypeParam>::type;
     const TypeParam text(lit<T>("abcabcab"));
     EXPECT_EQ(text.lastIndexOf(lit<T>("abc")), 3);
-    EXPECT_EQ(text.lastIndexOf(lit<T>("abc"), 3), 3);
-    EXPECT_EQ(text.lastIndexOf(lit<T>("abc"), 2), 0);
+    EXPECT_EQ(text.lastIndexOf(view<T>("abc"), 3), 3);
+    EXPECT_EQ(text.lastIndexOf(view<T>("abc"), 2), 0);
     EXPECT_EQ(text.lastIndexOf(lit<T>("ab")), 6);
-    EXPECT_EQ(text.lastIndexOf(lit<T>("ab"), 5), 3);
-    EXPECT_EQ(text.lastIndexOf(lit<T>("ab"), -1), 6);
-    EXPECT_EQ(text.lastIndexOf(lit<T>("ab"), -3), 3);
-    EXPECT_EQ(text.lastIndexOf(lit<T>("ab"), -9), -1);
-    EXPECT_EQ(text.lastIndexOf(lit<T>("b"), 6), 4);
-    EXPECT_EQ(text.lastIndexOf(lit<T>("bc"), 0), -1);
+    EXPECT_EQ(text.lastIndexOf(view<T>("ab"), 5), 3);
+    EXPECT_EQ(text.lastIndexOf(view<T>("ab"), -1), 6);
+    EXPECT_EQ(text.lastIndexOf(view<T>("ab"), -3), 3);
+    EXPECT_EQ(text.lastIndexOf(view<T>("ab"), -9), -1);
+    EXPECT_EQ(text.lastIndexOf(view<T>("b"), 6), 4);
+    EXPECT_EQ(text.lastIndexOf(view<T>("bc"), 0), -1);
     EXPECT_EQ(text.lastIndexOf(lit<T>("abcabcabc")), -1);
     EXPECT_EQ(TypeParam().lastIndexOf(lit<T>("a")), -1);
 }
@@ -128,7 +129,7 @@ TYPED_TEST(Searching, LongTextsAreSearchedThroughToTheEnd)
         const TypeParam behind(lit<T>("needle" + padding));
         EXPECT_EQ(behind.lastIndexOf(lit<T>("needle")), 0);
         EXPECT_EQ(behind.lastIndexOf(T('n')), 0);
-        EXPECT_EQ(behind.indexOf(lit<T>("needle"), 1), -1);
+        EXPECT_EQ(behind.indexOf(view<T>("needle"), 1), -1);
     }
 }
 
@@ -179,11 +180,11 @@ TYPED_TEST(Searching, VerifyingWithASetGivesTheFirstCharacterThatIsNotInIt)
     using T = typename CharOf<TypeParam>::type;
     const TypeParam text(lit<T>("0129a3"));
     EXPECT_EQ(text.s_verify(lit<T>("0123456789")), 4);
-    EXPECT_EQ(text.s_verify(lit<T>("0123456789"), 4), 4);
-    EXPECT_EQ(text.s_verify(lit<T>("0123456789"), 5), -1);
-    EXPECT_EQ(text.s_verify(lit<T>("0123456789"), -1), -1);
-    EXPECT_EQ(text.s_verify(lit<T>("0123456789"), -2), 4);
-    EXPECT_EQ(text.s_verify(lit<T>("0123456789"), 6), -1);
+    EXPECT_EQ(text.s_verify(view<T>("0123456789"), 4), 4);
+    EXPECT_EQ(text.s_verify(view<T>("0123456789"), 5), -1);
+    EXPECT_EQ(text.s_verify(view<T>("0123456789"), -1), -1);
+    EXPECT_EQ(text.s_verify(view<T>("0123456789"), -2), 4);
+    EXPECT_EQ(text.s_verify(view<T>("0123456789"), 6), -1);
     EXPECT_EQ(text.s_verify(lit<T>("a9321 0")), -1);
     EXPECT_EQ(text.s_verify(lit<T>("0123456789"), 2, 0), 2);
     EXPECT_EQ(text.s_verify(lit<T>("12"), 2, 1), 3);
@@ -292,6 +293,37 @@ TYPED_TEST(SearchingTokens, APointerAndALengthServeAsText)
     EXPECT_EQ(view.count(lit<T>("bcX"), 2), 2);
     EXPECT_EQ(view.s_verify(lit<T>("abc"), 2, 0), 2);
     EXPECT_EQ(view.indexOf(T('X')), -1);
+}
+
+template <typename T>
+class SearchArguments : public ::testing::Test {
+};
+TYPED_TEST_SUITE(SearchArguments, Widths, TypeNames);
+
+TYPED_TEST(SearchArguments, ANumberAfterAPointerIsALengthForATokenAndAPositionElsewhere)
+{
+    using T = TypeParam;
+    const T* what = lit<T>("bcx");
+    const ZStrToken<T> token(lit<T>("abcabc"));
+    EXPECT_EQ(token.indexOf(what, 2), 1);
+    EXPECT_EQ(token.indexOf(what, 2, 2), 4);
+    EXPECT_EQ(token.lastIndexOf(what, 2), 4);
+    EXPECT_EQ(token.lastIndexOf(what, 2, 3), 1);
+    EXPECT_EQ(token.count(what, 2), 2);
+    EXPECT_EQ(token.s_verify(lit<T>("abx"), 2), 2);
+    EXPECT_EQ(token.s_verify(lit<T>("abx"), 2, 3), 5);
+    EXPECT_EQ(ZGStr<T>(token).indexOf(lit<T>("bc"), 2), 4);
+    EXPECT_EQ(ZMStr<T>(token).indexOf(lit<T>("bc"), 2), 4);
+}
+
+TYPED_TEST(SearchArguments, StaticVerifyingStartsAtTheFirstCharacter)
+{
+    using T = TypeParam;
+    using S = ZGStr<T>;
+    EXPECT_EQ(S::s_verify(lit<T>("aab"), 3, T('a')), 2);
+    EXPECT_EQ(S::s_verify(lit<T>("aab"), 3, lit<T>("ab")), -1);
+    EXPECT_EQ(S::s_verify(lit<T>("aab"), 3, lit<T>("a")), 2);
+    EXPECT_EQ(S::s_verify(lit<T>("aab"), 3, lit<T>("ab"), 1, 0), 2);
 }
 
 } // namespace

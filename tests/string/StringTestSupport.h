@@ -35,6 +35,13 @@ const T* lit(std::string_view text)
     return s_texts.insert(wider<T>(text)).first->c_str();
 }
 
+/// The same as a view, for calls in which a number after a pointer would be a length.
+template <typename T>
+ZSpace::ZStrToken<T> view(std::string_view text)
+{
+    return ZSpace::ZStrToken<T>(lit<T>(text), static_cast<long>(text.size()));
+}
+
 /// What is shown of a text in a message: characters above 0xFF become "?".
 template <typename T>
 std::string shown(const T* text, long length)

@@ -121,7 +121,7 @@ TYPED_TEST(ZStrTokenTest, CharactersAreReachedFromTheFrontOnly)
     EXPECT_TRUE(fails([] { ZStrToken<T>().at(0); }));
 }
 
-TYPED_TEST(ZStrTokenTest, CaseChangesGiveABuilderOfTheirOwn)
+TYPED_TEST(ZStrTokenTest, CaseChangesReturnANewBuilder)
 {
     using T = TypeParam;
     const T* source = lit<T>("abcDEF");
@@ -135,7 +135,7 @@ TYPED_TEST(ZStrTokenTest, CaseChangesGiveABuilderOfTheirOwn)
     EXPECT_TRUE(ZStrToken<T>().toUpper().isEmpty() && ZStrToken<T>().toLower().isEmpty());
 }
 
-TYPED_TEST(ZStrTokenTest, SplittingGivesNoPieces)
+TYPED_TEST(ZStrTokenTest, SplittingReturnsNoPieces)
 {
     using T = TypeParam;
     const ZStrToken<T> view(lit<T>("a,b"));
@@ -163,7 +163,7 @@ TYPED_TEST(ZStrTokenTest, AViewNeverAllocates)
     EXPECT_EQ(sum, -123 + 2);
 }
 
-TYPED_TEST(ZStrTokenTest, AnEmptyViewIsNotLookedAt)
+TYPED_TEST(ZStrTokenTest, AnEmptyViewIsNotRead)
 {
     using T = TypeParam;
     const std::unique_ptr<T[]> nothing(new T[0]); // a sanitizer sees whoever reads it

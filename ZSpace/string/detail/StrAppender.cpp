@@ -17,8 +17,7 @@ Derived& StrAppender<Derived, T>::appendDecimal(Decimal number, bool emptyIfZero
     if (number.magnitude == 0 && emptyIfZero)
         return self();
     const long length = number.length();
-    writeDecimal(self().extendByDigits(length), length, number);
-    return self();
+    return self().extendByDigits(length, [=](T* to) { writeDecimal(to, length, number); });
 }
 
 template <typename Derived, StrChar T>
@@ -26,9 +25,7 @@ Derived& StrAppender<Derived, T>::appendValueOf(double number, bool emptyIfZero)
 {
     T text[s_maxRealLength];
     const long n = writeReal(text, number, emptyIfZero);
-    if (n > 0)
-        copyChars(self().extendByDigits(n), text, n);
-    return self();
+    return n > 0 ? self().extendByDigits(n, [&](T* to) { copyChars(to, text, n); }) : self();
 }
 
 template <typename Derived, StrChar T>
@@ -40,24 +37,23 @@ Derived& StrAppender<Derived, T>::appendValueOf(const unsigned char* address) no
 template <typename Derived, StrChar T>
 Derived& StrAppender<Derived, T>::appendHexDigits(unsigned long long bits, long digits) noexcept
 {
-    writeHex(self().extendByHexDigits(digits), bits, digits);
-    return self();
+    return self().extendByHexDigits(digits, [=](T* to) { writeHex(to, bits, digits); });
 }
 
 template <typename Derived, StrChar T>
 Derived& StrAppender<Derived, T>::appendHexOf(const void* bytes, long n) noexcept
 {
-    if (bytes && n > 0)
-        writeHexBytes(self().extendBy(2 * n), bytes, n);
-    return self();
+    if (!bytes || n < 1)
+        return self();
+    return self().extend(productOf(2, n), [=](T* to) { writeHexBytes(to, bytes, n); });
 }
 
 template <typename Derived, StrChar T>
 Derived& StrAppender<Derived, T>::appendConverted(const OtherChar* text, long length) noexcept
 {
-    if (text && length > 0)
-        convertChars(self().extendBy(length), text, length);
-    return self();
+    if (!text || length < 1)
+        return self();
+    return self().extend(length, [=](T* to) { convertChars(to, text, length); });
 }
 
 template class StrAppender<ZGStr<char>, char>;

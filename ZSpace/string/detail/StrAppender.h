@@ -14,7 +14,8 @@ namespace ZSpace::detail {
 /// narrowing keeps the low 8 bits, widening zero-extends.
 ///
 /// `Derived` provides `append` and, for `n` of at least 1, three functions that extend the string by `n`
-/// characters and return where to write them: `extendBy`, `extendByDigits` and `extendByHexDigits`.
+/// characters, which `write(to)` writes: `extend`, `extendByDigits` and `extendByHexDigits`. What `write` reads
+/// may lie in the string, so the old array outlives the call.
 template <typename Derived, StrChar T>
 class StrAppender {
     using OtherChar = std::conditional_t<std::same_as<T, char>, wchar_t, char>;
@@ -64,6 +65,7 @@ public:
     }
     /// Appends two hexadecimal digits for each of `n` bytes, in memory order.
     Derived& appendHexOf(const void* bytes, long n) noexcept;
+    Derived& appendHexOf(bool) = delete;
 
     // As `appendValueOf` without `emptyIfZero`
 

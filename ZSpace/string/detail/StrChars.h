@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <climits>
 #include <concepts>
 #include <cstddef>
 #include <cstring>
@@ -42,6 +43,46 @@ static_assert(sizeof(wchar_t) == 4, "wide strings hold 32-bit code units");
     return static_cast<std::size_t>(n);
 }
 
+/// Types that can index a string: integers, unscoped enumerations and whatever else converts to an integer.
+template <typename I>
+concept StrIndex = std::convertible_to<I, long long> && !std::is_floating_point_v<I>;
+
+/// An index or a count as `long`; an unsigned value beyond its range saturates.
+template <StrIndex I>
+[[nodiscard]] constexpr long saturated(I value) noexcept
+{
+    const auto number = +value;
+    if constexpr (std::is_unsigned_v<decltype(+value)>)
+        return number > static_cast<unsigned long>(LONG_MAX) ? LONG_MAX : static_cast<long>(number);
+    else
+        return static_cast<long>(number);
+}
+
+/// What an operation on characters must not silently accept: other characters and all that indexes a string.
+template <typename I, typename T>
+concept NotStrChar = StrIndex<I> && !std::same_as<I, T>;
+
+// Arithmetic on lengths that callers pass. It saturates, so that with an absurd length the allocation fails
+// and the addition does not overflow.
+
+[[nodiscard]] constexpr long sumOf(long a, long b) noexcept
+{
+    long sum = 0;
+    return __builtin_add_overflow(a, b, &sum) ? (a < 0 ? LONG_MIN : LONG_MAX) : sum;
+}
+
+[[nodiscard]] constexpr long differenceOf(long a, long b) noexcept
+{
+    long difference = 0;
+    return __builtin_sub_overflow(a, b, &difference) ? (a < b ? LONG_MIN : LONG_MAX) : difference;
+}
+
+[[nodiscard]] constexpr long productOf(long a, long b) noexcept
+{
+    long product = 0;
+    return __builtin_mul_overflow(a, b, &product) ? ((a < 0) == (b < 0) ? LONG_MAX : LONG_MIN) : product;
+}
+
 /// Characters are ordered as signed numbers, whether or not the host's `char` and `wchar_t` are signed.
 template <StrChar T>
 [[nodiscard]] constexpr auto signedOf(T c) noexcept
@@ -79,6 +120,13 @@ template <StrChar T>
         return static_cast<long>(::wcsnlen(text, unsignedOf(limit)));
 }
 
+/// How many characters a copy of a string with an explicit length has: none if the first one is zero.
+template <StrChar T>
+[[nodiscard]] constexpr long copiedLength(const T* text, long length) noexcept
+{
+    return length < 1 || !text || *text == 0 ? 0 : length; // does not read the text if the length is below 1
+}
+
 /// `n` may be 0 with null pointers.
 template <StrChar T>
 inline void copyChars(T* to, const T* from, long n) noexcept
@@ -100,7 +148,7 @@ template <StrChar To, StrChar From>
 inline void convertChars(To* to, const From* from, long n) noexcept
 {
     if constexpr (std::same_as<To, From>) {
-        copyChars(to, from, n);
+        moveChars(to, from, n);
     } else {
         for (long i = 0; i < n; ++i)
             to[i] = static_cast<To>(unsignedOf(from[i]));

@@ -81,8 +81,9 @@ void writeHex(T* to, unsigned long long value, long digits) noexcept
 template <StrChar T>
 void writeHexBytes(T* to, const void* bytes, long n) noexcept
 {
+    // Backward, so that bytes in front of `to` are read before digits overwrite them.
     const auto* from = static_cast<const unsigned char*>(bytes);
-    for (long i = 0; i < n; ++i)
+    for (long i = n; i-- > 0;)
         writePair(to + 2 * i, s_hexPairs[from[i]]);
 }
 

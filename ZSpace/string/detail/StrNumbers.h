@@ -80,23 +80,24 @@ template <StrChar T>
 template <StrChar T>
 void readHexBytes(void* to, const T* text, long count) noexcept;
 
-/// Types that print as hexadecimal numbers; a character prints as its number.
+/// Types that print as hexadecimal numbers: integers, characters and unscoped enumerations, but not `bool`.
 template <typename I>
-concept StrHexInteger = std::integral<I> && !std::same_as<I, bool>;
+concept StrHexInteger = UnscopedEnum<I> ||(std::integral<I> && !std::same_as<I, bool>);
 
-/// Types that print as hexadecimal numbers into a caller's array.
-template <typename U>
-concept StrHexWord = OneOf<U, unsigned char, unsigned short, unsigned int, unsigned long long>;
+/// The unsigned type whose bits are printed; an enumeration prints as the integer that it is promoted to.
+template <StrHexInteger I>
+using HexWord = std::make_unsigned_t<typename std::conditional_t<std::is_enum_v<I>,
+    std::common_type<decltype(+I())>, std::type_identity<I>>::type>;
 
 /// The two's complement bits, zero above the width of the type.
 template <StrHexInteger I>
 [[nodiscard]] constexpr unsigned long long bitsOf(I value) noexcept
 {
-    return static_cast<std::make_unsigned_t<I>>(value);
+    return static_cast<HexWord<I>>(value);
 }
 
 template <StrHexInteger I>
-constexpr long s_hexDigits = static_cast<long>(2 * sizeof(I));
+constexpr long s_hexDigits = static_cast<long>(2 * sizeof(HexWord<I>));
 
 namespace numbers {
 

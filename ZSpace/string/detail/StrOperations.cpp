@@ -15,7 +15,7 @@ long compare(ZStrToken<T> a, ZStrToken<T> b) noexcept
     const long i = mismatch<T>(a, b, n);
     if (i < n)
         return signedOf(static_cast<const T*>(a)[i]) < signedOf(static_cast<const T*>(b)[i]) ? -1 : 1;
-    return a.Length() - b.Length();
+    return differenceOf(a.Length(), b.Length());
 }
 
 template <StrChar T>
@@ -28,7 +28,7 @@ long compareIgnoreCase(ZStrToken<T> a, ZStrToken<T> b) noexcept
         const T ofB = lowerOf(static_cast<const T*>(b)[i]);
         return signedOf(ofA) < signedOf(ofB) ? -1 : 1;
     }
-    return a.Length() - b.Length();
+    return differenceOf(a.Length(), b.Length());
 }
 
 template <StrChar T>

@@ -30,7 +30,7 @@ Replacement<T>::Replacement(ZStrToken<T> text, ZStrToken<T> what, ZStrToken<T> w
 template <StrChar T>
 long Replacement<T>::length() const noexcept
 {
-    return m_text.Length() + m_hits * (m_with.Length() - m_what.Length());
+    return sumOf(m_text.Length(), productOf(m_hits, m_with.Length() - m_what.Length()));
 }
 
 template <StrChar T>
