@@ -11,6 +11,9 @@ set(ZSPACE_CMAKE_FOLDER "${CMAKE_INSTALL_LIBDIR}/cmake/ZSpace")
 install(TARGETS CdkRSUninstaller)
 install(TARGETS zspace EXPORT ZSpaceTargets
     FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+# Bridges to other libraries; not part of the verified header set, since they compile only where those are installed.
+install(FILES ZSpace/interop/Fmt.h ZSpace/interop/StdFormat.h
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ZSpace/interop")
 install(EXPORT ZSpaceTargets NAMESPACE ZSpace:: DESTINATION "${ZSPACE_CMAKE_FOLDER}")
 
 configure_package_config_file(cmake/ZSpaceConfig.cmake.in "${PROJECT_BINARY_DIR}/ZSpaceConfig.cmake"

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "ZSpace/string/ZMStr.h"
 #include "ZSpace/value/ZGUID.h"
 #include "ZSpace/value/ZTime.h"
 
@@ -11,11 +12,29 @@
 #if __has_include(<fmt/format.h>)
 #include <fmt/format.h>
 
-/// {fmt} formats times and GUIDs in their text forms, with the format specifications of strings:
+/// {fmt} formats the three string classes, and times and GUIDs in their text forms, with the format specifications
+/// of strings:
 ///
-///     fmt::format("{} {:>40}", ZTime(true), guid)
+///     fmt::print("{:>10} {}", text.left(4), ZTime(true));
 ///
-/// The library itself does not depend on {fmt}. Without it this header declares nothing.
+/// No other header of the library includes this one. Without {fmt} it declares nothing.
+template <ZSpace::detail::StrChar T>
+struct fmt::formatter<ZSpace::ZStrToken<T>, T> : fmt::formatter<fmt::basic_string_view<T>, T> {
+    template <typename Context>
+    auto format(ZSpace::ZStrToken<T> text, Context& context) const
+    {
+        return fmt::formatter<fmt::basic_string_view<T>, T>::format({text.data(), text.size()}, context);
+    }
+};
+
+template <ZSpace::detail::StrChar T>
+struct fmt::formatter<ZSpace::ZGStr<T>, T> : fmt::formatter<ZSpace::ZStrToken<T>, T> {
+};
+
+template <ZSpace::detail::StrChar T>
+struct fmt::formatter<ZSpace::ZMStr<T>, T> : fmt::formatter<ZSpace::ZStrToken<T>, T> {
+};
+
 template <ZSpace::detail::StrChar T>
 struct fmt::formatter<ZSpace::ZTime, T> : fmt::formatter<fmt::basic_string_view<T>, T> {
     template <typename Context>

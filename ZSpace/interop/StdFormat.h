@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "ZSpace/string/ZMStr.h"
 #include "ZSpace/value/ZGUID.h"
 #include "ZSpace/value/ZTime.h"
 
@@ -13,11 +14,29 @@
 #ifdef __cpp_lib_format
 #include <format>
 
-/// `std::format` formats times and GUIDs in their text forms, with the format specifications of strings:
+/// `std::format` formats the three string classes, and times and GUIDs in their text forms, with the format
+/// specifications of strings:
 ///
-///     std::format("{} {:>40}", ZTime(true), guid)
+///     std::format("{:>10} {}", text.left(4), ZTime(true))
 ///
 /// Declares nothing where the standard library has no `std::format`.
+template <ZSpace::detail::StrChar T>
+struct std::formatter<ZSpace::ZStrToken<T>, T> : std::formatter<std::basic_string_view<T>, T> {
+    template <typename Context>
+    auto format(ZSpace::ZStrToken<T> text, Context& context) const
+    {
+        return std::formatter<std::basic_string_view<T>, T>::format({text.data(), text.size()}, context);
+    }
+};
+
+template <ZSpace::detail::StrChar T>
+struct std::formatter<ZSpace::ZGStr<T>, T> : std::formatter<ZSpace::ZStrToken<T>, T> {
+};
+
+template <ZSpace::detail::StrChar T>
+struct std::formatter<ZSpace::ZMStr<T>, T> : std::formatter<ZSpace::ZStrToken<T>, T> {
+};
+
 template <ZSpace::detail::StrChar T>
 struct std::formatter<ZSpace::ZTime, T> : std::formatter<std::basic_string_view<T>, T> {
     template <typename Context>

@@ -12,6 +12,9 @@
 #include <climits>
 #include <compare>
 #include <concepts>
+#include <functional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace ZSpace {
@@ -87,6 +90,12 @@ public:
         : m_text(std::exchange(other.m_text, nullptr))
     {
     }
+    /// Copies the characters of a standard string or view; empty if the first one is zero.
+    template <detail::StdText<T> S>
+    ZGStr(const S& text)
+        : ZGStr(Token(text))
+    {
+    }
     /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZGStr(const U* text) noexcept
@@ -123,6 +132,17 @@ public:
     ZGStr& operator=(ZGStr&& other) noexcept;
     ZGStr& operator=(Token text);
     ZGStr& operator=(const T* text);
+    template <detail::StdText<T> S>
+    ZGStr& operator=(const S& text)
+    {
+        return *this = Token(text);
+    }
+    /// Converts from the other width, as `operator<<` does.
+    template <detail::OtherWidthText<T> S>
+    ZGStr& operator=(const S& text)
+    {
+        return *this = ZGStr(ZStrToken<typename Appender::OtherChar>(text));
+    }
     ZGStr& operator=(const ZMStr<T>& text);
     /// Replaces the content by a copy of the viewed characters; empty if the first one is zero.
     ZGStr& assign(Token text) { return assign(text, text.Length()); }
@@ -167,12 +187,35 @@ public:
         return append(&c, 1);
     }
     ZGStr& operator+=(Token text) noexcept { return append(text); }
+    /// Converts from the other width, as `operator<<` does.
+    template <detail::OtherWidthText<T> S>
+    ZGStr& operator+=(const S& text) noexcept
+    {
+        return *this << ZStrToken<typename Appender::OtherChar>(text);
+    }
     template <std::same_as<T> C>
     ZGStr& operator+=(const C& c) noexcept
     {
         return append(c);
     }
     ZGStr operator+(Token text) const noexcept { return concat(text); }
+    template <std::same_as<T> C>
+    friend ZGStr operator+(const C* first, const ZGStr& second) noexcept
+    {
+        return ZGStr(first) << second;
+    }
+    template <std::same_as<T> C>
+    friend ZGStr operator+(C first, const ZGStr& second) noexcept
+    {
+        return ZGStr(&first, 1) << second;
+    }
+    template <detail::StdText<T> S>
+    friend ZGStr operator+(const S& first, const ZGStr& second) noexcept
+    {
+        return ZGStr(first) << second;
+    }
+    template <detail::NotStrChar<T> I>
+    friend ZGStr operator+(I, const ZGStr&) = delete;
     template <std::same_as<T> C>
     ZGStr operator+(const C& c) const noexcept
     {
@@ -379,6 +422,16 @@ public:
     }
 
     bool operator==(Token other) const noexcept { return this->isLike(other); }
+    template <detail::StdText<T> S>
+    bool operator==(const S& other) const noexcept
+    {
+        return this->isLike(other);
+    }
+    template <detail::StdText<T> S>
+    std::weak_ordering operator<=>(const S& other) const noexcept
+    {
+        return this->compare(other) <=> 0;
+    }
     bool operator==(const T* other) const noexcept { return isSame(m_text, other); }
     bool operator==(const ZGStr& other) const noexcept { return isSame(m_text, other.m_text); }
     bool operator==(const ZMStr<T>& other) const noexcept { return this->isLike(other); }
@@ -436,7 +489,6 @@ public:
 
     // Substrings
 
-    using Queries::left, Queries::right, Queries::subString;
     static Token left(const T* text, long length, long n) noexcept { return Token(text, length).left(n); }
     static Token right(const T* text, long length, long n) noexcept { return Token(text, length).right(n); }
     static Token subString(const T* text, long length, long start, long count) noexcept
@@ -538,26 +590,70 @@ public:
 
     /// Negative indices count from the end. Throws `ZException` "Index out of range" if there is no such
     /// character.
-    T& at(long index) { return charAt(m_text, index); }
-    const T& at(long index) const { return charAt(m_text, index); } // NOLINT(modernize-use-nodiscard)
+    T& at(long index) ZSPACE_LIFETIMEBOUND { return charAt(m_text, index); }
+    const T& at(long index) const ZSPACE_LIFETIMEBOUND
+    {
+        return charAt(m_text, index);
+    } // NOLINT(modernize-use-nodiscard)
     static T& charAt(T* text, long index);
     static const T& charAt(const T* text, long index);
     /// As `at`.
     template <detail::StrIndex I>
-    T& operator[](I index)
+    T& operator[](I index) ZSPACE_LIFETIMEBOUND
     {
         return at(detail::saturated(index));
     }
     /// As `at`.
     template <detail::StrIndex I>
-    const T& operator[](I index) const
+    const T& operator[](I index) const ZSPACE_LIFETIMEBOUND
     {
         return at(detail::saturated(index));
     }
     template <std::floating_point F>
     const T& operator[](F) const = delete;
     /// The pointer as it is, so null for a string that never had any characters.
-    operator const T*() const noexcept { return m_text; }
+    operator const T*() const noexcept ZSPACE_LIFETIMEBOUND { return m_text; }
+    /// A standard view of the characters.
+    operator std::basic_string_view<T>() const noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return detail::standardView(Token(*this));
+    }
+    /// A copy of the characters. Explicit, so that `string = text` keeps meaning the pointer.
+    explicit operator std::basic_string<T>() const
+    {
+        return std::basic_string<T>(detail::standardView(Token(*this)));
+    }
+    /// The pointer as it is, which may be null.
+    [[nodiscard]] const T* data() const noexcept ZSPACE_LIFETIMEBOUND { return m_text; }
+    [[nodiscard]] const T* begin() const noexcept ZSPACE_LIFETIMEBOUND { return m_text; }
+    [[nodiscard]] const T* end() const noexcept ZSPACE_LIFETIMEBOUND { return m_text + this->size(); }
+    friend std::basic_ostream<T>& operator<<(std::basic_ostream<T>& out, const ZGStr& text)
+    {
+        return detail::print(out, Token(text));
+    }
+    template <std::same_as<wchar_t> W>
+    requires std::same_as<T, char>
+    friend std::basic_ostream<W>& operator<<(std::basic_ostream<W>& out, const ZGStr& text)
+    {
+        return detail::print(out, ZStrToken<char>(text));
+    }
+
+    // Substrings, which view this string's characters
+
+    /// The first `n` characters, or all of them if there are fewer.
+    Token left(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::left(n); }
+    /// The last `n` characters, or all of them if there are fewer.
+    Token right(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::right(n); }
+    /// Up to `count` characters from `start` on, all of them if `count` is negative.
+    Token subString(long start, long count = -1) const noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return Queries::subString(start, count);
+    }
+    /// As `subString`.
+    Token operator()(long start, long count) const noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return Queries::subString(start, count);
+    }
 
 private:
     ZGStr& adopt(T* text) noexcept;
@@ -615,3 +711,8 @@ extern template class ZGStr<char>;
 extern template class ZGStr<wchar_t>;
 
 } // namespace ZSpace
+
+/// As the hash of a `ZStrToken` of the same characters.
+template <typename T>
+struct std::hash<ZSpace::ZGStr<T>> : std::hash<ZSpace::ZStrToken<T>> {
+};

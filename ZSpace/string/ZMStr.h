@@ -9,8 +9,11 @@
 
 #include <compare>
 #include <concepts>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace ZSpace {
@@ -77,6 +80,12 @@ public:
     }
     /// Leaves `other` like a default builder.
     ZMStr(ZMStr&& other) noexcept { swap(other); }
+    /// Copies the characters of a standard string or view; empty if the first one is zero.
+    template <detail::StdText<T> S>
+    ZMStr(const S& text)
+        : ZMStr(Token(text))
+    {
+    }
     /// Converts from the other width.
     template <detail::OtherStrChar<T> U>
     explicit ZMStr(const U* text) noexcept
@@ -119,6 +128,17 @@ public:
     ZMStr& operator=(ZMStr&& other) noexcept;
     ZMStr& operator=(Token text);
     ZMStr& operator=(const T* text);
+    template <detail::StdText<T> S>
+    ZMStr& operator=(const S& text)
+    {
+        return *this = Token(text);
+    }
+    /// Converts from the other width, as `operator<<` does.
+    template <detail::OtherWidthText<T> S>
+    ZMStr& operator=(const S& text)
+    {
+        return *this = ZMStr(ZStrToken<typename Appender::OtherChar>(text));
+    }
     ZMStr& operator=(const ZGStr<T>& text);
     /// A new array with all characters, including zeros, which the caller frees with `ZGStr<T>::release`.
     T* clone() const; // NOLINT(modernize-use-nodiscard)
@@ -134,7 +154,48 @@ public:
     /// The number of usable elements, including the terminator.
     [[nodiscard]] long Capacity() const noexcept { return m_capacity; }
     /// The buffer as it is, which may be null.
-    operator const T*() const noexcept { return m_buffer; }
+    operator const T*() const noexcept ZSPACE_LIFETIMEBOUND { return m_buffer; }
+    /// A standard view of the characters.
+    operator std::basic_string_view<T>() const noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return detail::standardView(Token(*this));
+    }
+    /// A copy of the characters. Explicit, so that `string = text` keeps meaning the pointer.
+    explicit operator std::basic_string<T>() const
+    {
+        return std::basic_string<T>(detail::standardView(Token(*this)));
+    }
+    /// The pointer as it is, which may be null.
+    [[nodiscard]] const T* data() const noexcept ZSPACE_LIFETIMEBOUND { return m_buffer; }
+    [[nodiscard]] const T* begin() const noexcept ZSPACE_LIFETIMEBOUND { return m_buffer; }
+    [[nodiscard]] const T* end() const noexcept ZSPACE_LIFETIMEBOUND { return m_buffer + this->size(); }
+    friend std::basic_ostream<T>& operator<<(std::basic_ostream<T>& out, const ZMStr& text)
+    {
+        return detail::print(out, Token(text));
+    }
+    template <std::same_as<wchar_t> W>
+    requires std::same_as<T, char>
+    friend std::basic_ostream<W>& operator<<(std::basic_ostream<W>& out, const ZMStr& text)
+    {
+        return detail::print(out, ZStrToken<char>(text));
+    }
+
+    // Substrings, which view this string's characters
+
+    /// The first `n` characters, or all of them if there are fewer.
+    Token left(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::left(n); }
+    /// The last `n` characters, or all of them if there are fewer.
+    Token right(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::right(n); }
+    /// Up to `count` characters from `start` on, all of them if `count` is negative.
+    Token subString(long start, long count = -1) const noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return Queries::subString(start, count);
+    }
+    /// As `subString`.
+    Token operator()(long start, long count) const noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return Queries::subString(start, count);
+    }
 
     /// Reallocates to capacity `n` + 1 and keeps the first `n` characters.
     void alloc(long n);
@@ -167,12 +228,35 @@ public:
         return extend(1, [copied = c](T* to) { *to = copied; }); // `c` may be the terminator
     }
     ZMStr& operator+=(Token text) noexcept { return append(text); }
+    /// Converts from the other width, as `operator<<` does.
+    template <detail::OtherWidthText<T> S>
+    ZMStr& operator+=(const S& text) noexcept
+    {
+        return *this << ZStrToken<typename Appender::OtherChar>(text);
+    }
     template <std::same_as<T> C>
     ZMStr& operator+=(const C& c) noexcept
     {
         return append(c);
     }
     ZMStr operator+(Token text) const noexcept { return concat(text); }
+    template <std::same_as<T> C>
+    friend ZMStr operator+(const C* first, const ZMStr& second) noexcept
+    {
+        return ZMStr(first) << second;
+    }
+    template <std::same_as<T> C>
+    friend ZMStr operator+(C first, const ZMStr& second) noexcept
+    {
+        return ZMStr(&first, 1) << second;
+    }
+    template <detail::StdText<T> S>
+    friend ZMStr operator+(const S& first, const ZMStr& second) noexcept
+    {
+        return ZMStr(first) << second;
+    }
+    template <detail::NotStrChar<T> I>
+    friend ZMStr operator+(I, const ZMStr&) = delete;
     template <std::same_as<T> C>
     ZMStr operator+(const C& c) const noexcept
     {
@@ -222,6 +306,16 @@ public:
     // Comparison
 
     bool operator==(Token other) const noexcept { return this->isLike(other); }
+    template <detail::StdText<T> S>
+    bool operator==(const S& other) const noexcept
+    {
+        return this->isLike(other);
+    }
+    template <detail::StdText<T> S>
+    std::weak_ordering operator<=>(const S& other) const noexcept
+    {
+        return this->compare(other) <=> 0;
+    }
     bool operator==(const T* other) const noexcept { return this->isLike(other); }
     bool operator==(const ZGStr<T>& other) const noexcept { return this->isLike(other); }
     bool operator==(const ZMStr& other) const noexcept { return this->isLike(other); }
@@ -268,19 +362,22 @@ public:
 
     /// Negative indices count from the end. Throws `ZException` "Index out of range" for an index that is
     /// still negative then, and for one that is not before the first zero.
-    T& at(long index) { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
+    T& at(long index) ZSPACE_LIFETIMEBOUND { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
     /// As above.
     // NOLINTNEXTLINE(modernize-use-nodiscard)
-    const T& at(long index) const { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
+    const T& at(long index) const ZSPACE_LIFETIMEBOUND
+    {
+        return ZGStr<T>::charAt(m_buffer, positionOf(index));
+    }
     /// As `at`.
     template <detail::StrIndex I>
-    T& operator[](I index)
+    T& operator[](I index) ZSPACE_LIFETIMEBOUND
     {
         return at(detail::saturated(index));
     }
     /// As `at`.
     template <detail::StrIndex I>
-    const T& operator[](I index) const
+    const T& operator[](I index) const ZSPACE_LIFETIMEBOUND
     {
         return at(detail::saturated(index));
     }
@@ -381,3 +478,8 @@ extern template class ZMStr<char>;
 extern template class ZMStr<wchar_t>;
 
 } // namespace ZSpace
+
+/// As the hash of a `ZStrToken` of the same characters.
+template <typename T>
+struct std::hash<ZSpace::ZMStr<T>> : std::hash<ZSpace::ZStrToken<T>> {
+};

@@ -8,6 +8,9 @@
 
 #include <compare>
 #include <concepts>
+#include <functional>
+#include <string>
+#include <string_view>
 
 namespace ZSpace {
 
@@ -45,9 +48,21 @@ public:
     {
     }
     /// The string's characters, which are counted once.
-    inline ZStrToken(const ZGStr<T>& text) noexcept;
+    inline ZStrToken(const ZGStr<T>& text ZSPACE_LIFETIMEBOUND) noexcept;
     /// The builder's characters, in its stored length.
-    inline ZStrToken(const ZMStr<T>& text) noexcept;
+    inline ZStrToken(const ZMStr<T>& text ZSPACE_LIFETIMEBOUND) noexcept;
+    /// The same characters.
+    template <std::same_as<std::basic_string_view<T>> S>
+    constexpr ZStrToken(S text) noexcept
+        : ZStrToken(text.data(), static_cast<long>(text.size()))
+    {
+    }
+    /// The string's characters.
+    template <std::same_as<std::basic_string<T>> S>
+    ZStrToken(const S& text ZSPACE_LIFETIMEBOUND) noexcept
+        : ZStrToken(text.data(), static_cast<long>(text.size()))
+    {
+    }
 
     /// Makes this a view of the same characters; nothing is copied.
     ZStrToken& assign(ZStrToken other) noexcept { return *this = other; }
@@ -62,6 +77,25 @@ public:
     [[nodiscard]] constexpr bool operator!() const noexcept { return isEmpty(); }
     /// The pointer as given. A terminator need not follow the last character.
     constexpr operator const T*() const noexcept { return m_text; }
+    /// The same characters as a standard view.
+    constexpr operator std::basic_string_view<T>() const noexcept { return detail::standardView(*this); }
+    /// A copy of the viewed characters. Implicit, so that `string = token`, in which only the pointer would count,
+    /// is ambiguous and does not compile: write `string = std::string(token)`.
+    operator std::basic_string<T>() const { return std::basic_string<T>(detail::standardView(*this)); }
+    /// The pointer as given.
+    [[nodiscard]] constexpr const T* data() const noexcept { return m_text; }
+    [[nodiscard]] constexpr const T* begin() const noexcept { return m_text; }
+    [[nodiscard]] constexpr const T* end() const noexcept { return m_text + detail::lengthOf(*this); }
+    friend std::basic_ostream<T>& operator<<(std::basic_ostream<T>& out, ZStrToken text)
+    {
+        return detail::print(out, text);
+    }
+    template <std::same_as<wchar_t> W>
+    requires std::same_as<T, char>
+    friend std::basic_ostream<W>& operator<<(std::basic_ostream<W>& out, const ZStrToken& text)
+    {
+        return detail::print(out, text);
+    }
     /// The first character, or 0 if the view is empty.
     constexpr T operator*() const noexcept { return isEmpty() ? T() : *m_text; }
     /// Throws `ZException` "Index out of Array" if the index is negative or not below the length.
@@ -107,9 +141,9 @@ public:
         return count(ZStrToken(what, length));
     }
     /// As `s_verify(ZStrToken, long)`.
-    [[nodiscard]] long s_verify(const T* set, long setLength, long from = 0) const noexcept
+    [[nodiscard]] long s_verify(const T* set, long setLength) const noexcept
     {
-        return s_verify(ZStrToken(set, setLength), from);
+        return s_verify(ZStrToken(set, setLength));
     }
 
     /// A copy with "A" to "Z" in lower case. The viewed characters do not change.
@@ -127,6 +161,16 @@ public:
 
     bool operator==(ZStrToken other) const noexcept { return m_text == other.m_text || this->isLike(other); }
     bool operator==(const T* other) const noexcept { return m_text == other || this->isLike(other); }
+    template <detail::StdText<T> S>
+    bool operator==(const S& other) const noexcept
+    {
+        return *this == ZStrToken(other);
+    }
+    template <detail::StdText<T> S>
+    std::weak_ordering operator<=>(const S& other) const noexcept
+    {
+        return this->compare(other) <=> 0;
+    }
     bool operator==(const ZGStr<T>& other) const noexcept { return *this == ZStrToken(other); }
     bool operator==(const ZMStr<T>& other) const noexcept { return *this == ZStrToken(other); }
     std::weak_ordering operator<=>(ZStrToken other) const noexcept { return this->compare(other) <=> 0; }
@@ -153,3 +197,12 @@ extern template class ZStrToken<char>;
 extern template class ZStrToken<wchar_t>;
 
 } // namespace ZSpace
+
+/// Hashes the characters, so as equal strings of all three classes and of the standard library do.
+template <typename T>
+struct std::hash<ZSpace::ZStrToken<T>> {
+    std::size_t operator()(std::basic_string_view<T> text) const noexcept
+    {
+        return std::hash<std::basic_string_view<T>>()(text);
+    }
+};

@@ -244,7 +244,8 @@ TYPED_TEST(OutputShapes, TextOfTheOtherWidthIsTakenOnlyWhenAskedFor)
     EXPECT_EQ(str(TypeParam(ZStrToken<U>(lit<U>("ab")))), "ab");
     static_assert(!std::is_convertible_v<const U*, TypeParam>);
     static_assert(!std::is_convertible_v<ZGStr<U>, TypeParam>);
-    static_assert(!std::is_assignable_v<TypeParam&, const U*>);
+    TypeParam assigned; // like `<<`, an assignment names its target
+    EXPECT_EQ(str(assigned = lit<U>("ab")), "ab");
 }
 
 TEST(StringCallShapes, ZeroIsACapacityAndNullIsAnEmptyString)

@@ -18,9 +18,10 @@ namespace ZSpace::detail {
 /// may lie in the string, so the old array outlives the call.
 template <typename Derived, StrChar T>
 class StrAppender {
+public:
+    /// The characters of the other width.
     using OtherChar = std::conditional_t<std::same_as<T, char>, wchar_t, char>;
 
-public:
     /// Appends a decimal integer.
     template <StrInteger I>
     Derived& appendValueOf(I number, bool emptyIfZero = false) noexcept
@@ -41,6 +42,11 @@ public:
     /// Appends the integer part and, unless it is 0, "." and the fraction: no exponent, no rounding, at most
     /// 41 characters. Values beyond 64 bits saturate and NaN prints as 0.
     Derived& appendValueOf(double number, bool emptyIfZero = false) noexcept;
+    /// As for `double`, to which the number is rounded.
+    Derived& appendValueOf(long double number, bool emptyIfZero = false) noexcept
+    {
+        return appendValueOf(static_cast<double>(number), emptyIfZero);
+    }
     /// Appends the character itself.
     Derived& appendValueOf(char c) noexcept { return appendText(&c, 1); }
     /// Appends the character itself.
@@ -81,6 +87,7 @@ public:
     }
     Derived& operator<<(float number) noexcept { return appendValueOf(number); }
     Derived& operator<<(double number) noexcept { return appendValueOf(number); }
+    Derived& operator<<(long double number) noexcept { return appendValueOf(number); }
     Derived& operator<<(char c) noexcept { return appendValueOf(c); }
     Derived& operator<<(wchar_t c) noexcept { return appendValueOf(c); }
     Derived& operator<<(const char* text) noexcept { return appendValueOf(text); }
@@ -89,6 +96,11 @@ public:
     Derived& operator<<(const ZGStr<T>& text) noexcept { return appendView(ZStrToken<T>(text)); }
     Derived& operator<<(const ZMStr<T>& text) noexcept { return appendView(ZStrToken<T>(text)); }
     Derived& operator<<(const ZStrToken<T>& text) noexcept { return appendView(text); }
+    template <typename S>
+    requires(StdText<S, char> || StdText<S, wchar_t>) Derived& operator<<(const S& text) noexcept
+    {
+        return appendView(ZStrToken<typename S::value_type>(text));
+    }
     template <OtherStrChar<T> U>
     Derived& operator<<(const ZGStr<U>& text) noexcept
     {

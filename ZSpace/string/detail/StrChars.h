@@ -8,7 +8,17 @@
 #include <cstddef>
 #include <cstring>
 #include <cwchar>
+#include <string>
+#include <string_view>
 #include <type_traits>
+
+/// Marks functions that return a pointer or a view into their object, and parameters that a result views: clang
+/// then warns when the result outlives a temporary.
+#if defined(__clang__) && __has_cpp_attribute(clang::lifetimebound)
+#define ZSPACE_LIFETIMEBOUND [[clang::lifetimebound]]
+#else
+#define ZSPACE_LIFETIMEBOUND
+#endif
 
 namespace ZSpace {
 
@@ -35,6 +45,16 @@ concept StrChar = OneOf<T, char, wchar_t>;
 /// The character of the other width.
 template <typename U, typename T>
 concept OtherStrChar = StrChar<U> && !std::same_as<U, T>;
+
+/// The standard library's strings and views of `T`, exactly.
+template <typename S, typename T>
+concept StdText = OneOf<S, std::basic_string_view<T>, std::basic_string<T>>;
+
+/// Strings of the width other than that of `T`, in every form that `operator<<` converts.
+template <typename S, typename T>
+concept OtherWidthText = StrChar<T> && std::convertible_to < const S&,
+        ZStrToken < std::conditional_t < std::same_as<T, char>, wchar_t,
+char >>> &&!std::convertible_to<const S&, ZStrToken<T>>;
 
 static_assert(sizeof(wchar_t) == 4, "wide strings hold 32-bit code units");
 

@@ -6,6 +6,8 @@
 #include "ZSpace/string/ZStrToken.h"
 #include "ZSpace/string/detail/StrSearch.h"
 
+#include <ostream>
+
 namespace ZSpace::detail {
 
 template <StrChar T>
@@ -81,7 +83,7 @@ long count(ZStrToken<T> text, T c) noexcept
 template <StrChar T>
 long count(ZStrToken<T> text, ZStrToken<T> what) noexcept
 {
-    return countOf<T>(text, text.Length(), what, what.Length());
+    return countOf<T>(text, lengthOf(text), what, what.Length());
 }
 
 template <StrChar T>
@@ -108,6 +110,21 @@ long verify(ZStrToken<T> text, ZStrToken<T> set, long from) noexcept
     return other < length ? other : -1;
 }
 
+template <StrChar T>
+std::basic_ostream<T>& print(std::basic_ostream<T>& out, ZStrToken<T> text)
+{
+    return out << standardView(text);
+}
+
+std::wostream& print(std::wostream& out, ZStrToken<char> text)
+{
+    std::wstring wide(unsignedOf(lengthOf(text)), L'\0');
+    convertChars<wchar_t, char>(wide.data(), text, lengthOf(text));
+    return out << wide;
+}
+
+template std::ostream& print(std::ostream&, ZStrToken<char>);
+template std::wostream& print(std::wostream&, ZStrToken<wchar_t>);
 template long compare(ZStrToken<char>, ZStrToken<char>) noexcept;
 template long compare(ZStrToken<wchar_t>, ZStrToken<wchar_t>) noexcept;
 template long compareIgnoreCase(ZStrToken<char>, ZStrToken<char>) noexcept;

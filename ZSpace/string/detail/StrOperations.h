@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <climits>
 #include <concepts>
+#include <iosfwd>
 
 /// The queries of the string classes, as functions of views: members and static routines forward to these.
 /// The classes document what they return. A negative length counts as 0 except where lengths are compared.
@@ -36,6 +37,12 @@ template <StrChar T>
 [[nodiscard]] long verify(ZStrToken<T> text, T c, long from) noexcept;
 template <StrChar T>
 [[nodiscard]] long verify(ZStrToken<T> text, ZStrToken<T> set, long from) noexcept;
+
+/// Formatted output: honors width, fill and adjustment of the stream.
+template <StrChar T>
+std::basic_ostream<T>& print(std::basic_ostream<T>& out, ZStrToken<T> text);
+/// Prints narrow characters to a wide stream, zero-extended.
+std::wostream& print(std::wostream& out, ZStrToken<char> text);
 
 /// The length of a view as operations use it.
 template <StrChar T>
@@ -77,6 +84,12 @@ template <StrChar T>
     const long whole = lengthOf(text);
     const long first = clampedPosition(start, whole);
     return {text + first, clampedCount(count, first, whole)};
+}
+
+template <StrChar T>
+[[nodiscard]] constexpr std::basic_string_view<T> standardView(ZStrToken<T> text) noexcept
+{
+    return {static_cast<const T*>(text), unsignedOf(lengthOf(text))};
 }
 
 template <std::integral I, StrChar T>

@@ -6,6 +6,7 @@
 #include "ZSpace/string/detail/StrOperations.h"
 
 #include <climits>
+#include <cstddef>
 
 namespace ZSpace::detail {
 
@@ -27,6 +28,11 @@ public:
     }
     /// Whether both have the same length and the same characters. There are no wildcards.
     [[nodiscard]] bool isLike(ZStrToken<T> other) const noexcept { return detail::isLike(view(), other); }
+
+    /// The number of characters, for algorithms and ranges.
+    [[nodiscard]] std::size_t size() const noexcept { return unsignedOf(lengthOf(view())); }
+    /// Whether there are no characters.
+    [[nodiscard]] bool empty() const noexcept { return view().isEmpty(); }
 
     /// The index of the first `c` at or after `from`.
     [[nodiscard]] long indexOf(T c, long from = 0) const noexcept { return detail::indexOf(view(), c, from); }
