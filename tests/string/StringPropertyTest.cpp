@@ -8,9 +8,12 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <ios>
 #include <random>
+#include <string>
 #include <type_traits>
 
 using namespace ZSpace;
@@ -239,6 +242,85 @@ TYPED_TEST(StringProperty, FractionsOfPowersOfTwoPrintExactly)
             trimmed.pop_back();
         EXPECT_EQ(str(ZGStr<T>::valueOf(number)), trimmed == "-0" ? "0" : trimmed);
         EXPECT_DOUBLE_EQ(ZGStr<T>::valueOf(number).toDouble(), number);
+    }
+}
+
+/// The fraction digit by digit, as the output is defined.
+std::string printedByDigits(double value)
+{
+    const auto whole = static_cast<long long>(value);
+    double fraction = std::fabs(value - static_cast<double>(whole));
+    std::string digits = std::to_string(whole);
+    if (whole == 0 && value < 0 && fraction != 0)
+        digits.insert(0, "-");
+    if (fraction != 0)
+        digits += '.';
+    while (fraction != 0 && digits.size() < 41) {
+        double digit = 0;
+        fraction = std::modf(fraction * 10, &digit);
+        digits += static_cast<char>('0' + static_cast<int>(digit));
+    }
+    return digits;
+}
+
+TYPED_TEST(StringProperty, FloatingPointNumbersHaveTheDigitsOfDoubleArithmetic)
+{
+    using T = TypeParam;
+    for (int round = 0; round < 60000; ++round) {
+        const auto mantissa = static_cast<double>(this->randomBits() >> 11);
+        const double number = round % 3 == 0
+            ? static_cast<double>(this->randomNumber(-9999999, 9999999)) / 1000
+            : round % 3 == 1 ? std::ldexp(mantissa, -static_cast<int>(this->randomNumber(0, 130)))
+                             : std::ldexp(mantissa, -static_cast<int>(this->randomNumber(0, 1127)));
+        ASSERT_EQ(str(ZGStr<T>::valueOf(number)), printedByDigits(number)) << std::hexfloat << number;
+    }
+}
+
+/// Reading as it is defined: every digit of the fraction divided by its power of ten.
+double readByDigits(const std::string& text)
+{
+    double value = 0;
+    double power = 0;
+    for (const char c : text) {
+        if (c == '.')
+            power = 1;
+        else if (power == 0)
+            value = value * 10 + (c - '0');
+        else
+            value += (c - '0') / (power *= 10);
+    }
+    return value;
+}
+
+TYPED_TEST(StringProperty, FloatingPointNumbersAreReadDigitByDigit)
+{
+    using T = TypeParam;
+    for (int round = 0; round < 20000; ++round) {
+        std::string text;
+        for (long n = this->randomNumber(0, 25); n > 0; --n)
+            text += static_cast<char>(this->randomNumber('0', '9'));
+        text += '.';
+        for (long n = this->randomNumber(0, 30); n > 0; --n)
+            text += static_cast<char>(this->randomNumber('0', '9'));
+        const auto characters = wider<T>(text);
+        ASSERT_EQ(this->view(characters).toDouble(), readByDigits(text)) << text;
+    }
+}
+
+TYPED_TEST(StringProperty, ReadingStopsAtTheFirstCharacterThatIsNoDigit)
+{
+    using T = TypeParam;
+    for (int round = 0; round < 20000; ++round) {
+        auto text = wider<T>("123456789012345678901234");
+        const auto at = static_cast<std::size_t>(this->randomNumber(0, 23));
+        const auto other = static_cast<T>(this->randomNumber(1, 255));
+        if (other >= T('0') && other <= T('9'))
+            continue;
+        text[at] = other;
+        unsigned long long expected = 0;
+        for (std::size_t i = 0; i < at; ++i)
+            expected = expected * 10 + static_cast<unsigned>(text[i] - T('0'));
+        ASSERT_EQ(this->view(text).toUInt64(), expected) << at << ' ' << static_cast<int>(other);
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstring>
+#include <cstdint>
 
 namespace ZSpace::detail {
 
@@ -36,8 +37,21 @@ template <StrChar T>
     return static_cast<T>('0' + digit);
 }
 
-/// Writes a number without a terminator; `length` is `number.length()`. Produces the digits last first, two
-/// per division.
+/// Writes `Digits` digits, an even number, with leading zeros.
+template <int Digits, StrChar T>
+inline void writeDigits(T* to, std::uint32_t number) noexcept
+{
+    if constexpr (Digits > 2) {
+        constexpr auto half = static_cast<std::uint32_t>(numbers::s_powersOfTen[Digits / 4 * 2]);
+        writeDigits<Digits - Digits / 4 * 2>(to, number / half);
+        writeDigits<Digits / 4 * 2>(to + Digits - Digits / 4 * 2, number % half);
+    } else {
+        writePair(to, s_decimalPairs[number]);
+    }
+}
+
+/// Writes a number without a terminator; `length` is `number.length()`. Produces the digits last first, up to
+/// eight per division, so that few divisions depend on each other.
 template <StrChar T>
 inline void writeDecimal(T* to, long length, Decimal number) noexcept
 {
@@ -45,12 +59,19 @@ inline void writeDecimal(T* to, long length, Decimal number) noexcept
         *to = '-';
     T* end = to + length;
     unsigned long long left = number.magnitude;
-    for (; left >= 100; left /= 100)
-        writePair(end -= 2, s_decimalPairs[left % 100]);
-    if (left >= 10)
-        writePair(end - 2, s_decimalPairs[left]);
+    for (; left > UINT32_MAX; left /= 100'000'000)
+        writeDigits<8>(end -= 8, static_cast<std::uint32_t>(left % 100'000'000));
+    auto low = static_cast<std::uint32_t>(left); // 32-bit divisions are faster
+    for (; low >= 10'000; low /= 10'000)
+        writeDigits<4>(end -= 4, low % 10'000);
+    if (low >= 100) {
+        writePair(end -= 2, s_decimalPairs[low % 100]);
+        low /= 100;
+    }
+    if (low >= 10)
+        writePair(end - 2, s_decimalPairs[low]);
     else
-        end[-1] = digitChar<T>(static_cast<unsigned>(left));
+        end[-1] = digitChar<T>(low);
 }
 
 } // namespace ZSpace::detail

@@ -5,9 +5,13 @@
 
 #include "ZSpace/string/detail/StrDigits.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <climits>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 namespace ZSpace::detail {
 
@@ -37,6 +41,116 @@ bool startsWithMinus(const T* text, long n) noexcept
     return n > 0 && *text == '-';
 }
 
+/// The remainder of a fraction between its decimal digits: `mantissa` * 2^-`scale`, below 1.
+///
+/// The digits are those of double arithmetic: each step multiplies by ten, rounds to 53 bits and takes the
+/// integer part off. Doing it with integers is faster, and the same on hosts that fuse multiplications.
+class Fraction {
+public:
+    explicit Fraction(double value) noexcept
+    {
+        constexpr int mantissaBits = 52;
+        const auto bits = std::bit_cast<std::uint64_t>(value);
+        const auto exponent = static_cast<int>(bits >> mantissaBits);
+        m_mantissa = bits & ((std::uint64_t(1) << mantissaBits) - 1);
+        if (exponent > 0)
+            m_mantissa |= std::uint64_t(1) << mantissaBits;
+        m_scale = 1023 + mantissaBits - std::max(exponent, 1);
+        const int zeros = std::countr_zero(m_mantissa);
+        m_mantissa >>= zeros;
+        m_scale -= zeros;
+    }
+
+    [[nodiscard]] bool isZero() const noexcept { return m_mantissa == 0; }
+    /// Whether no further step rounds: five times a multiple of 2^-50 below 1 has at most 53 bits.
+    [[nodiscard]] bool isExact() const noexcept { return m_scale <= 50; }
+
+    /// The next digit.
+    unsigned takeDigit() noexcept
+    {
+        m_mantissa *= 10;
+        if (const int excess = static_cast<int>(std::bit_width(m_mantissa)) - 53; excess > 0) {
+            const std::uint64_t lost = m_mantissa & ((std::uint64_t(1) << excess) - 1);
+            const std::uint64_t half = std::uint64_t(1) << (excess - 1);
+            m_mantissa >>= excess;
+            m_mantissa += lost > half || (lost == half && (m_mantissa & 1));
+            m_scale -= excess;
+        }
+        return m_scale < 64 ? takeInteger(m_mantissa) : 0;
+    }
+
+    /// Writes all further digits of an exact fraction, up to seven zeros after the last one, but stops after
+    /// at least `limit` digits.
+    /// @return the number of digits written, at most `limit` + 7.
+    long writeExact(char* to, long limit) noexcept
+    {
+        long n = 0;
+        // Multiplying by 5^6 and taking 6 from the scale is multiplying by 10^6, and fits into 64 bits.
+        for (; m_scale > 37 && m_mantissa != 0 && n < limit; n += 6) {
+            m_scale -= 6;
+            writeDigits<6>(to + n, takeInteger(m_mantissa * 15'625));
+        }
+        for (; m_mantissa != 0 && n < limit; n += 8)
+            writeDigits<8>(to + n, takeInteger(m_mantissa * 100'000'000));
+        return n;
+    }
+
+private:
+    /// The integer part of `product` * 2^-scale; the rest remains.
+    std::uint32_t takeInteger(std::uint64_t product) noexcept
+    {
+        m_mantissa = product & ((std::uint64_t(1) << m_scale) - 1);
+        return static_cast<std::uint32_t>(product >> m_scale);
+    }
+
+    std::uint64_t m_mantissa;
+    int m_scale;
+};
+
+/// Writes the digits of a fraction, of which at most `limit` count.
+/// @return the number of digits that count. The array holds `limit` + 7.
+long writeFraction(char* to, Fraction fraction, long limit) noexcept
+{
+    long n = 0;
+    while (!fraction.isExact() && !fraction.isZero() && n < limit)
+        to[n++] = digitChar<char>(fraction.takeDigit());
+    if (n < limit)
+        n += fraction.writeExact(to + n, limit - n);
+    while (fraction.isZero() && n > 0 && to[n - 1] == '0')
+        --n;
+    return std::min(n, limit);
+}
+
+/// The quotients `digit` / 10^`place` of the first places after the point, as division gives them.
+constexpr long s_quotientPlaces = 22; // powers of ten that are exact
+constexpr auto s_quotients = [] {
+    std::array<std::array<double, 10>, s_quotientPlaces> quotients{};
+    double power = 10;
+    for (auto& place : quotients) {
+        for (int digit = 0; digit < 10; ++digit)
+            place[static_cast<std::size_t>(digit)] = digit / power;
+        power *= 10;
+    }
+    return quotients;
+}();
+
+/// Eight decimal digits, or nothing that is below 10^8 if one of the characters is no digit.
+constexpr std::uint32_t s_noDigits = UINT32_MAX;
+inline std::uint32_t readEightDigits(const char* text) noexcept
+{
+    std::uint64_t word = 0;
+    std::memcpy(&word, text, sizeof word);
+    const std::uint64_t high = word & 0xF0F0F0F0F0F0F0F0;
+    const std::uint64_t highOfSum = (word + 0x0606060606060606) & 0xF0F0F0F0F0F0F0F0;
+    if ((high | highOfSum) != 0x3030303030303030 || high != highOfSum)
+        return s_noDigits;
+    // Joins neighbors: bytes to pairs, pairs to fours, fours to eight. The first character is the low byte.
+    word &= 0x0F0F0F0F0F0F0F0F;
+    word = (word * 10 + (word >> 8)) & 0x00FF00FF00FF00FF;
+    word = (word * 100 + (word >> 16)) & 0x0000FFFF0000FFFF;
+    return static_cast<std::uint32_t>(word * 10'000 + (word >> 32));
+}
+
 } // namespace
 
 template <StrChar T>
@@ -60,15 +174,13 @@ long writeReal(T* to, double value, bool emptyIfZero) noexcept
     number.isNegative = whole < 0 || (fraction != 0 && value < 0); // the integer part of -0.5 has no sign
     long n = number.length();
     writeDecimal(to, n, number);
-    if (fraction != 0)
-        to[n++] = '.';
-    while (fraction != 0 && n < s_maxRealLength) {
-        // The call keeps compilers from fusing the product into the subtraction, which would change digits.
-        double digit = 0;
-        fraction = std::modf(fraction * 10, &digit);
-        to[n++] = digitChar<T>(static_cast<unsigned>(digit));
-    }
-    return n;
+    if (fraction == 0)
+        return n;
+    to[n++] = '.';
+    char digits[s_maxRealLength + 7];
+    const long count = writeFraction(digits, Fraction(fraction), s_maxRealLength - n);
+    convertChars(to + n, digits, count);
+    return n + count;
 }
 
 template <StrChar T>
@@ -91,7 +203,16 @@ template <StrChar T>
 unsigned long long readDecimal(const T* text, long n) noexcept
 {
     unsigned long long number = 0;
-    for (long i = 0; i < n && isDigitChar(text[i]); ++i)
+    long i = 0;
+    if constexpr (sizeof(T) == 1 && std::endian::native == std::endian::little) {
+        for (; i + 8 <= n; i += 8) {
+            const std::uint32_t digits = readEightDigits(text + i);
+            if (digits == s_noDigits)
+                break;
+            number = number * 100'000'000 + digits;
+        }
+    }
+    for (; i < n && isDigitChar(text[i]); ++i)
         number = number * 10 + static_cast<unsigned>(text[i] - '0');
     return number;
 }
@@ -107,13 +228,23 @@ double readReal(const T* text, long n) noexcept
 {
     const bool isNegative = startsWithMinus(text, n);
     long i = isNegative;
-    double value = 0;
+    constexpr unsigned long long exactLimit = 1ULL << 53; // below it, integers and doubles agree
+    unsigned long long whole = 0;
+    for (; i < n && isDigitChar(text[i]) && whole < exactLimit / 10 - 1; ++i)
+        whole = whole * 10 + static_cast<unsigned>(text[i] - '0');
+    auto value = static_cast<double>(whole);
     for (; i < n && isDigitChar(text[i]); ++i)
         value = value * 10 + (text[i] - '0');
     if (i < n && text[i] == '.') {
-        double power = 10;
-        for (++i; i < n && isDigitChar(text[i]); ++i, power *= 10)
-            value += (text[i] - '0') / power;
+        const long first = ++i;
+        for (; i < n && isDigitChar(text[i]) && i - first < s_quotientPlaces; ++i)
+            value +=
+                s_quotients[static_cast<std::size_t>(i - first)][static_cast<std::size_t>(text[i] - '0')];
+        if (i - first == s_quotientPlaces) {
+            double power = 1e22;
+            for (; i < n && isDigitChar(text[i]); ++i)
+                value += (text[i] - '0') / (power *= 10);
+        }
     }
     return isNegative ? -value : value;
 }
