@@ -37,6 +37,18 @@ TEST(FileStream, EveryModeOpensAsFopenDoesAndIsNotInherited)
     }
 }
 
+TEST(FileStream, AStreamForReadingAndAppendingStartsAtTheBeginning)
+{
+    const TemporaryFolder folder;
+    const std::string path = (folder.path() / "file").string();
+    writeFile(path, "text");
+    std::FILE* const stream = Host::openFileStream(path.c_str(), "a+");
+    ASSERT_TRUE(stream);
+    EXPECT_EQ(std::ftell(stream), 0);
+    EXPECT_EQ(std::fgetc(stream), 't');
+    std::fclose(stream);
+}
+
 TEST(FileStream, AFailureLeavesItsErrorNumber)
 {
     const TemporaryFolder folder;

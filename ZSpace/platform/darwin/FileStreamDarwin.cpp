@@ -4,17 +4,37 @@
 #include "ZSpace/platform/FileStream.h"
 
 #include <fcntl.h>
+#include <string_view>
+#include <unistd.h>
 
 namespace ZSpace::Host {
 
+namespace {
+
+/// The flags of open(2) for a mode of fopen(3).
+int flagsFor(std::string_view mode)
+{
+    const bool isUpdate = mode.find('+') != mode.npos;
+    if (mode.starts_with('r'))
+        return isUpdate ? O_RDWR : O_RDONLY;
+    const int create = O_CREAT | (mode.starts_with('a') ? O_APPEND : O_TRUNC);
+    return create | (isUpdate ? O_RDWR : O_WRONLY);
+}
+
+} // namespace
+
+// By open(2), since fopen(3) of older versions has no letter for O_CLOEXEC, and a flag that is set afterwards comes too
+// late for a child that another thread starts in between. This way a stream for appending stands at position 0 as on
+// other hosts; that of fopen(3) stands at the end.
 std::FILE* openFileStream(const char* path, const char* mode) noexcept
 {
-    std::FILE* const stream = std::fopen(path, mode); // older versions ignore "e", the letter for O_CLOEXEC
-    if (!stream)
+    constexpr mode_t permissions = 0666;
+    const int descriptor = open(path, flagsFor(mode) | O_CLOEXEC, permissions);
+    if (descriptor < 0)
         return nullptr;
-    fcntl(fileno(stream), F_SETFD, FD_CLOEXEC);
-    if (*mode == 'a')
-        std::rewind(stream); // append modes start at the end here
+    std::FILE* const stream = fdopen(descriptor, mode);
+    if (!stream)
+        close(descriptor);
     return stream;
 }
 
