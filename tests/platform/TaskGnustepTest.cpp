@@ -9,8 +9,12 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
 
 namespace ZSpace::Testing {
 namespace {
@@ -41,7 +45,7 @@ TEST(TaskGnustep, AFailedExecIsNotNoticed)
     EXPECT_EQ(launchFailure(file.string()), "it started");
     writeFile(file, "echo ran > " + (folder.path() / "ran").string());
     EXPECT_EQ(launchFailure(file.string()), "it started");
-    EXPECT_FALSE(fs::exists(folder.path() / "ran")); // no shell took part
+    EXPECT_FALSE(fs::exists(folder.path() / "ran")); // no shell ran it
 }
 
 TEST(TaskGnustep, AChildThatCannotBecomeItsProgramRunsNoExitHandlers)
@@ -54,6 +58,35 @@ TEST(TaskGnustep, AChildThatCannotBecomeItsProgramRunsNoExitHandlers)
         const bool isHandled = fs::exists(s_handled);
         fs::remove(s_handled);
         return isHandled ? 1 : 0;
+    });
+    EXPECT_TRUE(outcome.hasExited);
+    EXPECT_EQ(outcome.status, 0);
+}
+
+/// A child that another thread forks during a start ends with the status that it asks for.
+TEST(TaskGnustep, StartsLeaveTheChildrenOfOtherThreadsAlone)
+{
+    const TemporaryFolder folder;
+    const Outcome outcome = runInChild([&] {
+        std::atomic<bool> isDone = false;
+        std::thread starter([&] {
+            const NS::AutoreleasePool pool;
+            while (!isDone)
+                launchFailure(folder.path().string());
+        });
+        int wrong = 0;
+        constexpr int children = 60;
+        for (int i = 0; i < children; ++i) {
+            const pid_t child = fork();
+            if (child == 0)
+                std::exit(7);
+            int status = 0;
+            waitpid(child, &status, 0);
+            wrong += !WIFEXITED(status) || WEXITSTATUS(status) != 7;
+        }
+        isDone = true;
+        starter.join();
+        return wrong;
     });
     EXPECT_TRUE(outcome.hasExited);
     EXPECT_EQ(outcome.status, 0);

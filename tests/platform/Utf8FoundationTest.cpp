@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The repair of text that is no UTF-8.
+// Conversions of strings that have no UTF-8 form, or of bytes that are no UTF-8.
 
 #include "ZSpace/platform/foundation/Utf8Foundation.h"
 
 #include "ZSpace/platform/Foundation.h"
+#include "tests/platform/Formatting.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +17,21 @@ namespace {
 
 using Host::repairedUtf8;
 
-TEST(Utf8Foundation, WellFormedTextStaysAsItIs)
+NS::String listed(const char* pattern, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, pattern);
+    NS::String string = NS::String::stringWithFormat(NS::String(pattern).native(), arguments);
+    va_end(arguments);
+    return string;
+}
+
+NS::String loneSurrogate()
+{
+    return listed("%C", 0xD83D);
+}
+
+TEST(Utf8Foundation, WellFormedBytesStayAsTheyAre)
 {
     for (const char* text : {"", "plain", "\x01\x7F", "\xC2\x80 \xC3\xA9 \xDF\xBF",
              "\xE0\xA0\x80 \xED\x9F\xBF \xEE\x80\x80", "\xEF\xBF\xBF", "\xF0\x90\x80\x80 \xF4\x8F\xBF\xBF"})
@@ -39,10 +54,10 @@ TEST(Utf8Foundation, EachDamagedCharacterIsReplaced)
             "\xEF\xBF\xBD"
             "a"}, // begins no character
         {"\xFF\xFE", "\xEF\xBF\xBD\xEF\xBF\xBD"},
-        {"\xC0\x80\xC1\xBF", "\xEF\xBF\xBD\xEF\xBF\xBD"}, // longer than need be
+        {"\xC0\x80\xC1\xBF", "\xEF\xBF\xBD\xEF\xBF\xBD"}, // overlong
         {"\xE0\x9F\xBF", "\xEF\xBF\xBD"},
         {"\xF0\x8F\xBF\xBF", "\xEF\xBF\xBD"},
-        {"\xED\xA0\x80", "\xEF\xBF\xBD"}, // half of a surrogate pair
+        {"\xED\xA0\x80", "\xEF\xBF\xBD"}, // a surrogate
         {"\xF4\x90\x80\x80", "\xEF\xBF\xBD"}, // beyond the last character
         {"\xF5\x80\x80\x80", "\xEF\xBF\xBD"},
     };
@@ -50,7 +65,7 @@ TEST(Utf8Foundation, EachDamagedCharacterIsReplaced)
         EXPECT_EQ(repairedUtf8(row.text), row.repaired) << row.text;
 }
 
-TEST(Utf8Foundation, FoundationTakesEveryRepairedText)
+TEST(Utf8Foundation, FoundationTakesAllRepairedBytes)
 {
     for (int lead = 0x80; lead < 0x100; ++lead) {
         for (int second = 0x7F; second < 0x101; second += 0x10) {
@@ -58,6 +73,30 @@ TEST(Utf8Foundation, FoundationTakesEveryRepairedText)
             EXPECT_STREQ(NS::String(text).UTF8String(), repairedUtf8(text.c_str()).c_str());
         }
     }
+}
+
+/// `%C` is the one format that makes lone surrogates.
+TEST(Utf8Foundation, EachSurrogateWithoutItsOtherHalfIsReplaced)
+{
+    constexpr int lead = 0xD83D;
+    constexpr int trail = 0xDE00;
+    EXPECT_EQ(format("%C", lead), "\xEF\xBF\xBD");
+    EXPECT_EQ(format("a%Cb", lead), "a\xEF\xBF\xBD\x62");
+    EXPECT_EQ(format("a%Cb", trail), "a\xEF\xBF\xBD\x62");
+    EXPECT_EQ(format("%C%C", lead, lead), "\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(format("%C%C%C%C", trail, lead, trail, lead), "\xEF\xBF\xBD\xF0\x9F\x98\x80\xEF\xBF\xBD");
+    EXPECT_EQ(format("\xC3\xA9%C\xC3\xA9", lead), "\xC3\xA9\xEF\xBF\xBD\xC3\xA9");
+}
+
+TEST(Utf8Foundation, AMutableStringIsRepairedInItsUtf8FormOnly)
+{
+    NS::MutableString string("");
+    string.appendString(NS::String("before "));
+    const NS::String half = loneSurrogate();
+    string.appendString(half);
+    EXPECT_STREQ(string.UTF8String(), "before \xEF\xBF\xBD");
+    string.appendString(NS::String(" after"));
+    EXPECT_STREQ(string.UTF8String(), "before \xEF\xBF\xBD after");
 }
 
 } // namespace

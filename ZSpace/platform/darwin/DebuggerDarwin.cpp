@@ -15,7 +15,7 @@ bool isDebuggerAttached() noexcept
     int name[] = {CTL_KERN, KERN_PROC, KERN_PROC_PID, getpid()};
     kinfo_proc record{};
     std::size_t size = sizeof record;
-    // A call that fails leaves the flags as they are: zero, not debugged.
+    // A failing call leaves the flags zero: not debugged.
     sysctl(name, sizeof name / sizeof *name, &record, &size, nullptr, 0);
     return (record.kp_proc.p_flag & P_TRACED) != 0;
 }

@@ -7,14 +7,14 @@
 #include <asl.h>
 #include <cstdint>
 
-// Superseded, and still there: this is where the program's readers look for its messages.
+// Deprecated in favor of os_log, but readers of this program's messages look for them here.
 #pragma clang diagnostic ignored "-Wdeprecated-declarations"
 
 namespace ZSpace::Host {
 
 namespace {
 
-// The handles of the outside are the system's own under another name.
+// The opaque types of the header are the system's own.
 
 aslclient native(SystemLogClient* client)
 {
@@ -31,7 +31,7 @@ aslmsg native(SystemLogMessage* message)
 SystemLogClient* openSystemLog(const char* ident, CopyToStandardError copy) noexcept
 {
     const std::uint32_t options = copy == CopyToStandardError::Yes ? ASL_OPT_STDERR : 0;
-    // The text goes where the facility goes: the sender's name stays that of the program.
+    // `ident` is the facility; the sender stays the program's name.
     return reinterpret_cast<SystemLogClient*>(asl_open(nullptr, ident, options));
 }
 

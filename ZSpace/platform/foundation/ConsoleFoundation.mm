@@ -12,9 +12,9 @@ void log(NSString* format, ...)
     const AutoreleasePool pool;
     va_list arguments;
     va_start(arguments, format);
-    const String text = String::stringWithFormat(format, arguments);
+    const String line = String::stringWithFormat(format, arguments);
     va_end(arguments);
-    NSLog(@"%@", text.native());
+    NSLog(@"%@", line.native());
 }
 
 } // namespace ZSpace::NS

@@ -11,32 +11,32 @@ void Exception::raise(const String& name, const String& reason)
 {
     detail::raising(
         [&] { [[NSException exceptionWithName:name.native() reason:reason.native() userInfo:nil] raise]; });
-    std::abort(); // `raise` does not come back
+    std::abort(); // `raise` does not return
 }
 
 String Exception::name() const
 {
-    return String::adopt(detail::raising([&] { return detail::shared([native() name]); }));
+    return String::adopt(detail::raising([&] { return detail::retained([native() name]); }));
 }
 
 String Exception::reason() const
 {
-    return String::adopt(detail::raising([&] { return detail::shared([native() reason]); }));
+    return String::adopt(detail::raising([&] { return detail::retained([native() reason]); }));
 }
 
 Object Exception::userInfo() const
 {
-    return Object::adopt(detail::raising([&] { return detail::shared<NSObject>([native() userInfo]); }));
+    return Object::adopt(detail::raising([&] { return detail::retained<NSObject>([native() userInfo]); }));
 }
 
 Array Exception::callStackSymbols() const
 {
-    return Array::adopt(detail::raising([&] { return detail::shared([native() callStackSymbols]); }));
+    return Array::adopt(detail::raising([&] { return detail::retained([native() callStackSymbols]); }));
 }
 
 Array Thread::callStackSymbols()
 {
-    return Array::adopt(detail::raising([] { return detail::shared([NSThread callStackSymbols]); }));
+    return Array::adopt(detail::raising([] { return detail::retained([NSThread callStackSymbols]); }));
 }
 
 } // namespace ZSpace::NS

@@ -4,6 +4,8 @@
 #include "ZSpace/platform/foundation/RaisingFoundation.h"
 #include "ZSpace/platform/foundation/Utf8Foundation.h"
 
+#include <memory>
+#include <new>
 #include <vector>
 
 namespace ZSpace::NS {
@@ -12,46 +14,78 @@ namespace detail {
 
 void retain(NSObject* object) noexcept
 {
-    countUp(object);
+    retainNative(object);
 }
 
 void release(NSObject* object) noexcept
 {
-    countDown(object);
+    releaseNative(object);
 }
 
 } // namespace detail
 
 namespace {
 
-/// A new text of the class `Text`. Foundation refuses text that is no UTF-8, which then is repaired.
-template <typename Text>
-Text* textFrom(const char* utf8)
+/// A new string of the class `StringType`. Foundation refuses bytes that are not UTF-8, so those are repaired first.
+template <typename StringType>
+StringType* stringFrom(const char* utf8)
 {
     if (!utf8)
         return nil;
     return detail::raising([&] {
-        Text* text = [[Text alloc] initWithUTF8String:utf8];
-        if (!text)
-            text = [[Text alloc] initWithUTF8String:ZSpace::Host::repairedUtf8(utf8).c_str()];
-        return detail::handedOut(text);
+        StringType* string = [[StringType alloc] initWithUTF8String:utf8];
+        if (!string)
+            string = [[StringType alloc] initWithUTF8String:ZSpace::Host::repairedUtf8(utf8).c_str()];
+        return detail::leaked(string);
     });
 }
 
-/// The text as UTF-8, in the caller's pool; null for what has no such form (half of a surrogate pair).
-const char* utf8Of(NSString* text) noexcept
+constexpr unichar s_replacementCharacter = 0xFFFD;
+
+bool isLeadSurrogate(unichar unit)
+{
+    return (unit & 0xFC00) == 0xD800;
+}
+
+bool isTrailSurrogate(unichar unit)
+{
+    return (unit & 0xFC00) == 0xDC00;
+}
+
+/// A copy of `string`, in the current pool, with U+FFFD for each surrogate without its other half; nil when memory runs
+/// out. Made from code units, since GNUstep copies no string with such a half.
+NSString* withoutLoneSurrogates(NSString* string)
+{
+    const NSUInteger length = [string length];
+    const std::unique_ptr<unichar[]> units(new (std::nothrow) unichar[length]);
+    if (!units)
+        return nil;
+    [string getCharacters:units.get() range:NSMakeRange(0, length)];
+    for (NSUInteger i = 0; i < length; ++i) {
+        if (isLeadSurrogate(units[i]) && i + 1 < length && isTrailSurrogate(units[i + 1]))
+            ++i;
+        else if (isLeadSurrogate(units[i]) || isTrailSurrogate(units[i]))
+            units[i] = s_replacementCharacter;
+    }
+    return detail::autoreleased([[NSString alloc] initWithCharacters:units.get() length:length]);
+}
+
+/// The string as UTF-8, in the caller's pool; null for nil, and when memory runs out.
+const char* utf8Of(NSString* string) noexcept
 {
     const char* utf8 = nullptr;
-    detail::countDown(detail::raisedBy([&] { utf8 = [text UTF8String]; }));
+    detail::releaseNative(detail::raisedBy([&] { utf8 = [string UTF8String]; }));
+    if (string && !utf8) // lone surrogates have no such form
+        detail::releaseNative(detail::raisedBy([&] { utf8 = [withoutLoneSurrogates(string) UTF8String]; }));
     return utf8;
 }
 
-template <typename Text>
-Text* formatted(NSString* format, std::va_list arguments)
+template <typename StringType>
+StringType* formatted(NSString* format, std::va_list arguments)
 {
     return detail::raising([&] {
-        return detail::handedOut([[Text alloc] initWithFormat:format ? format : [NSString string]
-                                                    arguments:arguments]);
+        return detail::leaked([[StringType alloc] initWithFormat:format ? format : [NSString string]
+                                                       arguments:arguments]);
     });
 }
 
@@ -59,7 +93,7 @@ Text* formatted(NSString* format, std::va_list arguments)
 
 #if __has_feature(objc_arc)
 
-// What `@autoreleasepool` becomes.
+// What the compiler makes of `@autoreleasepool`.
 extern "C" void* objc_autoreleasePoolPush();
 extern "C" void objc_autoreleasePoolPop(void* pool);
 
@@ -88,7 +122,7 @@ AutoreleasePool::~AutoreleasePool()
 #endif
 
 String::String(const char* utf8)
-    : Handle(textFrom<NSString>(utf8))
+    : Handle(stringFrom<NSString>(utf8))
 {
 }
 
@@ -112,11 +146,11 @@ String String::stringByAppendingPathComponent(const String& component) const
     if (!component)
         return {};
     return adopt(detail::raising(
-        [&] { return detail::shared([native() stringByAppendingPathComponent:component.native()]); }));
+        [&] { return detail::retained([native() stringByAppendingPathComponent:component.native()]); }));
 }
 
 MutableString::MutableString(const char* utf8)
-    : Handle(textFrom<NSMutableString>(utf8))
+    : Handle(stringFrom<NSMutableString>(utf8))
 {
 }
 
@@ -130,10 +164,10 @@ const char* MutableString::UTF8String() const noexcept
     return utf8Of(native());
 }
 
-void MutableString::appendString(const String& text)
+void MutableString::appendString(const String& string)
 {
-    if (text)
-        detail::raising([&] { [native() appendString:text.native()]; });
+    if (string)
+        detail::raising([&] { [native() appendString:string.native()]; });
 }
 
 Array Array::arrayWithObjects(const String* items, std::size_t count)
@@ -142,7 +176,7 @@ Array Array::arrayWithObjects(const String* items, std::size_t count)
     for (std::size_t i = 0; i < count; ++i)
         natives.push_back(items[i].native());
     return adopt(detail::raising(
-        [&] { return detail::shared([NSArray arrayWithObjects:natives.data() count:natives.size()]); }));
+        [&] { return detail::retained([NSArray arrayWithObjects:natives.data() count:natives.size()]); }));
 }
 
 std::size_t Array::count() const noexcept
@@ -153,12 +187,12 @@ std::size_t Array::count() const noexcept
 String Array::objectAtIndex(std::size_t index) const
 {
     return String::adopt(
-        detail::raising([&] { return detail::shared<NSString>([native() objectAtIndex:index]); }));
+        detail::raising([&] { return detail::retained<NSString>([native() objectAtIndex:index]); }));
 }
 
 String Array::firstObject() const
 {
-    return String::adopt(detail::raising([&] { return detail::shared<NSString>([native() firstObject]); }));
+    return String::adopt(detail::raising([&] { return detail::retained<NSString>([native() firstObject]); }));
 }
 
 } // namespace ZSpace::NS

@@ -5,60 +5,74 @@
 
 #import <Foundation/Foundation.h>
 
-/// Counts of Foundation objects, kept by hand.
+/// Manual reference counting of Foundation objects.
 ///
-/// The handles of `ZSpace/platform/Foundation.h` own every object that outlives an operation, so there is
-/// nothing that ARC could do here, and the runtime of gcc, on which GNUstep stands, has no ARC. These files
-/// are therefore built without it. They are right with it as well, should a program be built with it
-/// throughout: this header is the only one that knows the difference.
+/// The handles of `ZSpace/platform/Foundation.h` own every object that outlives an operation, so ARC has nothing to do
+/// here, and gcc's runtime, which GNUstep uses, has no ARC. These files are therefore built without it. They are correct
+/// with it as well, for a program that is built with ARC throughout: only this header knows the difference.
 namespace ZSpace::NS::detail {
 
 #if __has_feature(objc_arc)
 
-inline void countUp(id object)
+inline void retainNative(id object)
 {
     [[maybe_unused]] void* const counted = (__bridge_retained void*)object;
 }
 
-inline void countDown(id object)
+inline void releaseNative(id object)
 {
-    [[maybe_unused]] const id dropped = (__bridge_transfer id)(__bridge void*)object;
+    [[maybe_unused]] const id released = (__bridge_transfer id)(__bridge void*)object;
 }
 
-/// Hands out the count that `alloc` gave, for a handle to adopt.
+/// Returns `made` with the reference of its `alloc`, for a handle to adopt.
 template <typename Native>
-Native* handedOut(Native* made)
+Native* leaked(Native* made)
 {
-    countUp(made); // the one from `alloc` is dropped by the compiler
+    retainNative(made); // ARC releases the reference of `alloc`
     return made;
+}
+
+/// Leaves the reference of `made`'s `alloc` to the current pool.
+template <typename Native>
+Native* autoreleased(Native* made)
+{
+    Native* __autoreleasing const left = made;
+    return left;
 }
 
 #else
 
-inline void countUp(id object)
+inline void retainNative(id object)
 {
     [object retain];
 }
 
-inline void countDown(id object)
+inline void releaseNative(id object)
 {
     [object release];
 }
 
-/// Hands out the count that `alloc` gave, for a handle to adopt.
+/// Returns `made` with the reference of its `alloc`, for a handle to adopt.
 template <typename Native>
-Native* handedOut(Native* made)
+Native* leaked(Native* made)
 {
     return made;
 }
 
+/// Leaves the reference of `made`'s `alloc` to the current pool.
+template <typename Native>
+Native* autoreleased(Native* made)
+{
+    return [made autorelease];
+}
+
 #endif
 
-/// Takes a count of an object that others own, for a handle to adopt.
+/// Retains an object that others own, for a handle to adopt.
 template <typename Native>
-Native* shared(Native* object)
+Native* retained(Native* object)
 {
-    countUp(object);
+    retainNative(object);
     return object;
 }
 

@@ -9,7 +9,7 @@ Array searchPathForDirectoriesInDomains(
     SearchPathDirectory directory, SearchPathDomainMask domains, ExpandTilde expandTilde)
 {
     return Array::adopt(detail::raising([&] {
-        return detail::shared(
+        return detail::retained(
             NSSearchPathForDirectoriesInDomains(static_cast<NSSearchPathDirectory>(directory),
                 static_cast<NSSearchPathDomainMask>(domains), expandTilde == ExpandTilde::Yes));
     }));

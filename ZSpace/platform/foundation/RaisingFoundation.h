@@ -8,15 +8,15 @@
 
 #include <type_traits>
 
-/// The border between Foundation's exceptions and C++: Foundation calls that may raise go through here.
+/// Converts Foundation's exceptions to C++: every Foundation call that may raise goes through here.
 ///
-/// C++ exceptions are thrown in these files and pass through them, and run the destructors on their way, but
-/// none is caught in them: with gcc's runtime a C++ `catch` in an Objective-C++ file catches nothing.
+/// Objective-C++ files throw C++ exceptions and let them pass, which runs destructors, but contain no C++ `catch`: with
+/// gcc's runtime it catches nothing there.
 namespace ZSpace::NS::detail {
 
-/// Does `work`.
-/// @return what it raised, counted for the caller; nil when it raised nothing. Anything but an `NSException`
-/// passes through.
+/// Runs `work`.
+/// @return the exception that it raised, retained for the caller; nil when it raised none. Anything but an `NSException`
+/// propagates.
 template <typename Work>
 NSException* raisedBy(Work&& work)
 {
@@ -24,13 +24,13 @@ NSException* raisedBy(Work&& work)
     @try {
         work();
     } @catch (NSException* exception) {
-        raised = shared(exception);
+        raised = retained(exception);
     }
     return raised;
 }
 
-/// Does `work` in a pool of its own, and throws what it raises as an `NS::Exception`. An object that `work`
-/// returns must be counted for the caller.
+/// Runs `work` in a pool of its own and throws what it raises as an `NS::Exception`. An object that `work` returns must
+/// be retained for the caller.
 template <typename Work>
 auto raising(Work&& work)
 {

@@ -3,49 +3,70 @@
 
 #include "ZSpace/platform/foundation/RaisingFoundation.h"
 
-#include <atomic>
+#ifdef GNUSTEP
 #include <cstdlib>
 #include <unistd.h>
+#endif
+
+#ifdef GNUSTEP
+extern "C" {
+/// How compilers have glibc destroy a thread-local object.
+int __cxa_thread_atexit_impl(void (*destroy)(void*), void* object, void* module);
+extern void* __dso_handle __attribute__((visibility("hidden")));
+}
+#endif
 
 namespace ZSpace::NS {
 
 namespace {
 
-/// GNUstep starts children with `vfork`, and a child that cannot become its program calls `exit`: it would
-/// run this process's exit handlers, on this process's memory. The handler that was registered last runs
-/// first, and this one lets such a child go no further. It lasts for one start.
-class ExitHandlersKeptFromChildren {
+#ifdef GNUSTEP
+
+// GNUstep starts children with `vfork`. A child that cannot become its program then calls `exit`, which would run this
+// process's exit handlers on this process's memory. `exit` first destroys the thread-local objects of its thread, and
+// those of such a child are the starting thread's. So a function that is registered as the destructor of one ends
+// exactly that child, and does nothing to exit handlers and the children of other threads.
+
+thread_local pid_t t_launcher = 0; // this process while this thread starts a child, else 0
+thread_local bool t_isRegistered = false;
+
+void endFailedChild(void*)
+{
+    if (t_launcher == 0 || getpid() == t_launcher)
+        return; // the thread ends
+    t_isRegistered =
+        false; // `exit` has taken the registration from the memory that is shared with the launcher
+    _exit(EXIT_FAILURE);
+}
+
+class StartScope {
 public:
-    ExitHandlersKeptFromChildren()
+    StartScope() noexcept
     {
-        s_launcher = getpid();
-        ++s_starts;
-        std::atexit(endChild);
+        if (!t_isRegistered)
+            t_isRegistered = __cxa_thread_atexit_impl(endFailedChild, nullptr, &__dso_handle) == 0;
+        t_launcher = getpid();
     }
-    ExitHandlersKeptFromChildren(const ExitHandlersKeptFromChildren&) = delete; // it counts starts
-    ExitHandlersKeptFromChildren& operator=(const ExitHandlersKeptFromChildren&) = delete;
-    ~ExitHandlersKeptFromChildren() { --s_starts; }
-
-private:
-    static void endChild()
-    {
-        if (s_starts > 0 && getpid() != s_launcher)
-            _exit(EXIT_FAILURE);
-    }
-
-    static inline std::atomic<pid_t> s_launcher = 0;
-    static inline std::atomic<int> s_starts = 0;
+    StartScope(const StartScope&) = delete; // lasts for one start
+    StartScope& operator=(const StartScope&) = delete;
+    ~StartScope() { t_launcher = 0; }
 };
+
+#else
+
+class StartScope { };
+
+#endif
 
 } // namespace
 
 FileHandle FileHandle::fileHandleWithNullDevice()
 {
-    return adopt(detail::raising([] { return detail::shared([NSFileHandle fileHandleWithNullDevice]); }));
+    return adopt(detail::raising([] { return detail::retained([NSFileHandle fileHandleWithNullDevice]); }));
 }
 
 Task::Task()
-    : Handle(detail::raising([] { return detail::handedOut([[NSTask alloc] init]); }))
+    : Handle(detail::raising([] { return detail::leaked([[NSTask alloc] init]); }))
 {
 }
 
@@ -71,17 +92,17 @@ void Task::setStandardError(const FileHandle& file)
 
 String Task::launchPath() const
 {
-    return String::adopt(detail::raising([&] { return detail::shared([native() launchPath]); }));
+    return String::adopt(detail::raising([&] { return detail::retained([native() launchPath]); }));
 }
 
 Array Task::arguments() const
 {
-    return Array::adopt(detail::raising([&] { return detail::shared([native() arguments]); }));
+    return Array::adopt(detail::raising([&] { return detail::retained([native() arguments]); }));
 }
 
 void Task::launch()
 {
-    const ExitHandlersKeptFromChildren kept;
+    [[maybe_unused]] const StartScope scope;
     detail::raising([&] { [native() launch]; });
 }
 

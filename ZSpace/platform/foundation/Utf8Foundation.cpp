@@ -11,9 +11,9 @@ namespace {
 
 constexpr const char* s_replacement = "\xEF\xBF\xBD"; // U+FFFD
 
-unsigned char byteAt(const char* text, std::size_t index)
+unsigned char byteAt(const char* bytes, std::size_t index)
 {
-    return static_cast<unsigned char>(text[index]);
+    return static_cast<unsigned char>(bytes[index]);
 }
 
 bool isContinuation(unsigned char byte)
@@ -21,7 +21,7 @@ bool isContinuation(unsigned char byte)
     return (byte & 0xC0) == 0x80;
 }
 
-/// The bytes of the character that begins with `lead`; 0 when none does.
+/// The length of a character that begins with `lead`; 0 when none does.
 std::size_t lengthFor(unsigned char lead)
 {
     if (lead < 0x80)
@@ -33,8 +33,7 @@ std::size_t lengthFor(unsigned char lead)
     return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
 }
 
-/// Whether the second byte of a character rules out forms that are too long, halves of surrogate pairs and
-/// numbers beyond the last one.
+/// False when `second` makes an overlong form, a surrogate or a code point beyond U+10FFFF.
 bool mayFollow(unsigned char lead, unsigned char second)
 {
     switch (lead) {
@@ -51,34 +50,33 @@ bool mayFollow(unsigned char lead, unsigned char second)
     }
 }
 
-/// The bytes of the well-formed character at the start of `text`; 0 when there is none. Stops at the
-/// terminator.
-std::size_t wholeCharacter(const char* text)
+/// The length of the well-formed character at the start of `bytes`; 0 when there is none. Stops at the terminator.
+std::size_t wholeCharacter(const char* bytes)
 {
-    const unsigned char lead = byteAt(text, 0);
+    const unsigned char lead = byteAt(bytes, 0);
     const std::size_t length = lengthFor(lead);
     for (std::size_t i = 1; i < length; ++i) {
-        if (!isContinuation(byteAt(text, i)))
+        if (!isContinuation(byteAt(bytes, i)))
             return 0;
     }
-    return length < 2 || mayFollow(lead, byteAt(text, 1)) ? length : 0;
+    return length < 2 || mayFollow(lead, byteAt(bytes, 1)) ? length : 0;
 }
 
 } // namespace
 
-std::string repairedUtf8(const char* text)
+std::string repairedUtf8(const char* bytes)
 {
     std::string result;
-    while (*text) {
-        if (const std::size_t length = wholeCharacter(text)) {
-            result.append(text, length);
-            text += length;
+    while (*bytes) {
+        if (const std::size_t length = wholeCharacter(bytes)) {
+            result.append(bytes, length);
+            bytes += length;
             continue;
         }
         result += s_replacement;
-        ++text;
-        while (isContinuation(byteAt(text, 0)))
-            ++text;
+        ++bytes;
+        while (isContinuation(byteAt(bytes, 0)))
+            ++bytes;
     }
     return result;
 }

@@ -7,10 +7,9 @@
 
 namespace ZSpace::Host {
 
-/// `text` with each character that is no UTF-8 replaced by U+FFFD, since Foundation takes no other text. A
-/// byte that no character begins with, and one that begins a character of which the rest is missing or wrong,
-/// is replaced together with the continuation bytes behind it. "a\xC3" gives "a\uFFFD", "\xE2\x82!" gives
-/// "\uFFFD!".
-std::string repairedUtf8(const char* text);
+/// Returns `bytes` with U+FFFD for everything that is not UTF-8, since Foundation accepts nothing else. A byte that
+/// cannot begin a character, or begins one whose rest is missing or wrong, is replaced together with the continuation
+/// bytes after it: "a\xC3" becomes "a\uFFFD", "\xE2\x82!" becomes "\uFFFD!".
+std::string repairedUtf8(const char* bytes);
 
 } // namespace ZSpace::Host

@@ -3,9 +3,8 @@
 
 #pragma once
 
-// What this project uses of Foundation, declared for the cross build alone: the compiler there brings the C
-// headers of macOS and the runtime's, and no frameworks. On a Mac, Foundation's own headers take this one's
-// place.
+// Declares what this project uses of Foundation, for the cross build only: its compiler has the headers of macOS's C
+// library and of the Objective-C runtime, but none of frameworks. A build on a Mac uses Foundation's own headers.
 
 #include <objc/NSObject.h>
 #include <objc/objc.h>
@@ -14,20 +13,35 @@
 @class NSArray;
 @class NSDictionary;
 
+typedef unsigned short unichar;
+typedef struct _NSRange {
+    NSUInteger location;
+    NSUInteger length;
+} NSRange;
+
+static inline NSRange NSMakeRange(NSUInteger location, NSUInteger length)
+{
+    const NSRange range = {location, length};
+    return range;
+}
+
 @interface NSAutoreleasePool : NSObject
 - (void)drain;
 @end
 
 @interface NSString : NSObject
 + (instancetype)string;
+- (instancetype)initWithCharacters:(const unichar*)units length:(NSUInteger)length;
 - (instancetype)initWithUTF8String:(const char*)text;
 - (instancetype)initWithFormat:(NSString*)format arguments:(va_list)arguments;
 @property (readonly) const char* UTF8String __attribute__((objc_returns_inner_pointer));
+@property (readonly) NSUInteger length;
+- (void)getCharacters:(unichar*)units range:(NSRange)range;
 - (NSString*)stringByAppendingPathComponent:(NSString*)component;
 @end
 
 @interface NSMutableString : NSString
-- (void)appendString:(NSString*)text;
+- (void)appendString:(NSString*)string;
 @end
 
 @interface NSArray : NSObject
@@ -41,7 +55,7 @@
 + (instancetype)dictionaryWithObject:(id)object forKey:(id)key;
 @end
 
-__attribute__((__objc_exception__)) // its type information for `@catch` is the framework's
+__attribute__((__objc_exception__)) // the framework has its type information for `@catch`
 @interface NSException : NSObject
 + (NSException*)exceptionWithName:(NSString*)name reason:(NSString*)reason userInfo:(NSDictionary*)userInfo;
 @property (readonly, copy) NSString* name;
