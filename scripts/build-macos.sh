@@ -33,7 +33,7 @@ if [ "$(uname -sm)" != "Linux x86_64" ]; then
     echo "This works on a Mac and on x86-64 Linux; here is $(uname -sm)" >&2
     exit 1
 fi
-require_packages cmake ninja-build googletest llvm
+require_packages cmake ninja-build googletest llvm python3
 command -v npm >/dev/null 2>&1 || require_packages nodejs npm
 
 # The compiler, as the lock file pins it; the copy of the lock file is put beside it last.

@@ -62,7 +62,11 @@ field() {
 }
 
 llvm-objdump --macho --private-headers "$program" >"$work/headers"
-llvm-nm -m --undefined-only "$program" >"$work/undefined"
+for table in bind lazy-bind weak-bind; do
+    llvm-objdump --macho "--$table" "$program" | sed 1,4d >"$work/$table" # file, empty line, title, headings
+done
+# The symbol table also lists names that nothing refers to any more; what counts is what the loader binds.
+cat "$work/bind" "$work/lazy-bind" | awk '{ print $(NF - 1), $NF }' | sort -u >"$work/imports"
 
 header=$(sed -n 's/^MH_MAGIC_64 *//p' "$work/headers")
 # shellcheck disable=SC2086 # the fields are to be split
@@ -86,18 +90,44 @@ awk '$1 == "cmd" { command = $2; if (command != "LC_SEGMENT_64") print command }
 llvm-objdump --macho --dylibs-used "$program" | sed -n 's/^[[:space:]]\(.*\) (compat.*/\1/p' |
     same "libraries" "$expected/libraries.txt"
 
-# "(undefined) weak external _name (from library)" becomes "library _name".
-sed -n 's/.* \([^ ]*\) (from \([^ ]*\))$/\2 \1/p' "$work/undefined" | sort |
-    same "imported symbols" "$expected/imports.txt"
-grep -v '(from [^ ]*)$' "$work/undefined" | none "symbols that no library is named for"
+same "imported symbols" "$expected/imports.txt" <"$work/imports"
+grep -e '^flat-namespace ' -e '^this-image ' -e '^main-executable ' -e '^weak ' "$work/imports" |
+    none "symbols that no library is named for"
+
+# Symbols with several definitions, of which the loader takes one. Each is the program's own or an import.
+awk '{ print $NF }' "$work/weak-bind" >"$work/weak"
+sort -c "$work/weak" 2>&1 | none "weakly bound symbols that are out of order"
+{
+    llvm-nm --defined-only "$program" | awk '{ print $NF }'
+    awk '{ print $2 }' "$work/imports"
+} | sort -u >"$work/known"
+sort -u "$work/weak" | comm -23 - "$work/known" | none "weakly bound symbols that are nowhere"
 
 # What the libraries keep to themselves begins with an underscore of its own. The exceptions are the ABI of C, C++ and
 # Objective-C and names that public headers substitute for others.
-sed -n 's/.* \([^ ]*\) (from .*/\1/p' "$work/undefined" |
+awk '{ print $2 }' "$work/imports" |
     grep '^__' |
     grep -v -e '^__Z' -e '^___cxa_' -e '^___dynamic_cast$' -e '^___gxx_personality_v0$' -e '^___objc_personality_v0$' \
         -e '^___CFConstantStringClassReference$' -e '^__Unwind_Resume$' -e '^__tlv_bootstrap$' -e '^___bzero$' -e '^___error$' -e '^___stderrp$' -e '^__exit$' |
     none "private symbols"
+
+# The ad-hoc signature: one code directory with the SHA-256 of each page before it.
+set -- $(awk '$1 == "cmd" { command = $2 } command == "LC_CODE_SIGNATURE" && /data/ { print $2 }' "$work/headers") 0 0
+limit=$1
+# number OFFSET: the four bytes there, counted from the signature, in hexadecimal
+number() {
+    tail -c "+$((limit + $1 + 1))" "$program" | head -c 4 | od -An -v -tx1 | tr -d ' \n'
+}
+is "signature" "fade0cc0 fade0c02" "$(number 0) $(number 20)"
+is "kind of signature (ad hoc, by the linker)" 00020002 "$(number 32)"
+is "bytes that the signature covers" "$limit $(wc -c <"$program" | tr -d ' ')" \
+    "$((0x$(number 52))) $((limit + $2))"
+mkdir "$work/pages"
+head -c "$limit" "$program" | split -b 4096 -a 3 - "$work/pages/"
+sha256sum "$work/pages"/* | cut -d ' ' -f 1 >"$work/expected-hashes"
+tail -c "+$((limit + 20 + 0x$(number 36) + 1))" "$program" | head -c $((32 * 0x$(number 48))) |
+    od -An -v -tx1 -w32 | tr -d ' ' >"$work/hashes"
+diff "$work/expected-hashes" "$work/hashes" | none "pages that differ from their hashes"
 
 llvm-objcopy --dump-section="__TEXT,__objc_methname=$work/names" "$program" "$work/copy" || : >"$work/names"
 tr '\0' '\n' <"$work/names" | sort | same "messages sent" "$expected/messages.txt"

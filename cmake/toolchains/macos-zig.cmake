@@ -57,5 +57,12 @@ foreach(language IN ITEMS C CXX OBJC OBJCXX)
     set(CMAKE_${language}_ARCHIVE_FINISH "<CMAKE_RANLIB> ranlib <TARGET>")
 endforeach()
 
+# Zig leaves an executable unsigned and its weak bindings unsorted.
+foreach(language IN ITEMS C CXX OBJC OBJCXX)
+    set(CMAKE_${language}_LINK_EXECUTABLE
+        "<CMAKE_${language}_COMPILER> <FLAGS> <CMAKE_${language}_LINK_FLAGS> <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>"
+        "${CMAKE_CURRENT_LIST_DIR}/../../packaging/macos/finish-executable.py <TARGET>")
+endforeach()
+
 # A precompiled header would be made by one front end of the compiler and read by another.
 set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
