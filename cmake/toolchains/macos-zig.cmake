@@ -1,9 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 
-# Toolchain for building for macOS on Linux: the Zig compiler, which brings the C headers of macOS, libSystem's link
-# stub and libc++'s headers, and the declarations and stubs in packaging/macos/sdk/. ZSPACE_ZIG_FOLDER is where npm
-# has put the compiler.
+# Toolchain for building for macOS on Linux: the Zig compiler, which includes the headers of macOS's C library, libSystem's
+# link stub and libc++'s headers; and the declarations and stubs in packaging/macos/sdk/. ZSPACE_ZIG_FOLDER is the
+# directory in which npm has installed the compiler.
 
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
@@ -13,14 +13,14 @@ set(zspace_zig_packages "${ZSPACE_ZIG_FOLDER}/node_modules/@zigc")
 set(zspace_zig "${zspace_zig_packages}/linux-x64/bin/zig")
 set(zspace_sdk "${CMAKE_CURRENT_LIST_DIR}/../../packaging/macos/sdk")
 
-# The C++ library is macOS's own, as in a program that is built there: there is one runtime, and its exceptions and
-# Objective-C's pass through each other's frames as they should. So Zig is kept from bringing its own; its libc++
-# headers serve all the same, set as Apple sets them: they refuse what the oldest macOS that is asked for lacks.
+# Programs use macOS's own C++ library, as if built there, so that there is one C++ runtime and its exceptions and those of
+# Objective-C pass through each other's frames. Zig must not link its own library. Its libc++ headers are configured as
+# Apple configures them: they refuse what the oldest supported macOS lacks.
 #
-# These are arguments of the compiler itself since they must reach CMake's very first look at it: without them, that
-# look would build all of libc++ for nothing.
+# These arguments belong to the compiler, since CMake's first test of it needs them: without them, that test would build
+# all of libc++.
 set(zspace_arguments --target=x86_64-macos.10.13 -nostdlib++
-    -fno-sanitize=undefined) # Zig's own choice for what is not optimised
+    -fno-sanitize=undefined) # Zig's default for unoptimized code
 set(CMAKE_C_COMPILER "${zspace_zig}" cc ${zspace_arguments})
 set(CMAKE_CXX_COMPILER "${zspace_zig}" c++ ${zspace_arguments})
 set(CMAKE_OBJC_COMPILER ${CMAKE_C_COMPILER})
@@ -28,15 +28,16 @@ set(CMAKE_OBJCXX_COMPILER ${CMAKE_CXX_COMPILER})
 
 set(ZSPACE_TEST_TARGET --target=x86_64-macos.10.15)
 
-# The minimum version is part of the target; CMake is to add none.
+# The minimum version is part of the target, so CMake must not add one.
 set(CMAKE_OSX_SYSROOT "")
 set(CMAKE_OSX_DEPLOYMENT_TARGET "")
-# Nothing of the machine that builds may be found.
+# Ignore libraries and packages of the building machine.
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 string(CONCAT zspace_cxx_flags
+    "-fstack-protector-strong -D_FORTIFY_SOURCE=2 "
     "-I${zspace_zig_packages}/lib/libcxx/include -I${zspace_zig_packages}/lib/libcxxabi/include " # before the C headers
     "-include ${zspace_sdk}/libcxx-settings.h "
     "-isystem ${zspace_sdk}/include -iframework ${zspace_sdk}/Frameworks")
@@ -47,10 +48,10 @@ set(CMAKE_EXE_LINKER_FLAGS_INIT "-F${zspace_sdk}/Frameworks -L${zspace_sdk}/lib"
 set(CMAKE_CXX_STANDARD_LIBRARIES "${zspace_sdk}/lib/libc++.1.tbd")
 set(CMAKE_OBJCXX_STANDARD_LIBRARIES "${CMAKE_CXX_STANDARD_LIBRARIES}")
 
-# The archiver and its companions are parts of the same program.
+# The archiver and ranlib are parts of the same program.
 set(CMAKE_AR "${zspace_zig}")
 set(CMAKE_RANLIB "${zspace_zig}")
-set(CMAKE_INSTALL_NAME_TOOL "${zspace_zig}") # nothing that is installed has names to change
+set(CMAKE_INSTALL_NAME_TOOL "${zspace_zig}") # no installed file has such names
 foreach(language IN ITEMS C CXX OBJC OBJCXX)
     set(CMAKE_${language}_ARCHIVE_CREATE "<CMAKE_AR> ar qc <TARGET> <OBJECTS>")
     set(CMAKE_${language}_ARCHIVE_APPEND "<CMAKE_AR> ar q <TARGET> <OBJECTS>")
@@ -64,5 +65,5 @@ foreach(language IN ITEMS C CXX OBJC OBJCXX)
         "${CMAKE_CURRENT_LIST_DIR}/../../packaging/macos/finish-executable.py <TARGET>")
 endforeach()
 
-# A precompiled header would be made by one front end of the compiler and read by another.
+# Zig compiles precompiled headers with another front end than the one that reads them.
 set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)

@@ -3,8 +3,8 @@
 
 #pragma once
 
-// libc++'s headers, set for the library that macOS has; for the cross build alone. It stands in front of
-// every source, in the place of the settings that Zig would give for a library of its own.
+// Configures libc++'s headers for macOS's library, for the cross build only. The compiler includes it before every
+// source, instead of the configuration that Zig would pass for its own library.
 
 #define _LIBCPP_ABI_VERSION 1
 #define _LIBCPP_ABI_NAMESPACE __1
@@ -23,5 +23,5 @@
 #define _LIBCPP_HARDENING_MODE_DEFAULT _LIBCPP_HARDENING_MODE_NONE
 #define _LIBCPP_ASSERTION_SEMANTIC_DEFAULT _LIBCPP_ASSERTION_SEMANTIC_HARDENING_DEPENDENT
 
-// Names that came to the library later than to its headers are refused where they are missing.
+// Refuse functions that the library of the target version does not have yet.
 #define _LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS 1

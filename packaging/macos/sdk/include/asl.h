@@ -3,8 +3,8 @@
 
 #pragma once
 
-// What this project uses of the Apple System Log, declared for the cross build alone. On a Mac, the system's
-// own header takes this one's place.
+// Declares what this project uses of the Apple System Log, for the cross build only. A build on a Mac uses the system's
+// own header.
 
 #include <cstdint>
 

@@ -3,8 +3,7 @@
 
 #pragma once
 
-// What the tests use to trace a child, declared for the cross build alone. On a Mac, the system's own header
-// takes this one's place.
+// Declares what the tests use to trace a child, for the cross build only. A build on a Mac uses the system's own header.
 
 #include <sys/types.h>
 
