@@ -3,6 +3,8 @@
 
 #include "ZSpace/platform/foundation/RaisingFoundation.h"
 
+// Alone in its file, so that a program of the tests can define this function itself.
+
 namespace ZSpace::NS {
 
 Array searchPathForDirectoriesInDomains(

@@ -241,12 +241,4 @@ Array Thread::callStackSymbols()
     return symbols;
 }
 
-Array searchPathForDirectoriesInDomains(
-    SearchPathDirectory directory, SearchPathDomainMask domains, [[maybe_unused]] ExpandTilde expandTilde)
-{
-    if (directory != SearchPathDirectory::ApplicationSupport || domains != SearchPathDomainMask::MachineWide)
-        return Array::arrayWithObjects({});
-    return Array::arrayWithObjects({"/Library/Application Support"});
-}
-
 } // namespace ZSpace::NS
