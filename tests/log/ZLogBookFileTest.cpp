@@ -7,6 +7,7 @@
 #include "ZSpace/platform/ThreadNumber.h"
 #include "tests/log/ReportFile.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/Descriptors.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -103,15 +104,13 @@ TEST_F(ReportFile, EachRecordIsThereWhenAddReturns)
 
 TEST_F(ReportFile, IsClosedWithTheBook)
 {
-    const auto descriptors = [] {
-        return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
-    };
-    const auto before = descriptors();
+    const int next = nextDescriptor();
     {
         const ZRef<ZLogBook> book = openBook();
-        EXPECT_EQ(descriptors(), before + 1);
+        EXPECT_EQ(descriptorsOf(m_path).size(), 1U);
     }
-    EXPECT_EQ(descriptors(), before);
+    EXPECT_THAT(descriptorsOf(m_path), testing::IsEmpty());
+    EXPECT_EQ(nextDescriptor(), next);
 }
 
 TEST_F(ReportFile, AnErrorIsReportedTwice)
@@ -182,9 +181,9 @@ TEST_F(ReportFile, ADirectoryThatIsNotWritableThrows)
 
 TEST_F(ReportFile, APathIsNarrowedUnitByUnit)
 {
-    const std::wstring path = widened(m_folder.path() / "r") + L"\u00E9\u20AC";
+    const std::wstring path = widened(m_folder.path() / "r") + L"\u00C3\u20A9";
     ZLogBookFile book(path.c_str());
-    EXPECT_TRUE(fs::exists(m_folder.path() / "r\xE9\xAC"));
+    EXPECT_TRUE(fs::exists(m_folder.path() / "r\xC3\xA9"));
 }
 
 TEST_F(ReportFile, TheDefaultBookIsNamedAfterTimeAndProcess)

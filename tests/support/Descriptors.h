@@ -4,8 +4,11 @@
 #pragma once
 
 #include <fcntl.h>
+#include <string>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace ZSpace::Testing {
 
@@ -23,6 +26,23 @@ namespace ZSpace::Testing {
 {
     const int flags = fcntl(descriptor, F_GETFD);
     return flags >= 0 && !(flags & FD_CLOEXEC);
+}
+
+/// The open descriptors of the file or socket at `path`, found without the proc file system.
+[[nodiscard]] inline std::vector<int> descriptorsOf(const std::string& path)
+{
+    std::vector<int> found;
+    struct stat sought { };
+    if (stat(path.c_str(), &sought) != 0)
+        return found;
+    constexpr int highest = 1024;
+    for (int descriptor = 0; descriptor < highest; ++descriptor) {
+        struct stat current { };
+        if (fstat(descriptor, &current) == 0 && current.st_dev == sought.st_dev
+            && current.st_ino == sought.st_ino)
+            found.push_back(descriptor);
+    }
+    return found;
 }
 
 [[nodiscard]] inline bool isOpen(int descriptor)

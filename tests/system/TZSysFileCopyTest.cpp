@@ -37,10 +37,11 @@ TYPED_TEST(TZSysFileCopyTest, CopiesFilesOfAllSizes)
         std::string content(size, '\0');
         for (std::size_t i = 0; i < size; ++i)
             content[i] = static_cast<char>(i * 31 + i / 251);
-        this->make("from \xE9", content);
-        EXPECT_EQ(SysFile::copyFile(this->path("from \xE9").c_str(), this->path("to \xE9").c_str()), 0);
-        EXPECT_TRUE(this->contentOf("to \xE9") == content) << size;
-        EXPECT_TRUE(this->contentOf("from \xE9") == content) << size;
+        this->make("from \xC3\xA9", content);
+        EXPECT_EQ(
+            SysFile::copyFile(this->path("from \xC3\xA9").c_str(), this->path("to \xC3\xA9").c_str()), 0);
+        EXPECT_TRUE(this->contentOf("to \xC3\xA9") == content) << size;
+        EXPECT_TRUE(this->contentOf("from \xC3\xA9") == content) << size;
     }
 }
 

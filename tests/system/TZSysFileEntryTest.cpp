@@ -192,11 +192,11 @@ TYPED_TEST(TZSysFileEntryTest, RenamesWithinItsDirectoryAndKeepsItsPath)
     for (const char* slash : {"", "/"}) {
         fs::create_directory(this->pathOf("directory/b"));
         const auto entry = TestFixture::entryOf(this->pathOf("directory/b") + slash);
-        EXPECT_EQ(entry.renameTo(this->text("c \xE9").c_str()), 0);
-        EXPECT_TRUE(fs::exists(this->pathOf("directory/c \xE9")));
+        EXPECT_EQ(entry.renameTo(this->text("c \xC3\xA9").c_str()), 0);
+        EXPECT_TRUE(fs::exists(this->pathOf("directory/c \xC3\xA9")));
         EXPECT_EQ(bytesOf(entry.Path()), this->pathOf("directory/b") + slash);
         EXPECT_EQ(entry.renameTo(this->text("d").c_str()), ENOENT);
-        fs::remove(this->pathOf("directory/c \xE9"));
+        fs::remove(this->pathOf("directory/c \xC3\xA9"));
     }
 }
 

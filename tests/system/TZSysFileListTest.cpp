@@ -3,6 +3,7 @@
 
 #include "ZSpace/system/TZSysFile.h"
 #include "tests/support/Descriptors.h"
+#include "tests/support/FileNames.h"
 #include "tests/system/SysFileTests.h"
 
 #include <gmock/gmock.h>
@@ -11,6 +12,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
+#include <initializer_list>
 #include <set>
 #include <string>
 #include <sys/stat.h>
@@ -48,8 +50,10 @@ TYPED_TEST(TZSysFileListTest, EmptyDirectoryHasNoNamesAndTwoEntries)
 TYPED_TEST(TZSysFileListTest, NamesSkipThreeAndEntriesNone)
 {
     using SysFile = TZSysFile<TypeParam>;
-    for (const char* name :
-        {".DS_Store", ".DS_Store2", ".ds_store", ".hidden", "...", "..x", "a", "\xE9\xFF"})
+    const std::string bytes = takesNamesOfAnyBytes() ? "\xE9\xFF" : "\xC3\xA9";
+    const std::string otherCase = distinguishesCase() ? ".ds_store" : ".ds_store2";
+    for (const std::string& name : std::initializer_list<std::string>{
+             ".DS_Store", ".DS_Store3", otherCase, ".hidden", "...", "..x", "a", bytes})
         this->make(name);
     fs::create_directory(this->pathOf("directory"));
     for (const char* slash : {"", "/"}) {
@@ -57,13 +61,12 @@ TYPED_TEST(TZSysFileListTest, NamesSkipThreeAndEntriesNone)
         typename TestFixture::Names names;
         EXPECT_EQ(SysFile::readDirectory(path.c_str(), names), 0);
         EXPECT_THAT(bytesOf(names),
-            UnorderedElementsAre(
-                ".DS_Store2", ".ds_store", ".hidden", "...", "..x", "a", "\xE9\xFF", "directory"));
+            UnorderedElementsAre(".DS_Store3", otherCase, ".hidden", "...", "..x", "a", bytes, "directory"));
         typename TestFixture::Entries entries;
         EXPECT_EQ(SysFile::readDirectory(path.c_str(), entries), 0);
         EXPECT_THAT(this->namesOf(entries),
-            UnorderedElementsAre(".", "..", ".DS_Store", ".DS_Store2", ".ds_store", ".hidden", "...", "..x",
-                "a", "\xE9\xFF", "directory"));
+            UnorderedElementsAre(".", "..", ".DS_Store", ".DS_Store3", otherCase, ".hidden", "...", "..x",
+                "a", bytes, "directory"));
     }
 }
 
@@ -221,17 +224,17 @@ TEST(TZSysFileListManyTest, ListsManyEntries)
 TEST(TZSysFileListWideTest, EntriesKeepThePathOfTheDirectory)
 {
     const TemporaryFolder directory;
-    const std::string bytes = (directory.path() / "caf\xE9").string();
+    const std::string bytes = (directory.path() / "caf\xC3\xA9").string();
     fs::create_directory(bytes);
-    writeFile(bytes + "/\xFC", "");
+    writeFile(bytes + "/\xC3\xBC", "");
     std::wstring wide = widened(bytes);
-    wide.back() = L'\u20E9';
+    wide.back() = L'\u20A9';
     const TZSysFile<wchar_t> entry(wide.c_str(), ZTRISTATE::Unknown, 0, -1, ZTime(), ZTime(), ZTime());
     EXPECT_TRUE(entry.isDirectory());
     EXPECT_TRUE(entry.Path() == wide.c_str());
     const ZList<TZSysFile<wchar_t>> files = entry.Files();
     ASSERT_EQ(files.Count(), 1);
-    EXPECT_TRUE(files[0].Path() == (wide + L"/\u00FC").c_str());
+    EXPECT_TRUE(files[0].Path() == (wide + L"/\u00C3\u00BC").c_str());
     EXPECT_TRUE(files[0].exists());
 }
 

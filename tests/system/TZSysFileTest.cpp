@@ -42,11 +42,11 @@ TYPED_TEST(TZSysFileTest, CurrentDirectoryIsThatOfTheProcess)
             return 1;
         if (bytesOf(SysFile::getCurrentDirectory()) != fs::canonical(this->directory()).string())
             return 2;
-        fs::create_directory("caf\xE9");
-        if (SysFile::changeDirectory(this->text("caf\xE9").c_str()) != 0)
+        fs::create_directory("caf\xC3\xA9");
+        if (SysFile::changeDirectory(this->text("caf\xC3\xA9").c_str()) != 0)
             return 3;
         return bytesOf(SysFile::getCurrentDirectory())
-                == fs::canonical(this->directory()).string() + "/caf\xE9"
+                == fs::canonical(this->directory()).string() + "/caf\xC3\xA9"
             ? 0
             : 4;
     });
@@ -430,12 +430,12 @@ TYPED_TEST(TZSysFileTest, ParentAndNameOfAPath)
 TEST(TZSysFileWideTest, PathsKeepTheLow8BitsOfEachUnit)
 {
     const TemporaryFolder directory;
-    const std::string bytes = (directory.path() / "caf\xE9").string();
+    const std::string bytes = (directory.path() / "caf\xC3\xA9").string();
     writeFile(bytes, "content");
     std::wstring wide = widened(bytes);
-    wide.back() = L'\u20E9';
+    wide.back() = L'\u20A9';
     EXPECT_EQ(TZSysFile<wchar_t>::sizeOf(wide.c_str()), 7);
-    EXPECT_EQ(bytesOf(TZSysFile<wchar_t>::getNameOf(wide.c_str())), "caf\xE9");
+    EXPECT_EQ(bytesOf(TZSysFile<wchar_t>::getNameOf(wide.c_str())), "caf\xC3\xA9");
     EXPECT_EQ(bytesOf(TZSysFile<wchar_t>::getParentOf(L"/\u2061/x")), "/a");
     EXPECT_EQ(bytesOf(TZSysFile<wchar_t>::getNameOf(L"/a\u012Fx")), "x"); // 0x2F is a "/"
     EXPECT_EQ(TZSysFile<wchar_t>::removeFile(wide.c_str()), 0);
