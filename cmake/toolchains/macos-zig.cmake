@@ -37,7 +37,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 string(CONCAT zspace_cxx_flags
-    "-fstack-protector-strong -D_FORTIFY_SOURCE=2 "
     "-I${zspace_zig_packages}/lib/libcxx/include -I${zspace_zig_packages}/lib/libcxxabi/include " # before the C headers
     "-include ${zspace_sdk}/libcxx-settings.h "
     "-isystem ${zspace_sdk}/include -iframework ${zspace_sdk}/Frameworks")
