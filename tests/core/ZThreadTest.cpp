@@ -305,7 +305,7 @@ TEST(ZThreadTest, RunsExecutors)
 TEST(ZThreadTest, ExecuteReturnsFalseIfNoThreadCanBeCreated)
 {
     if (!ThreadFault::isPossible())
-        GTEST_SKIP();
+        GTEST_SKIP() << "pthread_create cannot be made to fail in this build";
     const auto token = std::make_shared<int>(0);
     Worker worker;
     {
@@ -326,7 +326,7 @@ TEST(ZThreadTest, ExecuteReturnsFalseIfNoThreadCanBeCreated)
 TEST(ZThreadTest, PreviousThreadIsDetachedEvenIfNoThreadCanBeCreated)
 {
     if (!ThreadFault::isPossible())
-        GTEST_SKIP();
+        GTEST_SKIP() << "pthread_create cannot be made to fail in this build";
     const auto gate = std::make_shared<Gate>();
     Worker worker;
     worker.execute(new Job([gate] { gate->wait(); }));

@@ -5,6 +5,7 @@
 
 #include "ZSpace/log/LogFrontEnd.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/Descriptors.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -56,13 +57,11 @@ protected:
         return found;
     }
     /// The number of this process's descriptors of report files.
-    [[nodiscard]] int openReports() const
+    [[nodiscard]] std::size_t openReports() const
     {
-        int count = 0;
-        for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
-            std::error_code error;
-            count += fs::read_symlink(entry.path(), error).string().starts_with(m_logs.string());
-        }
+        std::size_t count = 0;
+        for (const fs::path& file : files())
+            count += descriptorsOf(file.string()).size();
         return count;
     }
     /// The content of the only report file.

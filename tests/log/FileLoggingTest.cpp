@@ -119,17 +119,17 @@ struct OpenTransferLog : ZTransferLog {
 TEST_F(FileLogging, SwitchingOffClosesTheFileUnlessItsBookIsHeld)
 {
     const Outcome outcome = runLogging([&] {
-        EXPECT_EQ(openReports(), 1);
+        EXPECT_EQ(openReports(), 1U);
         CNSDisableFileLogging();
-        EXPECT_EQ(openReports(), 0);
+        EXPECT_EQ(openReports(), 0U);
 
         CNSInitLog(s_file, 0, "Held", nullptr);
         ZRef<ZLogBook> book = OpenTransferLog::book();
         CNSDisableFileLogging();
-        EXPECT_EQ(openReports(), 1);
+        EXPECT_EQ(openReports(), 1U);
         book->add(ZLogRecord() << "still open");
         book = nullptr;
-        EXPECT_EQ(openReports(), 0);
+        EXPECT_EQ(openReports(), 0U);
     });
     EXPECT_EQ(outcome.status, 0) << outcome.standardOutput;
     for (const fs::path& file : files()) {
