@@ -74,7 +74,7 @@ char* appendTwo(char* to, int number, char separator)
 void bareFloor(const char* text)
 {
     thread_local const unsigned int thread = static_cast<unsigned int>(syscall(SYS_gettid));
-    thread_local time_t cachedSecond = 0;
+    thread_local time_t cachedSecond = -1;
     thread_local tm fields{};
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
@@ -120,6 +120,21 @@ void BareFloor(benchmark::State& state)
             g_file = open((folder / "floor").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
         },
         bareFloor, [] { close(g_file); });
+}
+
+ZSpace::ZRef<ZSpace::ZLogBook> g_book;
+
+/// A record with one C string, added to the book of a report file.
+void Book(benchmark::State& state)
+{
+    measure(
+        state,
+        [](const fs::path& folder) {
+            const std::string path = (folder / "book").string();
+            g_book = ZSpace::ZRef<ZSpace::ZLogBook>(
+                new ZSpace::ZLogBookFile(std::wstring(path.begin(), path.end()).c_str()));
+        },
+        [](const char* text) { g_book->add(ZSpace::ZLogRecord() << text); }, [] { g_book = nullptr; });
 }
 
 void FrontEnd(benchmark::State& state)
@@ -194,6 +209,7 @@ void lengthsAndFolders(benchmark::internal::Benchmark* benchmark)
 }
 
 BENCHMARK(BareFloor)->Apply(lengthsAndFolders);
+BENCHMARK(Book)->Apply(lengthsAndFolders);
 BENCHMARK(FrontEnd)->Apply(lengthsAndFolders);
 BENCHMARK(FrontEndFinishedText)->Apply(lengthsAndFolders);
 BENCHMARK(Spdlog)->Apply(lengthsAndFolders);

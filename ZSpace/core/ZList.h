@@ -94,6 +94,11 @@ public:
 
     /// As `add`, but throws `std::bad_alloc` and leaves the list unchanged if allocation fails.
     T* append(T value);
+    /// Appends `element` itself. Throws `std::bad_alloc`, and deletes the element, if allocation fails.
+    T* adopt(std::unique_ptr<T> element);
+    /// Removes the last element without deleting it. The capacity stays. Precondition: the list is not empty.
+    [[nodiscard]] std::unique_ptr<T> takeLast() noexcept;
+    void swap(ZList& other) noexcept { Slots::swap(other); }
 
     /// Removes and deletes the element at `i`. The capacity stays.
     /// @return false, with nothing changed, if `i` is out of range.
@@ -217,9 +222,22 @@ void ZList<T>::il_replaceAt(long index, T* item) noexcept
 template <typename T>
 T* ZList<T>::append(T value)
 {
-    auto element = std::make_unique<T>(std::move(value));
+    return adopt(std::make_unique<T>(std::move(value)));
+}
+
+template <typename T>
+T* ZList<T>::adopt(std::unique_ptr<T> element)
+{
     Slots::reserve(Count() + 1);
     return il_append(element.release());
+}
+
+template <typename T>
+std::unique_ptr<T> ZList<T>::takeLast() noexcept
+{
+    std::unique_ptr<T> last(Slots::operator[](Count() - 1));
+    Slots::resize(Count() - 1);
+    return last;
 }
 
 template <typename T>

@@ -33,6 +33,8 @@ public:
     ~ZThreadLock_T() { pthread_mutex_destroy(&m_mutex); }
 
     void lock() noexcept { pthread_mutex_lock(&m_mutex); }
+    /// @return whether the calling thread now holds the lock (once more).
+    [[nodiscard]] bool try_lock() noexcept { return pthread_mutex_trylock(&m_mutex) == 0; }
     void unlock() noexcept { pthread_mutex_unlock(&m_mutex); }
 
 private:

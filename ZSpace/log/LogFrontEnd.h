@@ -18,7 +18,8 @@
 /// goes to the system log if that is open, and otherwise to the console (standard error).
 ///
 /// No function reports a failure; a line for which there is no memory is dropped. All functions may be called
-/// from any thread at any time, and none from a signal handler. Before `CNSInitLog`, lines go to the console.
+/// from any thread at any time, but only `CNSDbgLogEnabled` from a signal handler. Before `CNSInitLog`, lines go
+/// to the console.
 /// A null format or text counts as empty, except that `CNSLogMsg` ignores it.
 ///
 /// `CNS...` functions take a printf format; `OCNS...` functions take an `NSString` format, which also knows

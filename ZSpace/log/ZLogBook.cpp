@@ -3,6 +3,7 @@
 
 #include "ZSpace/log/ZLogBook.h"
 
+#include "ZSpace/log/detail/ForkSafety.h"
 #include "ZSpace/string/ZMStr.h"
 
 #include <mutex>
@@ -59,7 +60,15 @@ ZLogBook::Errors selected(const ZLogBook::Errors& trail, Predicate isWanted)
 
 } // namespace
 
-ZLogBook::~ZLogBook() = default;
+ZLogBook::ZLogBook()
+{
+    detail::enterForkSafety(m_lock);
+}
+
+ZLogBook::~ZLogBook()
+{
+    detail::leaveForkSafety(m_lock);
+}
 
 void ZLogBook::setLastError(int op, const char* caller, const char* callee, int result, const char* text)
 {

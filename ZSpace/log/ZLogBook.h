@@ -31,7 +31,7 @@ public:
     /// The entries of a trail.
     using Errors = ZList<ZRef<ZLogLastError>>;
 
-    ZLogBook() = default;
+    ZLogBook();
     ZLogBook(const ZLogBook&) = delete; // books are shared, not copied
     ZLogBook& operator=(const ZLogBook&) = delete;
     virtual ~ZLogBook();

@@ -10,6 +10,7 @@
 #include "ZSpace/system/ZSysInfoPaths.h"
 #include "ZSpace/value/ZTime.h"
 
+#include <atomic>
 #include <mutex>
 #include <unistd.h>
 
@@ -28,6 +29,22 @@ ZMStr<char> newReportFileName()
     return name;
 }
 
+/// Locks for a write. Other threads hold the lock for about a microsecond, so trying again for a while costs less than
+/// sleeping and being woken.
+template <typename Lock>
+void lockForWrite(Lock& lock) noexcept
+{
+    constexpr int attempts = 64;
+    constexpr int pause = 32;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (lock.try_lock())
+            return;
+        for (int i = 0; i < pause; ++i)
+            std::atomic_signal_fence(std::memory_order_seq_cst); // an empty loop that the compiler keeps
+    }
+    lock.lock();
+}
+
 } // namespace
 
 ZLogBookFile::ZLogBookFile(const wchar_t* path)
@@ -38,7 +55,7 @@ ZLogBookFile::ZLogBookFile(const wchar_t* path)
 
 ZLogBookFile::ZLogBookFile(OpenFile file)
 {
-    start(m_reportFile.adopt(file.descriptor, ZIOGFile<>::ModeAppend));
+    start(m_reportFile.adopt(file.descriptor, ZIOGFile<>::ModeWrite)); // does not truncate an open file
     separateSessions();
 }
 
@@ -95,7 +112,8 @@ void ZLogBookFile::separateSessions()
 /// Here a line becomes bytes in the file.
 void ZLogBookFile::write(const char* line, long length)
 {
-    const std::lock_guard guard(lock());
+    lockForWrite(lock());
+    const std::lock_guard guard(lock(), std::adopt_lock);
     const int descriptor = m_reportFile.descriptor();
     const detail::SignalRisk risk = m_reportFile.m_signalRisk;
     if (m_reportFile.m_isLastLineCut && detail::writeWhole(descriptor, "\n", 1, risk) == 0)

@@ -43,7 +43,7 @@ public:
     /// @throws ZException "Report file could not be opened"; nothing is left open.
     explicit ZLogBookFile(const wchar_t* path);
     /// Appends to an open file and closes it with the book, also if the constructor throws.
-    /// @throws ZException "Report file could not be opened" if the descriptor is not open for appending.
+    /// @throws ZException "Report file could not be opened" if the descriptor is not open for writing.
     explicit ZLogBookFile(OpenFile file);
     /// Creates a file in the user's home directory that is named after the time and the process.
     /// @throws ZException "Report file could not be opened".

@@ -3,14 +3,47 @@
 
 #include "ZSpace/log/ZLogRecord.h"
 
+#include "ZSpace/log/detail/SpareValues.h"
+
 #include <algorithm>
+#include <type_traits>
 #include <utility>
 
 namespace ZSpace {
 
+namespace {
+
+using Value = TZValueBase<ZTypeId>;
+
+template <typename T>
+void overwrite(const ZLogRecord::Item& item, const T& value) noexcept
+{
+    *static_cast<T*>(const_cast<void*>(item->Content())) = value;
+}
+
+/// A reference in a heap block to a value that holds a copy of `value`.
+template <typename T>
+std::unique_ptr<ZLogRecord::Item> itemOf(const T& value)
+{
+    if constexpr (std::is_trivially_copyable_v<T>) {
+        if (std::unique_ptr<ZLogRecord::Item> spare = detail::takeSpareValue(detail::s_typeIdOf<T>)) {
+            overwrite(*spare, value);
+            return spare;
+        }
+    }
+    return std::make_unique<ZLogRecord::Item>(new Value(std::in_place, value));
+}
+
+} // namespace
+
 ZLogRecord::ZLogRecord(const ZLogRecord& other)
 {
     *this = other;
+}
+
+ZLogRecord::~ZLogRecord()
+{
+    detail::recycle(m_items);
 }
 
 ZLogRecord& ZLogRecord::operator=(const ZLogRecord& other)
@@ -28,9 +61,43 @@ ZLogRecord::Item ZLogRecord::itemAt(long index) const
     return m_items[std::clamp(index, 0L, Count() - 1)];
 }
 
-ZLogRecord& ZLogRecord::appendItem(Item&& item)
+template <typename T>
+ZLogRecord& ZLogRecord::append(const T& value)
 {
-    m_items.append(std::move(item));
+    if constexpr (std::is_trivially_copyable_v<T>) {
+        if (m_items.Capacity() == 0 && detail::takeSpareRecord(m_items, detail::s_typeIdOf<T>)) {
+            overwrite(m_items[0], value);
+            return *this;
+        }
+    }
+    return appendItem(itemOf(value));
+}
+
+template ZLogRecord& ZLogRecord::append(const bool& value);
+template ZLogRecord& ZLogRecord::append(const unsigned char& value);
+template ZLogRecord& ZLogRecord::append(const signed char& value);
+template ZLogRecord& ZLogRecord::append(const unsigned short& value);
+template ZLogRecord& ZLogRecord::append(const short& value);
+template ZLogRecord& ZLogRecord::append(const unsigned int& value);
+template ZLogRecord& ZLogRecord::append(const int& value);
+template ZLogRecord& ZLogRecord::append(const unsigned long long& value);
+template ZLogRecord& ZLogRecord::append(const long long& value);
+template ZLogRecord& ZLogRecord::append(const float& value);
+template ZLogRecord& ZLogRecord::append(const double& value);
+template ZLogRecord& ZLogRecord::append(const char& value);
+template ZLogRecord& ZLogRecord::append(const wchar_t& value);
+template ZLogRecord& ZLogRecord::append(const char* const& value);
+template ZLogRecord& ZLogRecord::append(const wchar_t* const& value);
+template ZLogRecord& ZLogRecord::append(const ZGStr<char>& value);
+template ZLogRecord& ZLogRecord::append(const ZGStr<wchar_t>& value);
+template ZLogRecord& ZLogRecord::append(const ZTime& value);
+template ZLogRecord& ZLogRecord::append(const ZGUID& value);
+
+ZLogRecord& ZLogRecord::appendItem(std::unique_ptr<Item> item)
+{
+    if (m_items.Capacity() == 0)
+        detail::takeSpareCapacity(m_items);
+    m_items.adopt(std::move(item));
     return *this;
 }
 

@@ -12,7 +12,7 @@
 #include "ZSpace/value/ZGUID.h"
 #include "ZSpace/value/ZTime.h"
 
-#include <utility>
+#include <memory>
 
 namespace ZSpace {
 
@@ -23,6 +23,8 @@ namespace ZSpace {
 /// A record stores a copy of each value, except that of a C string it stores only the pointer: the characters
 /// must stay alive and unchanged for as long as the record, or a book that keeps it, may be read. Copies of a
 /// record share their values. Self-assignment empties a record.
+///
+/// A thread keeps a few blocks of its finished records, so that filling the next record need not allocate.
 ///
 /// A record is filled by one thread; shared values may be released by several. Adding throws `std::bad_alloc`
 /// and leaves the record unchanged if allocation fails.
@@ -36,7 +38,7 @@ public:
     ZLogRecord(ZLogRecord&& other) noexcept = default;
     ZLogRecord& operator=(const ZLogRecord& other);
     ZLogRecord& operator=(ZLogRecord&& other) noexcept = default;
-    ~ZLogRecord() = default;
+    ~ZLogRecord();
 
     /// The number of values.
     [[nodiscard]] long Count() const noexcept { return m_items.Count(); }
@@ -71,7 +73,7 @@ public:
     ZLogRecord& add(const ZGUID& value) { return append(value); }
     ZLogRecord& add(const TZValueBase<ZTypeId>& value)
     {
-        return appendItem(Item(new TZValueBase<ZTypeId>(value)));
+        return appendItem(std::make_unique<Item>(new TZValueBase<ZTypeId>(value)));
     }
     /// `long` has no kind of its own: it is stored as the `long long` that it fits into.
     ZLogRecord& add(long value) { return append(static_cast<long long>(value)); }
@@ -96,11 +98,8 @@ public:
 
 private:
     template <typename T>
-    ZLogRecord& append(const T& value)
-    {
-        return appendItem(Item(new TZValueBase<ZTypeId>(std::in_place, value)));
-    }
-    ZLogRecord& appendItem(Item&& item);
+    ZLogRecord& append(const T& value);
+    ZLogRecord& appendItem(std::unique_ptr<Item> item);
 
     ZList<Item> m_items;
 };

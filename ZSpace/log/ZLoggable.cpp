@@ -3,11 +3,14 @@
 
 #include "ZSpace/log/ZLoggable.h"
 
+#include "ZSpace/log/detail/BookLock.h"
 #include "ZSpace/log/detail/DebugLog.h"
+#include "ZSpace/log/detail/LentBook.h"
 #include "ZSpace/log/detail/LogLine.h"
 #include "ZSpace/log/detail/WholeWrite.h"
 
 #include <cstdio>
+#include <mutex>
 #include <utility>
 
 namespace ZSpace {
@@ -32,6 +35,8 @@ void echo(const ZLogRecord& record)
 
 } // namespace
 
+thread_local constinit detail::LentBook detail::t_lentBook;
+
 ZLoggable::ZLoggable()
     : m_logBook(new ZLogBookDummy)
 {
@@ -52,20 +57,29 @@ void ZLoggable::writeStream(unsigned char tag, int number, const void* data, lon
 
 void ZLoggable::attachLogBook(ZRef<ZLogBook> book)
 {
-    m_logBook = book;
+    exchangeBook(book);
     onLogBookAttached(std::move(book));
 }
 
 void ZLoggable::detachLogBook()
 {
-    m_logBook = nullptr;
+    exchangeBook({});
     onLogBookDetached();
+}
+
+/// The previous book may be destroyed here, without a lock held.
+void ZLoggable::exchangeBook(ZRef<ZLogBook> book)
+{
+    const std::lock_guard guard(detail::BookLock::instance());
+    std::swap(m_logBook, book);
 }
 
 void ZLoggable::addLogRecord(const ZLogRecord& record)
 {
-    if (m_logBook)
-        m_logBook->add(record);
+    const bool isLent = detail::t_lentBook.borrower == this;
+    ZLogBook* const book = isLent ? std::exchange(detail::t_lentBook, {}).book : m_logBook.get();
+    if (book)
+        book->add(record);
     if (debugLogEnabled)
         echo(record);
 }

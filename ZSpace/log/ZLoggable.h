@@ -63,6 +63,9 @@ protected:
     ZRef<ZLogBook> m_logBook; // may be empty
     /// The operation that this object's records and errors belong to.
     int m_logOp = 0;
+
+private:
+    void exchangeBook(ZRef<ZLogBook> book);
 };
 
 } // namespace ZSpace

@@ -3,53 +3,120 @@
 
 #include "ZSpace/log/ZTransferLog.h"
 
-#include <memory>
+#include "ZSpace/log/detail/BookLock.h"
+#include "ZSpace/log/detail/LentBook.h"
+
+#include <atomic>
+#include <mutex>
 #include <utility>
-#include <vector>
 
 namespace ZSpace {
 
 ZTransferLog* theLog = nullptr;
 
-ZTransferLog::~ZTransferLog() = default;
-
 namespace {
 
-/// A transfer log that stays for the life of the process, since another thread may still be looking at it
-/// when it is turned off. The list keeps those that were turned off in sight of whoever looks for leaks.
+/// A transfer log that is never destroyed, because another thread may still refer to it when it is turned off.
+struct ImmortalLog {
+    ZTransferLog log;
+    ImmortalLog* next = nullptr;
+};
+std::atomic<ImmortalLog*> s_logs{nullptr}; // all of them, so that leak checkers stay quiet
+
 ZTransferLog& newLog()
 {
-    static auto& logs = *new std::vector<std::unique_ptr<ZTransferLog>>;
-    return *logs.emplace_back(std::make_unique<ZTransferLog>());
+    auto* const added = new ImmortalLog;
+    added->next = s_logs.load();
+    while (!s_logs.compare_exchange_weak(added->next, added)) { }
+    return added->log;
 }
 
+ZTransferLog* currentLog() noexcept
+{
+    const std::lock_guard guard(detail::BookLock::instance().stripe());
+    return theLog;
+}
+
+ZTransferLog* exchangeLog(ZTransferLog* log) noexcept
+{
+    const std::lock_guard guard(detail::BookLock::instance());
+    return std::exchange(theLog, log);
+}
+
+/// Lends a book to a loggable for one record of the calling thread.
+class Loan {
+public:
+    Loan(const ZLoggable& borrower, ZLogBook& book) noexcept
+        : m_outer(std::exchange(detail::t_lentBook, {&borrower, &book}))
+    {
+    }
+    Loan(const Loan&) = delete; // a scope
+    Loan& operator=(const Loan&) = delete;
+    ~Loan() { detail::t_lentBook = m_outer; }
+
+private:
+    detail::LentBook m_outer; // of a line during which this one is logged
+};
+
 } // namespace
+
+/// `theLog` and a reference of one's own to its book. Both are taken at the same moment, so the book lives until
+/// this goes, even if another thread exchanges or detaches it.
+struct ZTransferLog::Channel {
+    Channel()
+    {
+        const std::lock_guard guard(detail::BookLock::instance().stripe());
+        log = theLog;
+        if (log)
+            book = log->m_logBook;
+    }
+    /// Whether the book takes records. Aborts with a report if there is a log without a book.
+    [[nodiscard]] bool isOn() const { return log && !book->isInactive(); }
+
+    /// Releases the book that was attached to a log which another thread has turned off meanwhile.
+    static void takeBack(ZTransferLog& log, const ZRef<ZLogBook>& book)
+    {
+        ZRef<ZLogBook> released; // destroyed after unlocking
+        const std::lock_guard guard(detail::BookLock::instance());
+        if (theLog != &log && log.m_logBook.get() == book.get())
+            std::swap(released, log.m_logBook);
+    }
+
+    ZTransferLog* log;
+    ZRef<ZLogBook> book;
+};
+
+ZTransferLog::~ZTransferLog() = default;
 
 void ZTransferLog::useLogBook(ZRef<ZLogBook> book)
 {
     if (!book) {
-        if (theLog)
-            std::exchange(theLog, nullptr)->detachLogBook();
-    } else if (theLog) {
-        theLog->attachLogBook(std::move(book));
+        if (ZTransferLog* const log = exchangeLog(nullptr))
+            log->detachLogBook();
+    } else if (ZTransferLog* const log = currentLog()) {
+        log->attachLogBook(book);
+        Channel::takeBack(*log, book);
     } else {
-        ZTransferLog& log = newLog();
-        log.attachLogBook(std::move(book));
-        theLog = &log;
+        ZTransferLog& created = newLog();
+        created.attachLogBook(std::move(book));
+        if (ZTransferLog* const other = exchangeLog(&created))
+            other->detachLogBook(); // another thread has created it meanwhile
     }
 }
 
 bool ZTransferLog::log(const char* text)
 {
-    if (!isOn())
+    const Channel channel;
+    if (!channel.isOn())
         return false;
-    theLog->addLogRecord(createLogRecord() << text);
+    const Loan loan(*channel.log, *channel.book);
+    channel.log->addLogRecord(createLogRecord() << text);
     return true;
 }
 
 bool ZTransferLog::isOn()
 {
-    return theLog && !theLog->isInactive();
+    return Channel().isOn();
 }
 
 bool ZTransferLog::isInactive()

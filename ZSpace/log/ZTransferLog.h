@@ -12,7 +12,8 @@ namespace ZSpace {
 ///     ZTransferLog::useLogBook(ZRef<ZLogBook>(new ZLogBookFile(L"/var/log/mine.txt")));
 ///     ZTransferLog::log("started");
 ///
-/// A transfer log that was turned off stays allocated, because other threads may still refer to it.
+/// Books may be exchanged and detached while other threads log. A line that has begun reaches the book that was
+/// attached then, and the last user of a book destroys it. A transfer log that was turned off stays allocated.
 class ZTransferLog : public ZLoggable {
 public:
     ~ZTransferLog() override;
@@ -27,6 +28,9 @@ public:
     /// Whether the book refuses records at the moment. Aborts after a report through `z_dbg_error` if there is
     /// no book.
     bool isInactive();
+
+private:
+    struct Channel;
 };
 
 /// Null while no book is attached.

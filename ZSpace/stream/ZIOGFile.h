@@ -62,7 +62,8 @@ public:
     /// @return 0, or the error number (EINVAL for an unknown mode); the stream is then closed.
     virtual int open(wchar_t const* path, int mode);
     virtual int open(char const* path, int mode);
-    /// Closes the stream, then takes over an open descriptor. It is closed with the stream, and on failure.
+    /// Closes the stream, then takes over an open descriptor. It is closed with the stream, and on failure. The
+    /// file is neither created nor truncated.
     /// @return 0, or the error number (EINVAL for an unknown mode or one that the descriptor was not opened for).
     int adopt(int descriptor, int mode);
     /// The descriptor, still owned by the stream; -1 for a closed stream.
