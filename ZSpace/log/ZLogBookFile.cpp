@@ -73,12 +73,7 @@ ZLogBookFile::~ZLogBookFile()
 void ZLogBookFile::add(const ZLogRecord& record)
 {
     detail::LogLine line;
-    line.append(detail::linePrefix());
-    for (const ZLogRecord::Item& item : record) {
-        line.append('\t');
-        line.append(item);
-    }
-    line.append('\n');
+    line.appendRecord(record);
     write(line.data(), line.length());
 }
 
@@ -114,12 +109,8 @@ void ZLogBookFile::write(const char* line, long length)
 {
     lockForWrite(lock());
     const std::lock_guard guard(lock(), std::adopt_lock);
-    const int descriptor = m_reportFile.descriptor();
-    const detail::SignalRisk risk = m_reportFile.m_signalRisk;
-    if (m_reportFile.m_isLastLineCut && detail::writeWhole(descriptor, "\n", 1, risk) == 0)
-        return; // still no space: this line would be lost, too
-    const long written = detail::writeWhole(descriptor, line, length, risk);
-    m_reportFile.m_isLastLineCut = written > 0 && written < length;
+    detail::appendLine(
+        m_reportFile.descriptor(), line, length, m_reportFile.m_signalRisk, m_reportFile.m_isLastLineCut);
 }
 
 ZLogBookFileEntry::ZLogBookFileEntry(unsigned char tag, int first, int second) noexcept

@@ -3,6 +3,7 @@
 
 #include "ZSpace/log/ZLogBookHoster.h"
 
+#include <exception>
 #include <memory>
 
 namespace ZSpace {
@@ -22,31 +23,44 @@ ZLogBookHoster::ZLogBookHoster(ZLogBook* b1, ZLogBook* b2, ZLogBook* b3, ZLogBoo
 
 ZLogBookHoster::~ZLogBookHoster() = default;
 
+/// A book that throws does not stop the others. The first exception is thrown when all have been called.
+template <typename Call>
+void ZLogBookHoster::forEachBook(Call call)
+{
+    std::exception_ptr failure;
+    for (const ZRef<ZLogBook>& book : m_books) {
+        try {
+            call(*book.operator->());
+        } catch (...) {
+            if (!failure)
+                failure = std::current_exception();
+        }
+    }
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
 void ZLogBookHoster::add(const ZLogRecord& record)
 {
-    for (const ZRef<ZLogBook>& book : m_books)
-        book->add(record);
+    forEachBook([&](ZLogBook& book) { book.add(record); });
 }
 
 void ZLogBookHoster::writeStream(unsigned char tag, int number, const void* data, long length)
 {
-    for (const ZRef<ZLogBook>& book : m_books)
-        book->writeStream(tag, number, data, length);
+    forEachBook([=](ZLogBook& book) { book.writeStream(tag, number, data, length); });
 }
 
 void ZLogBookHoster::setLastError(
     int op, const char* caller, const char* callee, int result, const char* text)
 {
     ZLogBook::setLastError(op, caller, callee, result, nullptr);
-    for (const ZRef<ZLogBook>& book : m_books)
-        book->setLastError(op, caller, callee, result, text);
+    forEachBook([=](ZLogBook& book) { book.setLastError(op, caller, callee, result, text); });
 }
 
 void ZLogBookHoster::clearLastError(int op, pthread_t thread)
 {
     ZLogBook::clearLastError(op, thread);
-    for (const ZRef<ZLogBook>& book : m_books)
-        book->clearLastError(op, thread);
+    forEachBook([=](ZLogBook& book) { book.clearLastError(op, thread); });
 }
 
 } // namespace ZSpace

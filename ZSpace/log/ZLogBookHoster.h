@@ -18,6 +18,8 @@ namespace ZSpace {
 ///     };
 ///     ZRef<ZLogBook> book(new Both(new ZLogBookFile(L"a.txt"), new ZLogBookFile(L"b.txt")));
 ///
+/// A book that throws does not stop the others: the first exception is thrown when all have been called.
+///
 /// Each hosted book keeps its own trail besides the hoster's. The getters read the hoster's trail.
 class ZLogBookHoster : public ZLogBook {
 public:
@@ -35,6 +37,9 @@ public:
     void clearLastError(int op, pthread_t thread) override;
 
 private:
+    template <typename Call>
+    void forEachBook(Call call);
+
     ZList<ZRef<ZLogBook>> m_books;
 };
 

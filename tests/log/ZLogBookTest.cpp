@@ -309,6 +309,39 @@ TEST(ZLogBookHoster, TheGettersReadItsOwnTrail)
     EXPECT_EQ(hoster.getLastErrors().Count(), 0);
 }
 
+TEST(ZLogBookHoster, ABookThatThrowsDoesNotStopTheOthers)
+{
+    class Failing : public ZLogBookDummy {
+    public:
+        explicit Failing(int number)
+            : m_number(number)
+        {
+        }
+        void add(const ZLogRecord&) override { throw m_number; }
+        using ZLogBook::writeStream;
+        void writeStream(unsigned char, int, const void*, long) override { throw m_number; }
+
+    private:
+        int m_number;
+    };
+    auto* const a = new RecordingBook;
+    auto* const b = new RecordingBook;
+    Hoster hoster(a, new Failing(1), new Failing(2), b);
+    const auto thrownBy = [](const auto& call) {
+        try {
+            call();
+        } catch (int number) {
+            return number;
+        }
+        return 0;
+    };
+    EXPECT_EQ(thrownBy([&] { hoster.add(ZLogRecord() << "x"); }), 1);
+    EXPECT_EQ(thrownBy([&] { hoster.writeStream(1, 2, "abc", 3); }), 1);
+    EXPECT_THAT(a->records(), ElementsAre("x|"));
+    EXPECT_THAT(b->records(), ElementsAre("x|"));
+    EXPECT_THAT(b->m_blocks, ElementsAre("1,2,abc"));
+}
+
 TEST(ZLogBookHoster, DestroysItsBooks)
 {
     static int living = 0;

@@ -139,6 +139,16 @@ void LogLine::append(const ZLogRecord::Item& item)
     }
 }
 
+void LogLine::appendRecord(const ZLogRecord& record)
+{
+    append(linePrefix());
+    for (const ZLogRecord::Item& item : record) {
+        append('\t');
+        append(item);
+    }
+    append('\n');
+}
+
 /// Keeps the low 8 bits of each unit and stops where those are 0, as narrow strings do.
 void LogLine::appendNarrowed(const wchar_t* characters)
 {

@@ -46,6 +46,9 @@ public:
     /// Appends what `item->toCString()` returns.
     void append(const ZLogRecord::Item& item);
 
+    /// Appends a whole line: the prefix, each value after a tab, and a line feed.
+    void appendRecord(const ZLogRecord& record);
+
     /// The characters, without a terminator. Invalidated by the next `append`.
     [[nodiscard]] const char* data() const noexcept { return m_characters; }
     [[nodiscard]] long length() const noexcept { return m_length; }

@@ -32,4 +32,7 @@ private:
 /// @return the number of bytes written, less than `count` after an error.
 long writeWhole(int descriptor, const char* bytes, long count, SignalRisk risk) noexcept;
 
+/// Appends a line with one `write`. A line that was cut by an error is ended by a line feed before the next one.
+void appendLine(int descriptor, const char* line, long length, SignalRisk risk, bool& isLastLineCut) noexcept;
+
 } // namespace ZSpace::detail
