@@ -11,6 +11,7 @@
 #include "ZSpace/platform/Foundation.h"
 #include "ZSpace/platform/SystemLog.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <string>
@@ -18,9 +19,9 @@
 namespace Host = ZSpace::Host;
 namespace NS = ZSpace::NS;
 
-// Process-wide, like `debugLogEnabled`: zero at start and written only by CNSInitLog.
-Host::SystemLogClient* asl = nullptr; // null unless the system log is open; never closed
-Host::SystemLogMessage* aslMsg = nullptr; // created together with `asl`
+// Process-wide, like `debugLogEnabled`: zero at start and written only by CNSInitLog, while other threads may log.
+std::atomic<Host::SystemLogClient*> asl{nullptr}; // null unless the system log is open; never closed
+std::atomic<Host::SystemLogMessage*> aslMsg{nullptr}; // set before `asl`
 
 namespace {
 
@@ -43,8 +44,8 @@ void dropFailures(Write write) noexcept
 /// The destination of lines that no log book takes: the system log if it is open, otherwise the console.
 void writeToSystem(int level, const char* text)
 {
-    if (asl) {
-        Host::writeSystemLog(asl, aslMsg, level, text);
+    if (Host::SystemLogClient* const client = asl) {
+        Host::writeSystemLog(client, aslMsg, level, text);
         return;
     }
     const NS::AutoreleasePool pool;
@@ -87,9 +88,10 @@ void CNSInitLog(int flags, int sysLogSwitch, const char* tag, const char* userLo
     if (flags & CNSLogFlagFile)
         ZSpace::enableFileLogging(tag ? tag : "");
     if (sysLogSwitch == 1) {
-        asl = Host::openSystemLog(
+        Host::SystemLogClient* const client = Host::openSystemLog(
             tag, isDebugged ? Host::CopyToStandardError::Yes : Host::CopyToStandardError::No);
         aslMsg = Host::newSystemLogMessage();
+        asl = client;
     }
 }
 
@@ -100,7 +102,7 @@ void CNSDisableFileLogging(void)
 
 bool CNSDbgLogEnabled(void)
 {
-    return debugLogEnabled;
+    return debugLogEnabled != 0;
 }
 
 void CLogV(const char* format, va_list arguments)

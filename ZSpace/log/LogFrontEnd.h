@@ -35,7 +35,8 @@ enum CNSLogFlags {
     CNSLogFlagFile = 0x100 ///< write to a new report file
 };
 
-/// Sets up logging for the process. Calling it again with `CNSLogFlagFile` starts a new report file.
+/// Sets up logging for the process. Calling it again with `CNSLogFlagFile` starts a new report file. Call it on
+/// one thread at a time; other threads may log meanwhile.
 /// @param flags `CNSLogFlags`. An attached debugger turns debug lines on, too; nothing turns them off again.
 /// @param sysLogSwitch exactly 1 opens the system log, with a copy to standard error under a debugger.
 /// @param tag begins the name of the report file and identifies the program in the system log.

@@ -38,10 +38,11 @@ protected:
         chmod(m_victim.c_str(), 0600);
     }
 
-    /// The name of the report that is created `milliseconds` from now.
-    static std::string reportName(std::chrono::milliseconds fromNow)
+    using Clock = std::chrono::system_clock;
+
+    /// The name of the report that is created at `time`.
+    static std::string reportName(Clock::time_point time)
     {
-        const auto time = std::chrono::system_clock::now() + fromNow;
         const auto count =
             std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
         const time_t second = count / 1000;
@@ -58,8 +59,10 @@ protected:
     /// @return what reached the console; the line, as no report can be created.
     Outcome logAmong(const std::function<void(const fs::path&)>& plant) const
     {
-        for (int ms = 0; ms < 1500; ++ms)
-            plant(m_logs / reportName(std::chrono::milliseconds(ms)));
+        for (Clock::time_point time = Clock::now(); time < Clock::now() + std::chrono::seconds(1);
+             time += std::chrono::milliseconds(1)) {
+            plant(m_logs / reportName(time));
+        }
         return runLogging([] {
             alarm(20); // a set-up that waits for ever ends by a signal
             CNSLog("line");

@@ -3,4 +3,4 @@
 
 #include "ZSpace/log/detail/DebugLog.h"
 
-unsigned char debugLogEnabled = 0;
+std::atomic<unsigned char> debugLogEnabled{0};

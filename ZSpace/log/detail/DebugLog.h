@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <atomic>
+
 /// 1 when debug lines are written. Set by `CNSInitLog` and never cleared. Declared apart from the front end
 /// because `ZLoggable` reads it, too.
-extern unsigned char debugLogEnabled;
+extern std::atomic<unsigned char> debugLogEnabled;
