@@ -1,34 +1,92 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 
-# Installs the program, the library, its headers and what finds them from CMake and pkg-config.
+# Installs four components:
+#   program        CdkRSUninstaller, its manual page and what its licenses ask for
+#   runtime        libzspace.so.1, if the library is shared
+#   development    the headers, the library to link to, and what find_package and pkg-config read
+#   documentation  the README and the pages it leads to
+# CPack makes packages of them: see ZSpacePackages.cmake.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-set(ZSPACE_CMAKE_FOLDER "${CMAKE_INSTALL_LIBDIR}/cmake/ZSpace")
+find_program(ZSPACE_GZIP gzip)
+set(ZSPACE_CMAKE_DIRECTORY "${CMAKE_INSTALL_LIBDIR}/cmake/ZSpace")
 
-install(TARGETS CdkRSUninstaller)
+if(ZSPACE_BUILD_PROGRAM)
+    install(TARGETS CdkRSUninstaller COMPONENT program)
+    # Systems with gzip keep their manual pages compressed.
+    set(page "${PROJECT_SOURCE_DIR}/packaging/man/CdkRSUninstaller.8")
+    if(ZSPACE_GZIP)
+        file(COPY "${page}" DESTINATION "${PROJECT_BINARY_DIR}")
+        execute_process(COMMAND "${ZSPACE_GZIP}" -9 -n -f CdkRSUninstaller.8 WORKING_DIRECTORY "${PROJECT_BINARY_DIR}"
+            COMMAND_ERROR_IS_FATAL ANY)
+        set(page "${PROJECT_BINARY_DIR}/CdkRSUninstaller.8.gz")
+    endif()
+    install(FILES "${page}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man8" COMPONENT program)
+    install(FILES LICENSE packaging/THIRD-PARTY-NOTICES.md DESTINATION "${CMAKE_INSTALL_DATADIR}/licenses/CdkRSUninstaller"
+        COMPONENT program)
+endif()
+
+# INCLUDES is for users with CMake before 3.23, which does not know file sets.
 install(TARGETS zspace EXPORT ZSpaceTargets
-    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+    INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+    LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE COMPONENT development
+    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development)
 # Bridges to other libraries; not part of the verified header set, since they compile only where those are installed.
 install(FILES ZSpace/interop/Fmt.h ZSpace/interop/StdFormat.h
-    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ZSpace/interop")
-install(EXPORT ZSpaceTargets NAMESPACE ZSpace:: DESTINATION "${ZSPACE_CMAKE_FOLDER}")
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ZSpace/interop" COMPONENT development)
+install(EXPORT ZSpaceTargets NAMESPACE ZSpace:: DESTINATION "${ZSPACE_CMAKE_DIRECTORY}" COMPONENT development)
 
 configure_package_config_file(cmake/ZSpaceConfig.cmake.in "${PROJECT_BINARY_DIR}/ZSpaceConfig.cmake"
-    INSTALL_DESTINATION "${ZSPACE_CMAKE_FOLDER}")
-write_basic_package_version_file("${PROJECT_BINARY_DIR}/ZSpaceConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+    INSTALL_DESTINATION "${ZSPACE_CMAKE_DIRECTORY}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/ZSpaceConfigVersion.cmake"
+    VERSION "${PROJECT_VERSION}" COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/ZSpaceConfig.cmake" "${PROJECT_BINARY_DIR}/ZSpaceConfigVersion.cmake"
-    DESTINATION "${ZSPACE_CMAKE_FOLDER}")
+    DESTINATION "${ZSPACE_CMAKE_DIRECTORY}" COMPONENT development)
 
-# The library is static, so whoever links to it links to what it stands on.
-set(ZSPACE_PC_LIBRARIES "-pthread")
+# Every directory in zspace.pc starts at the file's own place, so that the installed tree can be moved. A directory that
+# was given in full stays as it is.
+set(pkgconfig_directory "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+    set(ZSPACE_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
+else()
+    file(RELATIVE_PATH up "/${pkgconfig_directory}" "/")
+    string(REGEX REPLACE "/$" "" up "${up}")
+    set(ZSPACE_PC_PREFIX "\${pcfiledir}/${up}")
+endif()
+foreach(directory IN ITEMS LIBDIR INCLUDEDIR)
+    if(IS_ABSOLUTE "${CMAKE_INSTALL_${directory}}")
+        set(ZSPACE_PC_${directory} "${CMAKE_INSTALL_${directory}}")
+    else()
+        set(ZSPACE_PC_${directory} "\${prefix}/${CMAKE_INSTALL_${directory}}")
+    endif()
+endforeach()
+
+# What the library itself links to: a static library leaves that to its users.
+set(needed "")
 foreach(library IN LISTS ZSPACE_FOUNDATION_LIBRARIES)
     if(NOT library MATCHES "^-")
         string(PREPEND library "-l")
     endif()
-    string(PREPEND ZSPACE_PC_LIBRARIES "${library} ")
+    string(APPEND needed " ${library}")
 endforeach()
+set(ZSPACE_PC_LIBS "-L\${libdir} -lzspace -pthread")
+if(BUILD_SHARED_LIBS)
+    set(ZSPACE_PC_LIBS_PRIVATE "${needed}")
+else()
+    string(APPEND ZSPACE_PC_LIBS "${needed}")
+    set(ZSPACE_PC_LIBS_PRIVATE "")
+endif()
 configure_file(cmake/zspace.pc.in "${PROJECT_BINARY_DIR}/zspace.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/zspace.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+install(FILES "${PROJECT_BINARY_DIR}/zspace.pc" DESTINATION "${pkgconfig_directory}" COMPONENT development)
+
+install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documentation)
+install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documentation
+    FILES_MATCHING PATTERN "*.md" PATTERN reference EXCLUDE)
+
+if(PROJECT_IS_TOP_LEVEL)
+    include(ZSpacePackages)
+endif()

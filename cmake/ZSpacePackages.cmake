@@ -1,0 +1,73 @@
+# SPDX-FileCopyrightText: 2026 The ZSpace authors
+# SPDX-License-Identifier: MIT
+
+# `cpack --config build/release/CPackConfig.cmake` makes a .tar.gz of everything and, on Debian, one .deb for each of
+# program, runtime (if the library is shared) and development.
+
+set(CPACK_PACKAGE_NAME zspace)
+set(CPACK_PACKAGE_VENDOR "The ZSpace authors")
+set(CPACK_PACKAGE_CONTACT "The ZSpace authors <zspace@localhost.localdomain>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
+set(CPACK_STRIP_FILES OFF) # call stacks are named by the program's own symbols
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_GENERATOR TGZ)
+find_program(ZSPACE_DPKG dpkg)
+if(ZSPACE_DPKG)
+    list(APPEND CPACK_GENERATOR DEB)
+endif()
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL development)
+if(ZSPACE_BUILD_PROGRAM)
+    list(APPEND CPACK_COMPONENTS_ALL program)
+endif()
+if(BUILD_SHARED_LIBS)
+    list(APPEND CPACK_COMPONENTS_ALL runtime)
+endif()
+set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME cdkrsuninstaller)
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION admin)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libzspace1)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzspace-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+if(BUILD_SHARED_LIBS)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libzspace1 (= ${PROJECT_VERSION})")
+endif()
+set(CPACK_COMPONENT_PROGRAM_DESCRIPTION "Removes an installed remote-support service
+ Starts the service's own installer in uninstall mode, logs what it did and
+ exits at once. Takes no arguments and needs root.")
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "C++20 library of strings, values, streams and logging
+ Shared library of ZSpace.")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "C++20 library of strings, values, streams and logging - development
+ Headers of ZSpace, the library to link to, and what CMake and pkg-config
+ need to find them.")
+
+# What Debian's policy asks of every package: a changelog and a copyright file under its own name. The time is that of
+# the release and not of the build, so that two builds give the same bytes.
+if(ZSPACE_DPKG AND ZSPACE_GZIP)
+    if(DEFINED ENV{SOURCE_DATE_EPOCH})
+        string(TIMESTAMP ZSPACE_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
+    else()
+        set(ZSPACE_DATE "Sat, 21 Nov 2026 00:00:00 +0000")
+    endif()
+    foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+        string(TOUPPER ${component} name)
+        set(package "${CPACK_DEBIAN_${name}_PACKAGE_NAME}")
+        set(directory "${PROJECT_BINARY_DIR}/debian/${package}")
+        configure_file(packaging/debian/changelog.in "${directory}/changelog" @ONLY)
+        execute_process(COMMAND "${ZSPACE_GZIP}" -9 -n -k -f changelog WORKING_DIRECTORY "${directory}"
+            COMMAND_ERROR_IS_FATAL ANY)
+        install(FILES packaging/debian/copyright "${directory}/changelog.gz"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" COMPONENT ${component})
+    endforeach()
+    if(ZSPACE_BUILD_PROGRAM)
+        install(FILES packaging/debian/cdkrsuninstaller.lintian-overrides
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides" RENAME cdkrsuninstaller COMPONENT program)
+    endif()
+endif()
+include(CPack)
