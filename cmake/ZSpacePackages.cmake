@@ -9,7 +9,7 @@ set(CPACK_PACKAGE_VENDOR "The ZSpace authors")
 set(CPACK_PACKAGE_CONTACT "The ZSpace authors <zspace@localhost.localdomain>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
-set(CPACK_STRIP_FILES OFF) # call stacks are named by the program's own symbols
+set(CPACK_STRIP_FILES ${BUILD_SHARED_LIBS}) # call stacks of the program are named by its own symbols
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_GENERATOR TGZ)
 find_program(ZSPACE_DPKG dpkg)
@@ -32,7 +32,13 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME cdkrsuninstaller)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libzspace1)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+# What Debian's policy asks of a package with a shared library.
+if(BUILD_SHARED_LIBS)
+    file(WRITE "${PROJECT_BINARY_DIR}/debian/shlibs" "libzspace 1 libzspace1 (>= ${PROJECT_VERSION})\n")
+    file(WRITE "${PROJECT_BINARY_DIR}/debian/triggers" "activate-noawait ldconfig\n")
+    set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+        "${PROJECT_BINARY_DIR}/debian/shlibs;${PROJECT_BINARY_DIR}/debian/triggers")
+endif()
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzspace-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 if(BUILD_SHARED_LIBS)

@@ -22,6 +22,7 @@ try ./scripts/test.sh gnustep-asan
 try ./scripts/test.sh gnustep-tsan
 try ./scripts/build-macos.sh --tests
 try ./scripts/docs.sh
+try ./scripts/packages.sh
 for suite in bookworm trixie; do
     try ./scripts/fresh-root.sh "$suite" root
     try ./scripts/fresh-root.sh "$suite" user
