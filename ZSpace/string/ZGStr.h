@@ -471,7 +471,8 @@ public:
     {
         return detail::count(Token(text, length), what);
     }
-    [[nodiscard]] static long s_verify(const T* text, long length, const T& c, long from = 0) noexcept
+    template <std::same_as<T> C> // an integer is never taken for a character, nor its call for that of a member
+    [[nodiscard]] static long s_verify(const T* text, long length, const C& c, long from = 0) noexcept
     {
         return detail::verify(Token(text, length), c, from);
     }

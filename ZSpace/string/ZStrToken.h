@@ -109,8 +109,8 @@ public:
     template <std::floating_point F>
     const T& operator[](F) const = delete;
 
-    // The characters to compare with or to search for, given by pointer and length. Other than in `ZGStr` and
-    // `ZMStr`, a number after a pointer is a length here: `indexOf(pointer, 2)` searches for two characters.
+    // The characters to compare with or to search for, given by pointer and length. A search by pointer and length
+    // names its start, too: `indexOf(pointer, 2)` searches for the whole string from position 2 on, as everywhere.
 
     using Queries::compare, Queries::compareIgnoreCase;
     /// As `compare(ZStrToken)`.
@@ -126,12 +126,12 @@ public:
 
     using Queries::count, Queries::indexOf, Queries::lastIndexOf, Queries::s_verify;
     /// As `indexOf(ZStrToken, long)`.
-    [[nodiscard]] long indexOf(const T* what, long length, long from = 0) const noexcept
+    [[nodiscard]] long indexOf(const T* what, long length, long from) const noexcept
     {
         return indexOf(ZStrToken(what, length), from);
     }
     /// As `lastIndexOf(ZStrToken, long)`.
-    [[nodiscard]] long lastIndexOf(const T* what, long length, long from = LONG_MAX) const noexcept
+    [[nodiscard]] long lastIndexOf(const T* what, long length, long from) const noexcept
     {
         return lastIndexOf(ZStrToken(what, length), from);
     }
@@ -139,11 +139,6 @@ public:
     [[nodiscard]] long count(const T* what, long length) const noexcept
     {
         return count(ZStrToken(what, length));
-    }
-    /// As `s_verify(ZStrToken, long)`.
-    [[nodiscard]] long s_verify(const T* set, long setLength) const noexcept
-    {
-        return s_verify(ZStrToken(set, setLength));
     }
 
     /// A copy with "A" to "Z" in lower case. The viewed characters do not change.
