@@ -8,8 +8,6 @@
 #include "ZSpace/value/ZTime.h"
 
 #include <cstddef>
-
-#if __has_include(<fmt/format.h>)
 #include <fmt/format.h>
 
 /// {fmt} formats the three string classes, and times and GUIDs in their text forms, with the format specifications
@@ -17,7 +15,7 @@
 ///
 ///     fmt::print("{:>10} {}", text.left(4), ZTime(true));
 ///
-/// No other header of the library includes this one. Without {fmt} it declares nothing.
+/// No other header of the library includes this one.
 template <ZSpace::detail::StrChar T>
 struct fmt::formatter<ZSpace::ZStrToken<T>, T> : fmt::formatter<fmt::basic_string_view<T>, T> {
     template <typename Context>
@@ -57,5 +55,3 @@ struct fmt::formatter<ZSpace::ZGUID, T> : fmt::formatter<fmt::basic_string_view<
         return fmt::formatter<fmt::basic_string_view<T>, T>::format({text, length}, context);
     }
 };
-
-#endif

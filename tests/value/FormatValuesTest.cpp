@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-#include "ZSpace/interop/Fmt.h"
 #include "ZSpace/interop/StdFormat.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +8,8 @@
 #include <string>
 
 #if __has_include(<fmt/xchar.h>)
+#include "ZSpace/interop/Fmt.h"
+
 #include <fmt/xchar.h>
 #endif
 

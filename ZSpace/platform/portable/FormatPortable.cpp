@@ -249,8 +249,11 @@ std::vector<Argument> readArguments(const std::vector<ArgumentKind>& kinds, std:
     return arguments;
 }
 
+/// What is no character, half a surrogate pair among it, is appended as U+FFFD.
 void appendCodePoint(std::string& out, std::uint32_t c)
 {
+    if ((c >= 0xD800 && c < 0xE000) || c > 0x10FFFF)
+        c = 0xFFFD;
     const auto byte = [&out](std::uint32_t bits) { out += static_cast<char>(bits); };
     if (c < 0x80) {
         byte(c);
