@@ -18,6 +18,7 @@
 /// No other header of the library includes this one.
 template <ZSpace::detail::StrChar T>
 struct fmt::formatter<ZSpace::ZStrToken<T>, T> : fmt::formatter<fmt::basic_string_view<T>, T> {
+    /// Called by the formatting functions.
     template <typename Context>
     auto format(ZSpace::ZStrToken<T> text, Context& context) const
     {
@@ -25,16 +26,20 @@ struct fmt::formatter<ZSpace::ZStrToken<T>, T> : fmt::formatter<fmt::basic_strin
     }
 };
 
+/// Formats strings, as above.
 template <ZSpace::detail::StrChar T>
 struct fmt::formatter<ZSpace::ZGStr<T>, T> : fmt::formatter<ZSpace::ZStrToken<T>, T> {
 };
 
+/// Formats builders, as above.
 template <ZSpace::detail::StrChar T>
 struct fmt::formatter<ZSpace::ZMStr<T>, T> : fmt::formatter<ZSpace::ZStrToken<T>, T> {
 };
 
+/// Formats times, as above.
 template <ZSpace::detail::StrChar T>
 struct fmt::formatter<ZSpace::ZTime, T> : fmt::formatter<fmt::basic_string_view<T>, T> {
+    /// Called by the formatting functions.
     template <typename Context>
     auto format(const ZSpace::ZTime& time, Context& context) const
     {
@@ -44,8 +49,10 @@ struct fmt::formatter<ZSpace::ZTime, T> : fmt::formatter<fmt::basic_string_view<
     }
 };
 
+/// Formats GUIDs, as above.
 template <ZSpace::detail::StrChar T>
 struct fmt::formatter<ZSpace::ZGUID, T> : fmt::formatter<fmt::basic_string_view<T>, T> {
+    /// Called by the formatting functions.
     template <typename Context>
     auto format(const ZSpace::ZGUID& guid, Context& context) const
     {

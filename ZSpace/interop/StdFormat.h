@@ -22,6 +22,7 @@
 /// Declares nothing where the standard library has no `std::format`.
 template <ZSpace::detail::StrChar T>
 struct std::formatter<ZSpace::ZStrToken<T>, T> : std::formatter<std::basic_string_view<T>, T> {
+    /// Called by the formatting functions.
     template <typename Context>
     auto format(ZSpace::ZStrToken<T> text, Context& context) const
     {
@@ -29,16 +30,20 @@ struct std::formatter<ZSpace::ZStrToken<T>, T> : std::formatter<std::basic_strin
     }
 };
 
+/// Formats strings, as above.
 template <ZSpace::detail::StrChar T>
 struct std::formatter<ZSpace::ZGStr<T>, T> : std::formatter<ZSpace::ZStrToken<T>, T> {
 };
 
+/// Formats builders, as above.
 template <ZSpace::detail::StrChar T>
 struct std::formatter<ZSpace::ZMStr<T>, T> : std::formatter<ZSpace::ZStrToken<T>, T> {
 };
 
+/// Formats times, as above.
 template <ZSpace::detail::StrChar T>
 struct std::formatter<ZSpace::ZTime, T> : std::formatter<std::basic_string_view<T>, T> {
+    /// Called by the formatting functions.
     template <typename Context>
     auto format(const ZSpace::ZTime& time, Context& context) const
     {
@@ -48,8 +53,10 @@ struct std::formatter<ZSpace::ZTime, T> : std::formatter<std::basic_string_view<
     }
 };
 
+/// Formats GUIDs, as above.
 template <ZSpace::detail::StrChar T>
 struct std::formatter<ZSpace::ZGUID, T> : std::formatter<std::basic_string_view<T>, T> {
+    /// Called by the formatting functions.
     template <typename Context>
     auto format(const ZSpace::ZGUID& guid, Context& context) const
     {

@@ -58,7 +58,7 @@ public:
     /// The size of the content in bytes.
     [[nodiscard]] unsigned int Size() const noexcept { return m_size; }
     /// The content, an object of the kind's type; null where there is none.
-    [[nodiscard]] const void* Content() const noexcept { return m_content; }
+    [[nodiscard]] const void* Content() const noexcept ZSPACE_LIFETIMEBOUND { return m_content; }
 
 protected:
     /// Adopts a content of this type.
@@ -91,7 +91,7 @@ public:
     TZStructuralBase& operator=(const TZStructuralBase&) = delete;
 
     /// The structure's name.
-    [[nodiscard]] const ZGStr<Char>& Name() const noexcept { return m_name; }
+    [[nodiscard]] const ZGStr<Char>& Name() const noexcept ZSPACE_LIFETIMEBOUND { return m_name; }
     /// The number of members.
     [[nodiscard]] unsigned int Count() const noexcept { return m_count; }
 
@@ -130,8 +130,8 @@ public:
     [[nodiscard]] unsigned int BlockSize() const noexcept;
 
     /// Undefined behavior if `index` is not below `Count()`.
-    [[nodiscard]] TZValueBase<Id>& Member(unsigned int index) noexcept;
-    [[nodiscard]] const TZValueBase<Id>& Member(unsigned int index) const noexcept;
+    [[nodiscard]] TZValueBase<Id>& Member(unsigned int index) noexcept ZSPACE_LIFETIMEBOUND;
+    [[nodiscard]] const TZValueBase<Id>& Member(unsigned int index) const noexcept ZSPACE_LIFETIMEBOUND;
 
     /// Compares the member counts and each pair of members; names do not matter.
     bool operator==(const TZValueStructureBase& other) const;
@@ -201,7 +201,7 @@ public:
     static TZValueBase* createType(Id type);
 
     /// The value's name; empty if it has none.
-    [[nodiscard]] const ZGStr<char>& Name() const noexcept { return m_name; }
+    [[nodiscard]] const ZGStr<char>& Name() const noexcept ZSPACE_LIFETIMEBOUND { return m_name; }
     /// Gives the value a name.
     void Name(const ZGStr<char>& name) { m_name = detail::copyOfString(name); }
 

@@ -134,9 +134,12 @@ extern template void ZGUID::writeText(wchar_t*) const noexcept;
 
 } // namespace ZSpace
 
+namespace std {
+
 /// Equal GUIDs have equal hashes, the same in every process of a host.
 template <>
-struct std::hash<ZSpace::ZGUID> {
+struct hash<ZSpace::ZGUID> {
+    /// Mixes all bytes.
     std::size_t operator()(const ZSpace::ZGUID& guid) const noexcept
     {
         const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(guid);
@@ -145,3 +148,5 @@ struct std::hash<ZSpace::ZGUID> {
         return static_cast<std::size_t>(mixed ^ mixed >> 32);
     }
 };
+
+} // namespace std

@@ -38,10 +38,10 @@ public:
     /// The number of items.
     [[nodiscard]] unsigned int ArrayItemCount() const noexcept;
     /// The item at an index; throws if there is none.
-    Value& ArrayItem(unsigned long long index);
+    Value& ArrayItem(unsigned long long index) ZSPACE_LIFETIMEBOUND;
     /// The item at an index; throws if there is none.
     // NOLINTNEXTLINE(modernize-use-nodiscard): callers may want the range check alone
-    const Value& ArrayItem(unsigned long long index) const;
+    const Value& ArrayItem(unsigned long long index) const ZSPACE_LIFETIMEBOUND;
     /// Replaces an item by a copy of `value`, which may be an item of this array.
     void ArrayItem(unsigned long long index, const Value& value);
 
