@@ -17,14 +17,6 @@ constexpr mode_t s_reportMode = 0666;
 constexpr int s_reportFlags = O_RDWR | O_APPEND | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY;
 constexpr int s_directoryFlags = O_DIRECTORY | O_CLOEXEC;
 
-#if defined(O_PATH)
-constexpr int s_searchOnly = O_PATH;
-#elif defined(O_SEARCH)
-constexpr int s_searchOnly = O_SEARCH;
-#else
-constexpr int s_searchOnly = O_RDONLY;
-#endif
-
 /// Calls `open` until no signal interrupts it.
 /// @return the descriptor, or the error number negated.
 template <typename Open>
@@ -85,11 +77,6 @@ int makeDirectoryOpenToAll(const char* path) noexcept
     else if (fchmod(directory, s_openToAll) != 0)
         error = errno;
     return closeAndReturn(directory, error);
-}
-
-int openReportDirectory(const char* path) noexcept
-{
-    return withoutInterruption([=] { return open(path, s_searchOnly | s_directoryFlags); });
 }
 
 int openReportFile(int directory, const char* name) noexcept
