@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <mutex>
+#include <new>
+#include <pthread.h>
 
 namespace ZSpace {
 
@@ -20,17 +22,30 @@ long indexOfRegistration(const void* p) noexcept
     return found == g_eventregistrations.end() ? -1 : found - g_eventregistrations.begin();
 }
 
+using RegistryLock = ZThreadLock_T<pthread_mutex_t>;
+
+/// Locks the registry. The first call makes sure that a child of `fork` can use the registry, whatever the other
+/// threads of its parent were doing.
+std::unique_lock<RegistryLock> lockRegistry() noexcept
+{
+    // The child renews the mutex, because it cannot unlock one that belongs to its parent's thread.
+    static const int s_forkHandlers = pthread_atfork([] { g_eventreg_cs.lock(); },
+        [] { g_eventreg_cs.unlock(); }, [] { new (&g_eventreg_cs) RegistryLock; });
+    static_cast<void>(s_forkHandlers);
+    return std::unique_lock(g_eventreg_cs);
+}
+
 } // namespace
 
 void z_dbg_add_eventreg(void* p) noexcept
 {
-    const std::lock_guard guard(g_eventreg_cs);
+    const auto guard = lockRegistry();
     g_eventregistrations.add(p);
 }
 
 void z_dbg_rem_eventreg(void* p)
 {
-    const std::lock_guard guard(g_eventreg_cs);
+    const auto guard = lockRegistry();
     const long index = indexOfRegistration(p);
     if (index < 0)
         throw -1;
@@ -39,7 +54,7 @@ void z_dbg_rem_eventreg(void* p)
 
 void z_dbg_check_eventreg(void* p)
 {
-    const std::lock_guard guard(g_eventreg_cs);
+    const auto guard = lockRegistry();
     if (indexOfRegistration(p) >= 0)
         throw -1;
 }

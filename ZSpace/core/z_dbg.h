@@ -16,7 +16,7 @@ inline constinit ZArray<void*, ZAllocationBuf<void*>> g_eventregistrations;
 /// Guards the registry.
 inline ZThreadLock_T<pthread_mutex_t> g_eventreg_cs;
 
-/// Adds a registration of `p`. Thread-safe, as are the next two functions.
+/// Adds a registration of `p`. Thread-safe, as are the next two functions; usable in a child of `fork` too.
 void z_dbg_add_eventreg(void* p) noexcept;
 
 /// Removes the first registration of `p`.
