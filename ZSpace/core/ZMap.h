@@ -3,7 +3,10 @@
 
 #pragma once
 
+#include "ZSpace/core/ZException.h"
 #include "ZSpace/core/ZSet.h"
+
+#include <utility>
 
 namespace ZSpace {
 
@@ -35,7 +38,7 @@ public:
     }
 
     /// The key.
-    [[nodiscard]] const K& key() const noexcept { return *m_key; }
+    [[nodiscard]] const K& key() const noexcept { return first; }
 
     [[nodiscard]] friend bool operator==(const ZPair& a, const ZPair& b) { return a.key() == b.key(); }
 
@@ -45,7 +48,8 @@ public:
     V second;
 
 private:
-    const K* m_key = &first; // lookups read the key through this pointer; never that of another pair
+    // Part of the layout: always the pair's own key, which `key()` therefore reads directly.
+    [[maybe_unused]] const K* m_key = &first;
 };
 
 static_assert(sizeof(ZPair<void*, void*>) == 3 * sizeof(void*));
@@ -82,8 +86,24 @@ public:
     /// The value of `key`, null if there is no such key. The pointer stays valid until the pair is removed.
     [[nodiscard]] const V* find(const K& key) const;
 
+    /// The value of `key`.
+    /// @throws ZXCOutOfBounds if there is no such key.
+    [[nodiscard]] const V& at(const K& key) const;
+    /// The value of `key`.
+    /// @throws ZXCOutOfBounds if there is no such key.
+    [[nodiscard]] V& at(const K& key) { return const_cast<V&>(std::as_const(*this).at(key)); }
+
+    /// The pair at a POSITION, which is not checked; not the value of a key, even if keys are integers. Values
+    /// are accessed by key with `at`, `find` and `get`.
+    [[nodiscard]] Pair& operator[](long position) noexcept { return ZSet<Pair>::operator[](position); }
+    /// The pair at a POSITION, which is not checked; not the value of a key.
+    [[nodiscard]] const Pair& operator[](long position) const noexcept
+    {
+        return ZSet<Pair>::operator[](position);
+    }
+
 private:
-    [[nodiscard]] long indexOf(const K& key) const;
+    [[nodiscard]] const Pair* pairOf(const K& key) const;
 };
 
 template <typename K, typename V>
@@ -98,12 +118,11 @@ ZMap<K, V>::ZMap(const ZMap& other)
 template <typename K, typename V>
 ZPair<K, V>& ZMap<K, V>::add(const K& key, const V& value) noexcept
 {
-    const long index = indexOf(key);
-    if (index < 0)
+    auto* pair = const_cast<Pair*>(pairOf(key));
+    if (!pair)
         return *this->il_append(new Pair(key, value)); // NOLINT(bugprone-unhandled-exception-at-new)
-    Pair& pair = (*this)[index];
-    pair.second = value;
-    return pair;
+    pair->second = value;
+    return *pair;
 }
 
 template <typename K, typename V>
@@ -118,18 +137,27 @@ bool ZMap<K, V>::get(const K& key, V& out) const
 template <typename K, typename V>
 const V* ZMap<K, V>::find(const K& key) const
 {
-    const long index = indexOf(key);
-    return index < 0 ? nullptr : &(*this)[index].second;
+    const Pair* pair = pairOf(key);
+    return pair ? &pair->second : nullptr;
 }
 
 template <typename K, typename V>
-long ZMap<K, V>::indexOf(const K& key) const
+const V& ZMap<K, V>::at(const K& key) const
 {
-    for (long i = 0; i < this->Count(); ++i) {
-        if ((*this)[i].key() == key)
-            return i;
+    const Pair* pair = pairOf(key);
+    if (!pair)
+        throw ZXCOutOfBounds("ZMap::at", nullptr);
+    return pair->second;
+}
+
+template <typename K, typename V>
+const ZPair<K, V>* ZMap<K, V>::pairOf(const K& key) const
+{
+    for (const Pair& pair : *this) {
+        if (pair.key() == key)
+            return &pair;
     }
-    return -1;
+    return nullptr;
 }
 
 } // namespace ZSpace

@@ -4,11 +4,23 @@
 #pragma once
 
 #include <atomic>
+#include <compare>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace ZSpace {
+
+namespace detail {
+
+/// Selects a count that shares its heap block with the object.
+struct SharedBlock { };
+
+} // namespace detail
 
 /// An atomic reference count: one 64-bit word, read as a `Value`.
 template <typename Value>
@@ -17,6 +29,12 @@ public:
     constexpr TZRefCounter() noexcept = default;
     explicit constexpr TZRefCounter(Value count) noexcept
         : m_word(static_cast<std::uint64_t>(count))
+    {
+    }
+    /// A count of 1 that shares its block with the object. The upper half of the word, which is never read as
+    /// part of the count, tells so.
+    explicit constexpr TZRefCounter(detail::SharedBlock) noexcept
+        : m_word(s_sharedBlockMark << 32 | 1)
     {
     }
     TZRefCounter(const TZRefCounter&) = delete; // counts the handles of one object
@@ -31,7 +49,12 @@ public:
     /// The count.
     [[nodiscard]] Value value() const noexcept { return static_cast<Value>(m_word.load()); }
 
+    /// Whether the count shares its block with the object.
+    [[nodiscard]] bool sharesBlock() const noexcept { return m_word.load() >> 32 == s_sharedBlockMark; }
+
 private:
+    static constexpr std::uint64_t s_sharedBlockMark = 0x5A526566;
+
     std::atomic<std::uint64_t> m_word{0};
 };
 
@@ -44,6 +67,37 @@ enum class HandleCheck : unsigned int { MemberAccess = 534, Indirection = 543 };
 
 /// Aborts after a report through `z_dbg_error`.
 [[noreturn]] void reportEmptyHandle(HandleCheck check) noexcept;
+
+/// A handle on a `From` converts to a handle on a `To`, which must be able to delete the object.
+template <typename From, typename To>
+concept ConvertibleHandle =
+    !std::same_as<From,
+        To> && std::convertible_to<From*, To*> && (std::same_as<std::remove_cv_t<From>, std::remove_cv_t<To>> || std::has_virtual_destructor_v<To>);
+
+/// An object and its count in one block. The count comes first, so that it has the address of the block.
+template <typename T, typename Counter>
+struct CountedBlock {
+    template <typename... Arguments>
+    explicit CountedBlock(Arguments&&... arguments)
+        : counter(SharedBlock())
+        , object(std::forward<Arguments>(arguments)...)
+    {
+    }
+
+    Counter counter;
+    T object;
+};
+
+/// Whether an object may share a block with its count: not if its class allocates in its own way.
+template <typename T>
+concept SharesBlock = alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__ && !requires
+{
+    T::operator new(sizeof(T));
+}
+&&!requires(void* block)
+{
+    T::operator delete(block);
+};
 
 } // namespace detail
 
@@ -75,6 +129,13 @@ public:
         if (m_ptCounter)
             m_ptCounter->increment();
     }
+    /// Shares the object as one of its base class.
+    template <detail::ConvertibleHandle<T> From>
+    ZRef(
+        const ZRef<From, Counter>& other) noexcept // NOLINT(google-explicit-constructor): as pointers convert
+        : ZRef(other, other.m_ptValue)
+    {
+    }
     ZRef(ZRef&& other) noexcept
         : m_ptCounter(std::exchange(other.m_ptCounter, nullptr))
         , m_ptValue(std::exchange(other.m_ptValue, nullptr))
@@ -92,8 +153,11 @@ public:
     ZRef& operator=(const ZRef& other) noexcept; // NOLINT(bugprone-unhandled-self-assignment)
     ZRef& operator=(ZRef&& other) noexcept;
 
-    /// Decrements the count, and deletes the object at 0, WITHOUT clearing the handle. To empty a handle,
-    /// assign null.
+    /// DANGEROUS: decrements the count, and deletes the object at 0, WITHOUT clearing the handle. The handle then
+    /// dangles, and its destructor decrements the count AGAIN, so the object is deleted too early or twice.
+    ///
+    /// To empty a handle, assign null: `handle = nullptr`. Call this only for a handle that is neither used nor
+    /// destroyed afterwards. (`ZReference::release()` is different: it empties the handle.)
     void release() noexcept;
 
     [[nodiscard]] T* operator->() const noexcept
@@ -118,7 +182,29 @@ public:
     [[nodiscard]] int RefCount() const noexcept { return m_ptCounter ? m_ptCounter->value() : 0; }
 
 private:
+    template <typename U, typename C>
+    friend class ZRef;
+    template <typename U, typename... Arguments>
+    friend ZRef<U> makeRef(Arguments&&... arguments);
+    template <typename U, typename From, typename C>
+    friend ZRef<U, C> staticRefCast(const ZRef<From, C>& handle) noexcept;
+    template <typename U, typename From, typename C>
+    friend ZRef<U, C> dynamicRefCast(const ZRef<From, C>& handle) noexcept;
+
+    /// Shares the count of `owner`; empty if `object` is null.
+    template <typename Owner>
+    ZRef(const ZRef<Owner, Counter>& owner, T* object) noexcept
+        : m_ptCounter(object ? owner.m_ptCounter : nullptr)
+        , m_ptValue(object)
+    {
+        if (m_ptCounter)
+            m_ptCounter->increment();
+    }
+
     static Counter* makeCounter(T* object);
+
+    /// Frees the count and then the object. Out of line and static, so that handles stay small and in registers.
+    [[gnu::noinline]] static void destroy(Counter* counter, T* object) noexcept;
 
     void swap(ZRef& other) noexcept
     {
@@ -166,10 +252,22 @@ void ZRef<T, Counter>::release() noexcept
 {
     // NOLINTNEXTLINE(bugprone-sizeof-expression)
     static_assert(sizeof(T) > 0, "the last handle deletes the object, so its class must be complete");
-    if (!m_ptCounter || m_ptCounter->decrement() != 0)
-        return;
-    delete m_ptCounter;
-    delete m_ptValue;
+    if (m_ptCounter && m_ptCounter->decrement() == 0)
+        destroy(m_ptCounter, m_ptValue);
+}
+
+template <typename T, typename Counter>
+void ZRef<T, Counter>::destroy(Counter* counter, T* object) noexcept
+{
+    if constexpr (requires { counter->sharesBlock(); }) {
+        if (counter->sharesBlock()) {
+            std::destroy_at(object);
+            ::operator delete(counter);
+            return;
+        }
+    }
+    delete counter;
+    delete object;
 }
 
 template <typename T, typename Counter>
@@ -181,4 +279,67 @@ Counter* ZRef<T, Counter>::makeCounter(T* object)
     return counter;
 }
 
+/// Creates an object and a handle on it, with one allocation where possible.
+///
+///     const auto book = makeRef<ZLogBookFile>(path);
+template <typename T, typename... Arguments>
+[[nodiscard]] ZRef<T> makeRef(Arguments&&... arguments)
+{
+    if constexpr (detail::SharesBlock<T>) {
+        auto* block = new detail::CountedBlock<T, TZRefCounter<int>>(std::forward<Arguments>(arguments)...);
+        ZRef<T> handle;
+        handle.m_ptCounter = &block->counter;
+        handle.m_ptValue = &block->object;
+        return handle;
+    } else {
+        return ZRef<T>(new T(std::forward<Arguments>(arguments)...));
+    }
+}
+
+/// A handle on the same object as a `T`, which it must be.
+template <typename T, typename From, typename Counter>
+[[nodiscard]] ZRef<T, Counter> staticRefCast(const ZRef<From, Counter>& handle) noexcept
+{
+    return ZRef<T, Counter>(handle, static_cast<T*>(handle.get()));
+}
+
+/// A handle on the same object as a `T`; empty if it is none.
+template <typename T, typename From, typename Counter>
+[[nodiscard]] ZRef<T, Counter> dynamicRefCast(const ZRef<From, Counter>& handle) noexcept
+{
+    return ZRef<T, Counter>(handle, dynamic_cast<T*>(handle.get()));
+}
+
+/// Whether both handles hold the same object.
+template <typename T, typename U, typename Counter>
+requires std::equality_comparable_with<T*, U*>
+[[nodiscard]] bool operator==(const ZRef<T, Counter>& a, const ZRef<U, Counter>& b) noexcept
+{
+    return a.get() == b.get();
+}
+
+/// Whether the handle is empty.
+template <typename T, typename Counter>
+[[nodiscard]] bool operator==(const ZRef<T, Counter>& handle, std::nullptr_t) noexcept
+{
+    return !handle;
+}
+
+template <typename T, typename U, typename Counter>
+requires std::three_way_comparable_with<T*, U*>
+[[nodiscard]] std::strong_ordering operator<=>(const ZRef<T, Counter>& a, const ZRef<U, Counter>& b) noexcept
+{
+    return std::compare_three_way()(a.get(), b.get());
+}
+
 } // namespace ZSpace
+
+/// Handles on one object have equal hashes.
+template <typename T, typename Counter>
+struct std::hash<ZSpace::ZRef<T, Counter>> {
+    /// The hash of the address of the object.
+    [[nodiscard]] std::size_t operator()(const ZSpace::ZRef<T, Counter>& handle) const noexcept
+    {
+        return std::hash<T*>()(handle.get());
+    }
+};

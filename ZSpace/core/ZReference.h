@@ -61,6 +61,12 @@ public:
     {
         addCount();
     }
+    /// Shares the object as one of its base class.
+    template <detail::ConvertibleHandle<T> From>
+    ZReference(const ZReference<From, Counter>& other) noexcept // NOLINT(google-explicit-constructor)
+        : ZReference(other, other.m_ptValue)
+    {
+    }
     ZReference(ZReference&& other) noexcept
         : m_ptCounted(std::exchange(other.m_ptCounted, nullptr))
         , m_ptValue(std::exchange(other.m_ptValue, nullptr))
@@ -100,7 +106,23 @@ public:
     [[nodiscard]] int RefCount() const noexcept { return m_ptCounted ? m_ptCounted->m_counter.value() : 0; }
 
 private:
+    template <typename U, typename C>
+    friend class ZReference;
+    template <typename U, typename From, typename C>
+    friend ZReference<U, C> staticRefCast(const ZReference<From, C>& handle) noexcept;
+    template <typename U, typename From, typename C>
+    friend ZReference<U, C> dynamicRefCast(const ZReference<From, C>& handle) noexcept;
+
     using Counted = TZReferenceable<Counter>;
+
+    /// Shares the object of `owner`; empty if `object` is null.
+    template <typename Owner>
+    ZReference(const ZReference<Owner, Counter>& owner, T* object) noexcept
+        : m_ptCounted(object ? owner.m_ptCounted : nullptr)
+        , m_ptValue(object)
+    {
+        addCount();
+    }
 
     static Counted* countedPartOf(T* object) noexcept;
     static void destroy(T* object) noexcept;
@@ -173,6 +195,50 @@ void ZReference<T, Counter>::destroy(T* object) noexcept
     delete object;
 }
 
+/// Creates an object and a handle on it.
+template <typename T, typename... Arguments>
+[[nodiscard]] ZReference<T> makeReference(Arguments&&... arguments)
+{
+    return ZReference<T>(new T(std::forward<Arguments>(arguments)...));
+}
+
+/// A handle on the same object as a `T`, which it must be.
+template <typename T, typename From, typename Counter>
+[[nodiscard]] ZReference<T, Counter> staticRefCast(const ZReference<From, Counter>& handle) noexcept
+{
+    return ZReference<T, Counter>(handle, static_cast<T*>(handle.get()));
+}
+
+/// A handle on the same object as a `T`; empty if it is none.
+template <typename T, typename From, typename Counter>
+[[nodiscard]] ZReference<T, Counter> dynamicRefCast(const ZReference<From, Counter>& handle) noexcept
+{
+    return ZReference<T, Counter>(handle, dynamic_cast<T*>(handle.get()));
+}
+
+/// Whether both handles hold the same object.
+template <typename T, typename U, typename Counter>
+requires std::equality_comparable_with<T*, U*>
+[[nodiscard]] bool operator==(const ZReference<T, Counter>& a, const ZReference<U, Counter>& b) noexcept
+{
+    return a.get() == b.get();
+}
+
+/// Whether the handle is empty.
+template <typename T, typename Counter>
+[[nodiscard]] bool operator==(const ZReference<T, Counter>& handle, std::nullptr_t) noexcept
+{
+    return !handle;
+}
+
+template <typename T, typename U, typename Counter>
+requires std::three_way_comparable_with<T*, U*>
+[[nodiscard]] std::strong_ordering operator<=>(
+    const ZReference<T, Counter>& a, const ZReference<U, Counter>& b) noexcept
+{
+    return std::compare_three_way()(a.get(), b.get());
+}
+
 // Values hold references to objects, whose class is in a higher layer; it defines these two.
 class ZObject;
 extern template TZReferenceable<TZRefCounter<int>>* ZReference<ZObject>::countedPartOf(ZObject*) noexcept;
@@ -181,3 +247,13 @@ extern template void ZReference<ZObject>::destroy(ZObject*) noexcept;
 static_assert(sizeof(ZReference<ZObject>) == 2 * sizeof(void*));
 
 } // namespace ZSpace
+
+/// Handles on one object have equal hashes.
+template <typename T, typename Counter>
+struct std::hash<ZSpace::ZReference<T, Counter>> {
+    /// The hash of the address of the object.
+    [[nodiscard]] std::size_t operator()(const ZSpace::ZReference<T, Counter>& handle) const noexcept
+    {
+        return std::hash<T*>()(handle.get());
+    }
+};

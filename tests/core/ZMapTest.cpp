@@ -13,7 +13,9 @@
 #include <map>
 #include <random>
 #include <string>
+#include <tuple>
 #include <type_traits>
+#include <utility>
 
 namespace ZSpace::Testing {
 namespace {
@@ -181,6 +183,21 @@ TEST_F(ZMapTest, GetCopiesTheValueOfAKey)
     EXPECT_EQ(out, "before");
     EXPECT_TRUE(map.get("a", out));
     EXPECT_EQ(out, "1");
+}
+
+TEST_F(ZMapTest, AtReturnsTheValueOfAKeyOrThrows)
+{
+    ZMap<int, std::string> map;
+    map.add(7, "a");
+    map.at(7) += "b";
+    EXPECT_EQ(std::as_const(map).at(7), "ab");
+    EXPECT_EQ(map[0].second, "ab"); // a position, not the key
+    try {
+        std::ignore = map.at(0);
+        FAIL();
+    } catch (const ZXCOutOfBounds& e) {
+        EXPECT_STREQ(e.where(), "ZMap::at");
+    }
 }
 
 TEST_F(ZMapTest, FindReturnsAStablePointer)
