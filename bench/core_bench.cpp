@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Handles, containers, calls and locks, compared with the standard library in the same run.
+// Handles, containers, calls and locks, compared in the same run with the standard library (`...Std`) and with
+// the least code that does the same work, written by hand (`...Floor`). Run with
+// --benchmark_enable_random_interleaving=true --benchmark_repetitions=9 to interleave them.
 
 #include "ZSpace/core/ZArray.h"
 #include "ZSpace/core/ZDelegate.h"
@@ -12,8 +14,12 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -28,6 +34,46 @@ const std::string s_string = "a string that exceeds the internal buffer of std::
 
 // Handles
 
+/// An object with its count, as written by hand.
+struct Counted {
+    std::atomic<std::uint64_t> count{1};
+    int value = 1;
+};
+
+void dropFloor(Counted* object)
+{
+    if (object->count.fetch_sub(1) == 1)
+        delete object;
+}
+
+void handleMakeFloor(benchmark::State& state)
+{
+    for (auto _ : state) {
+        auto* object = new Counted;
+        benchmark::DoNotOptimize(object);
+        dropFloor(object);
+    }
+}
+BENCHMARK(handleMakeFloor);
+
+void handleMakeRef(benchmark::State& state)
+{
+    for (auto _ : state) {
+        const auto handle = makeRef<int>(1);
+        benchmark::DoNotOptimize(handle.get());
+    }
+}
+BENCHMARK(handleMakeRef);
+
+void handleMakeShared(benchmark::State& state)
+{
+    for (auto _ : state) {
+        const auto handle = std::make_shared<int>(1);
+        benchmark::DoNotOptimize(handle.get());
+    }
+}
+BENCHMARK(handleMakeShared);
+
 void handleMake(benchmark::State& state)
 {
     for (auto _ : state)
@@ -41,6 +87,19 @@ void handleMakeStd(benchmark::State& state)
         benchmark::DoNotOptimize(std::shared_ptr<int>(new int(1)));
 }
 BENCHMARK(handleMakeStd);
+
+void handleCopyFloor(benchmark::State& state)
+{
+    static Counted object;
+    for (auto _ : state) {
+        Counted* copy = &object;
+        benchmark::DoNotOptimize(copy);
+        copy->count.fetch_add(1);
+        benchmark::DoNotOptimize(copy);
+        dropFloor(copy);
+    }
+}
+BENCHMARK(handleCopyFloor)->Threads(1)->Threads(2);
 
 void handleCopy(benchmark::State& state)
 {
@@ -103,6 +162,31 @@ void handleDereferenceStd(benchmark::State& state)
 BENCHMARK(handleDereferenceStd);
 
 // Lists, compared with containers whose elements have stable addresses
+
+void listAddFloor(benchmark::State& state)
+{
+    for (auto _ : state) {
+        std::string** slots = nullptr;
+        long count = 0;
+        long capacity = 0;
+        for (long i = 0; i < state.range(0); ++i) {
+            if (count == capacity) {
+                capacity = capacity * 2 + 1;
+                auto** grown = new std::string*[static_cast<std::size_t>(capacity)];
+                std::copy(slots, slots + count, grown);
+                delete[] slots;
+                slots = grown;
+            }
+            slots[count++] = new std::string(s_string);
+        }
+        benchmark::DoNotOptimize(slots);
+        while (count > 0)
+            delete slots[--count];
+        delete[] slots;
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(listAddFloor)->Arg(10)->Arg(1'000)->Arg(100'000);
 
 void listAdd(benchmark::State& state)
 {
@@ -275,6 +359,35 @@ BENCHMARK(arrayOfBytesCopyStd)->Arg(100)->Arg(1 << 20);
 
 // Maps
 
+struct Pair {
+    const wchar_t* key;
+    const wchar_t* value;
+};
+
+void mapFindFloor(benchmark::State& state)
+{
+    std::vector<wchar_t> keys(static_cast<std::size_t>(state.range(0)));
+    std::vector<std::unique_ptr<Pair>> owner;
+    std::vector<Pair*> pairs;
+    for (const wchar_t& key : keys) {
+        owner.push_back(std::make_unique<Pair>(Pair{&key, L"name"}));
+        pairs.push_back(owner.back().get());
+    }
+    Pair** first = pairs.data();
+    Pair** last = first + pairs.size();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const wchar_t* key = &keys[i];
+        benchmark::DoNotOptimize(first);
+        Pair** found = first;
+        while (found != last && (*found)->key != key)
+            ++found;
+        benchmark::DoNotOptimize(found != last ? &(*found)->value : nullptr);
+        i = i + 1 == keys.size() ? 0 : i + 1;
+    }
+}
+BENCHMARK(mapFindFloor)->Arg(3)->Arg(8)->Arg(16);
+
 void mapFind(benchmark::State& state)
 {
     std::vector<wchar_t> keys(static_cast<std::size_t>(state.range(0)));
@@ -284,10 +397,24 @@ void mapFind(benchmark::State& state)
     std::size_t i = 0;
     for (auto _ : state) {
         benchmark::DoNotOptimize(map.find(&keys[i]));
-        i = (i + 7) % keys.size();
+        i = i + 1 == keys.size() ? 0 : i + 1;
     }
 }
-BENCHMARK(mapFind)->Arg(5)->Arg(20)->Arg(200);
+BENCHMARK(mapFind)->Arg(3)->Arg(8)->Arg(16)->Arg(200);
+
+void mapFindMap(benchmark::State& state)
+{
+    std::vector<wchar_t> keys(static_cast<std::size_t>(state.range(0)));
+    std::map<const wchar_t*, const wchar_t*> map;
+    for (const wchar_t& key : keys)
+        map.emplace(&key, L"name");
+    std::size_t i = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(map.find(&keys[i]));
+        i = i + 1 == keys.size() ? 0 : i + 1;
+    }
+}
+BENCHMARK(mapFindMap)->Arg(3)->Arg(8)->Arg(16)->Arg(200);
 
 void mapFindStd(benchmark::State& state)
 {
@@ -298,10 +425,10 @@ void mapFindStd(benchmark::State& state)
     std::size_t i = 0;
     for (auto _ : state) {
         benchmark::DoNotOptimize(map.find(&keys[i]));
-        i = (i + 7) % keys.size();
+        i = i + 1 == keys.size() ? 0 : i + 1;
     }
 }
-BENCHMARK(mapFindStd)->Arg(5)->Arg(20)->Arg(200);
+BENCHMARK(mapFindStd)->Arg(3)->Arg(8)->Arg(16)->Arg(200);
 
 // Calls and locks
 

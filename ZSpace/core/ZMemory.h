@@ -342,11 +342,14 @@ void ZAllocationBuf<T>::release() noexcept
 template <typename T>
 T& ZAllocationBuf<T>::append(const T& value)
 {
+    if (m_count < m_capacity) [[likely]] {
+        this->m_block[m_count] = value;
+        return this->m_block[m_count++];
+    }
     T copied = value; // `value` may be in the block that growing frees
-    resize(m_count + 1);
-    T& last = this->m_block[m_count - 1];
-    last = std::move(copied);
-    return last;
+    reserve(m_count + 1);
+    this->m_block[m_count] = std::move(copied);
+    return this->m_block[m_count++];
 }
 
 template <typename T>
