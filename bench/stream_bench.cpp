@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Streams and the file toolbox, compared in the same run with the least that any program must do for the same work
-// ("Bare": C library or system calls) and with the standard library ("Std"). Files are in a private directory below
-// TMPDIR.
+// Streams and the file toolbox, compared in the same run with the least that any program must do for the same
+// work ("Bare": C library or system calls) and with the standard library ("Std"). Files are in a private
+// directory below TMPDIR.
 
 #include "ZSpace/stream/ZIOGFile.h"
 #include "ZSpace/system/TZSysFile.h"

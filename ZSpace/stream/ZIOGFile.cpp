@@ -273,7 +273,8 @@ bool ZIOGFile<File, T, TX>::readAsync(ReadCallback* callback, long count)
         return Ex::readAsync(callback, count);
     if (this->isReading())
         return false;
-    // The destructors of derived classes may run before the one that waits, so the thread calls nothing virtual.
+    // The destructors of derived classes may run before the one that waits, so the thread calls nothing
+    // virtual.
     const auto work = [stream = this, file = m_file](ReadCallback* toCall, long toRead) {
         const auto read = [file](
                               T* buffer, long size, long& got) { return readFrom(file, buffer, size, got); };

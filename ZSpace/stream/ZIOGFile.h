@@ -41,7 +41,7 @@ public:
         ModeRead = 2, ///< the file must exist
         ModeWrite = 4, ///< creates or truncates the file
         ModeReadWrite = 6, ///< the file must exist
-        /// Creates the file or keeps its content; reads anywhere, writes at the end. The position starts at 0.
+        /// Creates the file or keeps its content; reads anywhere, writes at the end. Starts at position 0.
         ModeAppend = 8
     };
 
@@ -64,7 +64,7 @@ public:
     virtual int open(char const* path, int mode);
     /// Closes the stream, then takes over an open descriptor. It is closed with the stream, and on failure. The
     /// file is neither created nor truncated.
-    /// @return 0, or the error number (EINVAL for an unknown mode or one that the descriptor was not opened for).
+    /// @return 0, or the error number (EINVAL for a mode that is unknown or does not suit the descriptor).
     int adopt(int descriptor, int mode);
     /// The descriptor, still owned by the stream; -1 for a closed stream.
     [[nodiscard]] int descriptor() const noexcept { return m_file ? fileno(m_file) : -1; }
@@ -87,8 +87,8 @@ public:
     void beginTransaction() override;
     void endTransaction() override;
 
-    /// A negative `count` means the length of the null-terminated string `data`. If there is nothing to write,
-    /// `written` does not change.
+    /// A negative `count` means the length of the null-terminated string `data`. If there is nothing to
+    /// write, `written` does not change.
     /// @return 0 if anything was written, otherwise the file's error indicator.
     int write(T const* data, long count, long& written) override;
     /// Writes the buffered data to the file.
@@ -101,8 +101,8 @@ public:
     /// For a derived class that overrides `read` this is `ZStreamEx::readAsync`: such a class must call
     /// `waitForRead` in its destructor.
     bool readAsync(ReadCallback* callback, long count) override;
-    /// Once started, the write needs only the file, not this object. For a derived class that overrides `write`
-    /// this is `ZStreamEx::writeAsync`: such a class must call `waitForWrite` in its destructor.
+    /// Once started, the write needs only the file, not this object. For a derived class that overrides
+    /// `write` this is `ZStreamEx::writeAsync`: such a class must call `waitForWrite` in its destructor.
     bool writeAsync(WriteCallback* callback, DataRef data) override;
 
     /// Turns buffering off: each `write` becomes one system call, whatever its length, and is continued if
@@ -111,9 +111,9 @@ public:
     /// @return false if the stream is closed.
     bool writeThrough();
 
-    /// Writes `count` items with a system call that bypasses the C library. Interrupted calls are repeated and
-    /// partial writes continued; failure sets the error indicator. The cheapest way to append where nobody asks
-    /// for the position, of which the C library does not learn. Only after `writeThrough`.
+    /// Writes `count` items with a system call that bypasses the C library. Interrupted calls are repeated
+    /// and partial writes continued; failure sets the error indicator. The cheapest way to append where
+    /// nobody asks for the position, of which the C library does not learn. Only after `writeThrough`.
     /// @return the number of items written; 0 for a closed stream or a `count` below 1.
     long writeAtOnce(T const* data, long count) noexcept;
 

@@ -76,8 +76,8 @@ public:
     virtual bool StateAsync(StatusCallback* callback) = 0;
     /// Closes the stream.
     virtual bool closeAsync(StatusCallback* callback) = 0;
-    /// Adopts the callback if the read is started: the worker thread destroys it after the call. The callback must
-    /// not throw: an exception that escapes from it calls `std::terminate`.
+    /// Adopts the callback if the read is started: the worker thread destroys it after the call. The callback
+    /// must not throw: an exception that escapes from it calls `std::terminate`.
     virtual bool readAsync(ReadCallback* callback, long count) = 0;
     /// The caller keeps the callback, which must live until it has been called. It must not throw either.
     virtual bool writeAsync(WriteCallback* callback, DataRef data) = 0;
@@ -172,8 +172,8 @@ protected:
     /// The body of a write, on the worker thread.
     void executeWrite(std::unique_ptr<WriteBinder> binder, WriteCallback* callback, DataRef data);
 
-    /// Calls `read`, a function like the stream's operation, and then `callback`, which it destroys. Does not use
-    /// `stream` itself, only passes it on.
+    /// Calls `read`, a function like the stream's operation, and then `callback`, which it destroys. Does not
+    /// use `stream` itself, only passes it on.
     template <typename Read>
     static void readOnce(Read read, ZStreamEx* stream, ReadCallback* callback, long count);
     /// Calls `write`, a function like the stream's operation, until everything is written or it fails, then

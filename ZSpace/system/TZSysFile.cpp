@@ -58,8 +58,9 @@ bool isKind(const char* path, mode_t kind) noexcept
     return stat(path, &status) == 0 && (status.st_mode & S_IFMT) == kind;
 }
 
-/// Whether `stat` reports a directory. Most entries already tell that they are neither one nor a link to one. An
-/// entry that is one may still be out of reach: without search permission, or as an unreachable mount point.
+/// Whether `stat` reports a directory. Most entries already tell that they are neither one nor a link to one.
+/// An entry that is one may still be out of reach: without search permission, or as an unreachable mount
+/// point.
 bool isReachableDirectory(DIR* directory, const dirent& entry) noexcept
 {
     if (entry.d_type != DT_DIR && entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
@@ -145,8 +146,8 @@ bool isSameFile(const struct stat& one, const struct stat& other) noexcept
     return S_ISREG(one.st_mode) && one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-/// Cuts a regular file at the current position, if its previous content was longer than what has been written. A
-/// file to which nothing has been written needs the call only for its time of modification.
+/// Cuts a regular file at the current position, if its previous content was longer than what has been
+/// written. A file to which nothing has been written needs the call only for its time of modification.
 bool cutAtPosition(const Descriptor& file, const struct stat& before) noexcept
 {
     if (!S_ISREG(before.st_mode))

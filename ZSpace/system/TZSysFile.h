@@ -97,8 +97,8 @@ public:
     [[nodiscard]] static bool isDirectory(const T* path);
     /// In bytes; -1 on failure.
     [[nodiscard]] static long long sizeOf(const T* path);
-    /// Set `time` to 1970-01-01T00:00:00.000 plus whole seconds, added as `ZTime` does. On failure, `time` does
-    /// not change.
+    /// Set `time` to 1970-01-01T00:00:00.000 plus whole seconds, added as `ZTime` does. On failure, `time`
+    /// does not change.
     /// @return 0 or -1.
     static int lastAccessTimeOf(const T* path, ZTime& time);
     /// As `lastAccessTimeOf`, for the last change of the content.
@@ -122,8 +122,8 @@ public:
 
     // Path strings
 
-    /// The strings before and after the last "/", after one trailing "/" is dropped: "/a" and "b" for "/a/b/",
-    /// "" and "a" for "/a", "a" and "a" for "a/", "" and "" for "/".
+    /// The strings before and after the last "/", after one trailing "/" is dropped: "/a" and "b" for
+    /// "/a/b/", "" and "a" for "/a", "a" and "a" for "a/", "" and "" for "/".
     [[nodiscard]] static ZMStr<T> getParentOf(const T* path);
     /// The part of a path after the last separator.
     [[nodiscard]] static ZMStr<T> getNameOf(const T* path);

@@ -31,8 +31,8 @@ public:
     ZAppContext& operator=(const ZAppContext&) = default;
     virtual ~ZAppContext();
 
-    /// Records the calling thread as main thread, appends the executable's path to `Path()`, and sets the exit
-    /// value to 0.
+    /// Records the calling thread as main thread, appends the executable's path to `Path()`, and sets the
+    /// exit value to 0.
     void loadProcessData();
     /// Updates the process id, which changes in a child created by `fork`.
     void loadThreadData() noexcept;

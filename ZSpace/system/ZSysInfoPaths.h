@@ -42,8 +42,8 @@ extern const wchar_t* const ZSysInfoPath_NPaths_TempFolder;
 ///     const ZGStr<wchar_t> file = ZSysInfoPaths::getNewLogFileNameW("mine_", ".txt");
 ///     // /home/me/CdLogs/mine_2026-11-16T05-49-03.127.txt
 ///
-/// Every directory ends with "/". The log directory is a process-wide setting without a lock: change it during
-/// set-up only.
+/// Every directory ends with "/". The log directory is a process-wide setting without a lock: change it
+/// during set-up only.
 class ZSysInfoPaths : public ZSysInfoProvider {
 public:
     /// `ZSysInfoPath_Paths`.
@@ -71,8 +71,8 @@ public:
     /// The directory for temporary files.
     static ZGStr<char> getTempFolderA();
 
-    /// Sets the log directory. Creates a missing one with mode 0777; an existing one keeps its mode. Null or an
-    /// empty string restores the default. Failures are not reported.
+    /// Sets the log directory. Creates a missing one with mode 0777; an existing one keeps its mode. Null or
+    /// an empty string restores the default. Failures are not reported.
     static void setUserLogDirW(const wchar_t* dir);
     /// The directory that was set, or "CdLogs" in the home directory, which is created if it is missing.
     static ZGStr<wchar_t> getUserLogDirW();

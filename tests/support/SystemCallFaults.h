@@ -3,8 +3,8 @@
 
 #pragma once
 
-/// System calls that fail, for test programs that compile the SystemCallFaults file of their kernel, which interposes
-/// the calls below. Faults affect the calling thread only.
+/// System calls that fail, for test programs that compile the SystemCallFaults file of their kernel, which
+/// interposes the calls below. Faults affect the calling thread only.
 namespace ZSpace::Testing {
 
 enum class SystemCall {

@@ -3,8 +3,8 @@
 
 #include "tests/support/SystemCallFaults.h"
 
-// The C library exports several variants of these calls under different symbols, and each version of the system
-// another set of them.
+// The C library exports several variants of these calls under different symbols, and each version of the
+// system another set of them.
 
 namespace ZSpace::Testing {
 

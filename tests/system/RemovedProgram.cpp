@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Removes its own executable unless called with an argument, then prints its path. Started by a test from a private
-// copy.
+// Removes its own executable unless called with an argument, then prints its path. Started by a test from a
+// private copy.
 
 #include "ZSpace/system/ZAppContext.h"
 

@@ -40,8 +40,8 @@ protected:
         fs::create_directory(this->pathOf("directory"));
     }
 
-    /// Calls `check` with each error, once with a single fault and once with lasting ones, and expects that the
-    /// fault has happened and that no descriptor is left open.
+    /// Calls `check` with each error, once with a single fault and once with lasting ones, and expects that
+    /// the fault has happened and that no descriptor is left open.
     template <typename Check>
     void forEachFault(SystemCall call, const std::vector<int>& errors, Check check, long nth = 1)
     {
