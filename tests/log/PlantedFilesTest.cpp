@@ -63,8 +63,9 @@ protected:
              time += std::chrono::milliseconds(1)) {
             plant(m_logs / reportName(time));
         }
-        return runLogging([] {
+        return run([this] {
             alarm(20); // a set-up that waits for ever ends by a signal
+            CNSInitLog(s_file, 0, "Tag", m_logs.c_str());
             CNSLog("line");
         });
     }
