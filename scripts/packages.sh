@@ -84,7 +84,7 @@ for kind in static shared; do
     mkdir -p "$root/var/lib/dpkg/updates" "$root/var/lib/dpkg/info"
     : >"$root/var/lib/dpkg/status"
     : >"$root/var/lib/dpkg/available"
-    dpkg --root="$root" --force-not-root --force-depends --log="$work/dpkg.log" -i "$out/$kind"/*.deb >"$work/log" 2>&1 || {
+    dpkg --root="$root" --force-not-root --force-depends --force-script-chrootless --log="$work/dpkg.log" -i "$out/$kind"/*.deb >"$work/log" 2>&1 || {
         cat "$work/log" >&2
         fail "dpkg -i"
     }
@@ -144,7 +144,7 @@ for kind in static shared; do
     ok "Objective-C++ with a library without Foundation is refused"
 
     # shellcheck disable=SC2046 # one word per package
-    dpkg --root="$root" --force-not-root --log="$work/dpkg.log" -P \
+    dpkg --root="$root" --force-not-root --force-script-chrootless --log="$work/dpkg.log" -P \
         $(dpkg-query --admindir="$root/var/lib/dpkg" -W -f '${Package} ') >"$work/log" 2>&1 || fail "dpkg -P"
     left=$(find "$root" -type f ! -path "$root/var/lib/dpkg/*")
     [ -z "$left" ] || fail "removal left $left"
