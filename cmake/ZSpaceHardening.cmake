@@ -27,12 +27,12 @@ if(NOT ZSPACE_SANITIZE AND NOT ZSPACE_COVERAGE)
     endif()
 endif()
 
-# zspace_harden(<target>): compiles a library or program with these options, and links a program with them. It is
+# zspace_harden(<target>): compiles a library or program with these options, and links it with them if it is linked. It is
 # compiled position-independent, too, but linked as its own options say: statically or not.
 function(zspace_harden target)
     target_compile_options(${target} PRIVATE ${ZSPACE_HARDENING_OPTIONS})
     get_target_property(type ${target} TYPE)
-    if(type STREQUAL EXECUTABLE)
+    if(NOT type STREQUAL STATIC_LIBRARY)
         set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
         target_link_options(${target} PRIVATE ${ZSPACE_HARDENING_LINK_OPTIONS})
     endif()
