@@ -111,16 +111,25 @@ TEST(LocalTime, AFifoAsZoneDoesNotBlock)
     const TemporaryFolder folder;
     const std::string fifo = (folder.path() / "fifo").string();
     ASSERT_EQ(mkfifo(fifo.c_str(), 0666), 0);
-    for (const auto& [zone, directory] : {std::pair{":" + fifo, std::string()}, {fifo, ""},
-             {"fifo", folder.path()}, {folder.path(), ""}, {"/dev/zero", ""}}) {
+    const struct {
+        std::string zone;
+        std::string directory;
+    } rows[] = {
+        {":" + fifo, ""},
+        {fifo, ""},
+        {"fifo", folder.path().string()},
+        {folder.path().string(), ""},
+        {"/dev/zero", ""},
+    };
+    for (const auto& row : rows) {
         const Outcome outcome = runInChild([&] {
             alarm(20);
-            setenv("TZ", zone.c_str(), 1);
-            setenv("TZDIR", directory.c_str(), 1);
+            setenv("TZ", row.zone.c_str(), 1);
+            setenv("TZDIR", row.directory.c_str(), 1);
             return printed(Host::localTime(0)) == "1970-01-01 00:00:00" ? 0 : 1;
         });
-        EXPECT_TRUE(outcome.hasExited) << zone;
-        EXPECT_EQ(outcome.status, 0) << zone;
+        EXPECT_TRUE(outcome.hasExited) << row.zone;
+        EXPECT_EQ(outcome.status, 0) << row.zone;
     }
 }
 
