@@ -17,6 +17,14 @@ struct Conversion {
     const char* character; // at the terminator if the format ends too early
 };
 
+/// The first character at or after `string` that is not in `set`.
+const char* skip(const char* string, const char* set) noexcept
+{
+    while (*string && std::strchr(set, *string))
+        ++string;
+    return string;
+}
+
 /// The first specification at or after `format`; its `begin` is null if there is none.
 Conversion nextConversion(const char* format) noexcept
 {
@@ -24,7 +32,7 @@ Conversion nextConversion(const char* format) noexcept
     if (!percent)
         return {nullptr, nullptr};
     // Argument positions, flags, width, precision and length modifiers.
-    return {percent, percent + 1 + std::strspn(percent + 1, "0123456789$*.-+ #'IhlqLjzZt")};
+    return {percent, skip(percent + 1, "0123456789$*.-+ #'IhlqLjzZt")};
 }
 
 /// What replaces a `%n`: a string of at most 0 characters, which is never read, for its argument and for each
@@ -34,7 +42,7 @@ std::string replacementOf(const Conversion& conversion)
     constexpr const char* empty = "%.0s";
     std::string replacement;
     const char* const afterPercent = conversion.begin + 1;
-    const char* const afterNumber = afterPercent + std::strspn(afterPercent, "0123456789");
+    const char* const afterNumber = skip(afterPercent, "0123456789");
     if (*afterNumber == '$')
         return std::string(conversion.begin, afterNumber + 1) + ".0s";
     for (auto stars = std::count(afterPercent, conversion.character, '*'); stars > 0; --stars)

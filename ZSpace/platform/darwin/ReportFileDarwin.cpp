@@ -10,12 +10,11 @@ namespace ZSpace::Host {
 
 int openReportDirectory(const char* path) noexcept
 {
-#ifdef O_SEARCH
-    constexpr int access = O_SEARCH;
-#else
-    constexpr int access = O_RDONLY; // SDKs before that of macOS 12
+    int directory = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+#ifdef O_SEARCH // in SDKs from macOS 12 on; older kernels ignore it
+    if (directory < 0 && errno == EACCES)
+        directory = open(path, O_SEARCH | O_DIRECTORY | O_CLOEXEC);
 #endif
-    const int directory = open(path, access | O_DIRECTORY | O_CLOEXEC);
     return directory < 0 ? -errno : directory;
 }
 
