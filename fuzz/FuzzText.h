@@ -11,10 +11,10 @@
 #include <cstdlib>
 #include <string>
 
-/// What the fuzz targets of the strings share.
+/// Helpers that the fuzz targets of the strings share.
 namespace ZSpaceFuzz {
 
-/// Ends the process, and with it the run, when something that must hold does not.
+/// Aborts the run after a message if a condition does not hold.
 inline void require(bool holds, const char* what)
 {
     if (holds)
@@ -23,7 +23,7 @@ inline void require(bool holds, const char* what)
     std::abort();
 }
 
-/// The input as numbers and texts, taken from the front; an input that has ended gives zeros and no text.
+/// Reads numbers and strings from the front of the input; past its end, returns zeros and empty strings.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size)
@@ -40,7 +40,7 @@ public:
         return *m_data++;
     }
 
-    /// A text of up to `longest` characters, its length first.
+    /// A string of up to `longest` characters, preceded by its length.
     std::string text(std::size_t longest)
     {
         std::string taken(byte() % (longest + 1), '\0');
@@ -62,8 +62,7 @@ private:
     std::size_t m_left;
 };
 
-/// A text in characters of either width, in an array that ends with its last character: a sanitizer sees
-/// whoever reads on.
+/// A string of either width in an array without a terminator, so that sanitizers detect reads past its end.
 template <typename T>
 class Characters {
 public:
@@ -85,7 +84,7 @@ private:
     T* m_characters;
 };
 
-/// The bytes of a text; each unit must be one.
+/// The characters as bytes; each must fit into one.
 template <typename T>
 std::string bytesOf(ZSpace::ZStrToken<T> text)
 {

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Any bytes print as hexadecimal and read back as they were; any text reads as what its digits say, whatever
-// stands between them.
+// Bytes printed in hexadecimal must read back unchanged, and any string must read as the value of its digits.
 
 #include "fuzz/FuzzText.h"
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Any text is read as each kind of number: narrow and wide must agree with each other and with digits summed
-// up by hand, and what a number prints must read as the same number.
+// Reads strings as each kind of number. Narrow and wide must agree with each other and with a digit-by-digit
+// reference, and a printed number must read back as the same number.
 
 #include "fuzz/FuzzText.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Any text is searched for any other and has it replaced by a third, beside the standard library.
+// Searches and replaces arbitrary substrings and compares the results with the standard library.
 
 #include "fuzz/FuzzText.h"
 

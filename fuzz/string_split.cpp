@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Any text is split at any separator: the pieces joined again are the text, none but the last holds a
-// separator, and all ways to split give the same pieces.
+// Splits strings at arbitrary separators: joining the pieces must restore the string, only the last piece may
+// contain a separator, and all ways to split must return the same pieces.
 
 #include "fuzz/FuzzText.h"
 
