@@ -13,6 +13,7 @@
 #include <string_view>
 
 using namespace ZSpaceFuzz;
+namespace NS = ZSpace::NS;
 
 namespace {
 

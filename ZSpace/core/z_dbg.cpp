@@ -24,28 +24,23 @@ long indexOfRegistration(const void* p) noexcept
 
 using RegistryLock = ZThreadLock_T<pthread_mutex_t>;
 
-/// Locks the registry. The first call makes sure that a child of `fork` can use the registry, whatever the other
-/// threads of its parent were doing.
-std::unique_lock<RegistryLock> lockRegistry() noexcept
-{
-    // The child renews the mutex, because it cannot unlock one that belongs to its parent's thread.
-    static const int s_forkHandlers = pthread_atfork([] { g_eventreg_cs.lock(); },
-        [] { g_eventreg_cs.unlock(); }, [] { new (&g_eventreg_cs) RegistryLock; });
-    static_cast<void>(s_forkHandlers);
-    return std::unique_lock(g_eventreg_cs);
-}
+// A child of `fork` can use the registry, whatever the other threads of its parent were doing. The child renews the
+// mutex, because it cannot unlock one that belongs to its parent's thread. Installed when the program is loaded: a
+// first use could itself be interrupted by a fork.
+[[maybe_unused]] const int s_forkHandlers = pthread_atfork([] { g_eventreg_cs.lock(); },
+    [] { g_eventreg_cs.unlock(); }, [] { new (&g_eventreg_cs) RegistryLock; });
 
 } // namespace
 
 void z_dbg_add_eventreg(void* p) noexcept
 {
-    const auto guard = lockRegistry();
+    const std::lock_guard guard(g_eventreg_cs);
     g_eventregistrations.add(p);
 }
 
 void z_dbg_rem_eventreg(void* p)
 {
-    const auto guard = lockRegistry();
+    const std::lock_guard guard(g_eventreg_cs);
     const long index = indexOfRegistration(p);
     if (index < 0)
         throw -1;
@@ -54,7 +49,7 @@ void z_dbg_rem_eventreg(void* p)
 
 void z_dbg_check_eventreg(void* p)
 {
-    const auto guard = lockRegistry();
+    const std::lock_guard guard(g_eventreg_cs);
     if (indexOfRegistration(p) >= 0)
         throw -1;
 }

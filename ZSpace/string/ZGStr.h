@@ -471,16 +471,11 @@ public:
     {
         return detail::count(Token(text, length), what);
     }
-    template <std::same_as<T> C> // an integer is never taken for a character, nor its call for that of a member
+    // A template, so that the member `s_verify(set, setLength, 0)` is not ambiguous.
+    template <std::same_as<T> C>
     [[nodiscard]] static long s_verify(const T* text, long length, const C& c, long from = 0) noexcept
     {
         return detail::verify(Token(text, length), c, from);
-    }
-    // A template, so that the member `s_verify(set, setLength, 0)` is not ambiguous.
-    template <std::same_as<T> C>
-    [[nodiscard]] static long s_verify(const T* text, long length, const C& c) noexcept
-    {
-        return detail::verify(Token(text, length), c, 0);
     }
     [[nodiscard]] static long s_verify(const T* text, long length, Token set, long from = 0) noexcept
     {
