@@ -8,8 +8,7 @@ namespace ZSpace::Host {
 /// Copies from the current position of the descriptor `from` up to the end of that file to the current
 /// position of `to`, the fastest way that the host offers. Retries interrupted calls and continues partial
 /// writes.
-/// @return 0, or the error number; part of the contents may then have been copied. In both cases `to` is
-/// positioned at the end of what was copied.
+/// @return 0, or the error number; part of the contents may then have been copied.
 [[nodiscard]] int copyContents(int from, int to) noexcept;
 
 } // namespace ZSpace::Host

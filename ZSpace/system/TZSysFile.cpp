@@ -146,18 +146,15 @@ bool isSameFile(const struct stat& one, const struct stat& other) noexcept
     return S_ISREG(one.st_mode) && one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-/// Cuts a regular file at the current position, if its previous content was longer than what has been
-/// written. A file to which nothing has been written needs the call only for its time of modification.
-bool cutAtPosition(const Descriptor& file, const struct stat& before) noexcept
+/// Truncates a regular file. An empty one needs that only for its modification time, which writing sets
+/// anyway.
+bool truncate(const Descriptor& target, const struct stat& status, bool willBeWritten) noexcept
 {
-    if (!S_ISREG(before.st_mode))
-        return true;
-    const off_t position = lseek(file.number(), 0, SEEK_CUR);
-    if (position >= before.st_size && position > 0)
+    if (!S_ISREG(status.st_mode) || (status.st_size == 0 && willBeWritten))
         return true;
     int result = 0;
     do {
-        result = ftruncate(file.number(), position);
+        result = ftruncate(target.number(), 0);
     } while (result != 0 && errno == EINTR);
     return result == 0;
 }
@@ -290,7 +287,7 @@ int TZSysFile<T>::copyFile(const T* from, const T* to)
     struct stat ofSource;
     if (!source || fstat(source.number(), &ofSource) != 0)
         return s_sourceNotOpened;
-    // Overwritten in place and cut afterwards: cheaper than truncating first, and safe if both are one file.
+    // Truncated only when known to be another file. A check before opening could be outdated by then.
     Descriptor target(targetPath, O_WRONLY | O_CREAT);
     struct stat ofTarget;
     if (!target) // perhaps since a read-only file is copied onto itself
@@ -299,8 +296,9 @@ int TZSysFile<T>::copyFile(const T* from, const T* to)
         return s_targetNotOpened;
     if (isSameFile(ofSource, ofTarget))
         return 0;
-    bool isCopied = Host::copyContents(source.number(), target.number()) == 0;
-    isCopied = cutAtPosition(target, ofTarget) && isCopied;
+    if (!truncate(target, ofTarget, ofSource.st_size > 0))
+        return s_targetNotOpened;
+    const bool isCopied = Host::copyContents(source.number(), target.number()) == 0;
     if (target.close() && isCopied)
         return 0;
     if (S_ISREG(ofTarget.st_mode)) // devices, fifos and the like hold no partial copy
