@@ -12,6 +12,7 @@ include(CheckLinkerFlag)
 set(ZSPACE_HARDENING_OPTIONS)
 set(ZSPACE_HARDENING_LINK_OPTIONS)
 if(NOT ZSPACE_SANITIZE AND NOT ZSPACE_COVERAGE)
+    set(CMAKE_REQUIRED_FLAGS -Werror) # clang accepts options that do nothing on a host with a warning
     foreach(option IN ITEMS -fstack-protector-strong -fstack-clash-protection -fcf-protection)
         string(MAKE_C_IDENTIFIER "ZSPACE_HAS${option}" has)
         check_cxx_compiler_flag(${option} ${has})
@@ -19,6 +20,7 @@ if(NOT ZSPACE_SANITIZE AND NOT ZSPACE_COVERAGE)
             list(APPEND ZSPACE_HARDENING_OPTIONS ${option})
         endif()
     endforeach()
+    unset(CMAKE_REQUIRED_FLAGS)
     # Needs an optimizing build. Some compilers have another level built in.
     list(APPEND ZSPACE_HARDENING_OPTIONS
         "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>" "$<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>")

@@ -109,7 +109,7 @@ sort -u "$work/weak" | comm -23 - "$work/known" | none "weakly bound symbols tha
 awk '{ print $2 }' "$work/imports" |
     grep '^__' |
     grep -v -e '^__Z' -e '^___cxa_' -e '^___dynamic_cast$' -e '^___gxx_personality_v0$' -e '^___objc_personality_v0$' \
-        -e '^___CFConstantStringClassReference$' -e '^__Unwind_Resume$' -e '^__tlv_bootstrap$' -e '^___stack_chk_fail$' \
+        -e '^___CFConstantStringClassReference$' -e '^__Unwind_Resume$' -e '^__tlv_bootstrap$' -e '^__tlv_atexit$' -e '^___stack_chk_fail$' \
         -e '^___stack_chk_guard$' -e '^___[a-z]*_chk$' -e '^___bzero$' -e '^___error$' -e '^___stderrp$' |
     none "private symbols"
 
