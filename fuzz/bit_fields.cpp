@@ -4,9 +4,9 @@
 // Runs arbitrary sequences of operations on bit fields and on plain byte arrays next to a reference, which is a
 // vector of bits.
 
-#include "fuzz/FuzzText.h"
 #include "ZSpace/core/ZException.h"
 #include "ZSpace/value/ZBitField.h"
+#include "fuzz/FuzzText.h"
 
 #include <algorithm>
 #include <cstddef>

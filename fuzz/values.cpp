@@ -4,9 +4,9 @@
 // Runs arbitrary sequences of operations on an array of values, which may contain arrays, next to a reference,
 // which is a tree of vectors.
 
-#include "fuzz/FuzzText.h"
 #include "ZSpace/core/ZException.h"
 #include "ZSpace/value/ZValueArray.h"
+#include "fuzz/FuzzText.h"
 
 #include <algorithm>
 #include <cstddef>

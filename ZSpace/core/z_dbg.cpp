@@ -27,8 +27,8 @@ using RegistryLock = ZThreadLock_T<pthread_mutex_t>;
 // A child of `fork` can use the registry, whatever the other threads of its parent were doing. The child renews the
 // mutex, because it cannot unlock one that belongs to its parent's thread. Installed when the program is loaded: a
 // first use could itself be interrupted by a fork.
-[[maybe_unused]] const int s_forkHandlers = pthread_atfork([] { g_eventreg_cs.lock(); },
-    [] { g_eventreg_cs.unlock(); }, [] { new (&g_eventreg_cs) RegistryLock; });
+[[maybe_unused]] const int s_forkHandlers = pthread_atfork(
+    [] { g_eventreg_cs.lock(); }, [] { g_eventreg_cs.unlock(); }, [] { new (&g_eventreg_cs) RegistryLock; });
 
 } // namespace
 

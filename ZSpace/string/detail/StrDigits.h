@@ -6,8 +6,8 @@
 #include "ZSpace/string/detail/StrNumbers.h"
 
 #include <array>
-#include <cstring>
 #include <cstdint>
+#include <cstring>
 
 namespace ZSpace::detail {
 
