@@ -166,7 +166,7 @@ std::vector<long long> numbers()
     return all;
 }
 
-// All of them in one text, with room for it from the start.
+// All of them in one builder, whose capacity suffices from the start.
 
 constexpr long s_numbersRoom = 40 * 1024;
 

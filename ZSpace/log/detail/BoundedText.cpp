@@ -11,7 +11,7 @@ namespace ZSpace::detail {
 
 namespace {
 
-/// A conversion specification inside a format: from its "%" to its conversion character.
+/// A conversion inside a format: from its "%" to its conversion character.
 struct Conversion {
     const char* begin;
     const char* character; // at the terminator if the format ends too early
@@ -25,7 +25,7 @@ const char* skip(const char* string, const char* set) noexcept
     return string;
 }
 
-/// The first specification at or after `format`; its `begin` is null if there is none.
+/// The first conversion at or after `format`; its `begin` is null if there is none.
 Conversion nextConversion(const char* format) noexcept
 {
     const char* const percent = std::strchr(format, '%');
