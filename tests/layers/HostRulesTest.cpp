@@ -221,9 +221,9 @@ TEST(HostRules, CallsThatCameAfterMacOS1013StandInLinuxFilesOnly)
 
 TEST(HostRules, TheProductUsesNoLibraryPartThatOldSystemsLack)
 {
-    const std::set<std::string> late{"filesystem", "format", "print", "latch", "semaphore", "barrier",
-        "stop_token", "source_location", "syncstream", "memory_resource"};
-    const std::regex pattern("std::jthread|\\.notify_(one|all)\\(|std::from_chars");
+    const std::set<std::string> late{"charconv", "filesystem", "format", "print", "latch", "semaphore",
+        "barrier", "stop_token", "source_location", "syncstream", "memory_resource"};
+    const std::regex pattern("std::jthread|\\.notify_(one|all)\\(|std::(from|to)_chars");
     for (const Source& source : sourcesOf(s_product)) {
         const bool isBridge = source.name.starts_with("ZSpace/interop/"); // included by its users alone
         for (const std::string& header : systemIncludes(source))

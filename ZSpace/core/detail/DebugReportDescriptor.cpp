@@ -2,12 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "ZSpace/core/detail/DebugReport.h"
+#include "ZSpace/core/detail/DecimalDigits.h"
 
 #include <cerrno>
-#include <charconv>
 #include <cstddef>
-#include <iterator>
-#include <limits>
 #include <string_view>
 #include <unistd.h>
 
@@ -33,19 +31,12 @@ bool write(const char* string) noexcept
     return string && write(std::string_view(string));
 }
 
-bool write(unsigned int number) noexcept
-{
-    char digits[std::numeric_limits<unsigned int>::digits10 + 1];
-    const char* end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
-    return write(std::string_view(digits, static_cast<std::size_t>(end - digits)));
-}
-
 } // namespace
 
 void reportToStandardOutput(const char* expression, const char* file, unsigned int line)
 {
     static_cast<void>(write(expression) && write(" - File: ") && write(file) && write(" - Line: ")
-        && write(line) && write("\n"));
+        && write(DecimalDigits(line).view()) && write("\n"));
 }
 
 } // namespace ZSpace::detail

@@ -2,12 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "ZSpace/core/detail/DebugReport.h"
+#include "ZSpace/core/detail/DecimalDigits.h"
 
-#include <charconv>
-#include <cstring>
 #include <iostream>
-#include <iterator>
-#include <limits>
+#include <string_view>
 
 namespace ZSpace::detail {
 
@@ -15,19 +13,17 @@ namespace {
 
 // Unformatted output, so that the stream's base, width and locale do not affect the report.
 
+void write(std::ostream& out, std::string_view string)
+{
+    out.write(string.data(), static_cast<std::streamsize>(string.size()));
+}
+
 void write(std::ostream& out, const char* string)
 {
     if (string)
-        out.write(string, static_cast<std::streamsize>(std::strlen(string)));
+        write(out, std::string_view(string));
     else
         out.setstate(std::ios_base::badbit);
-}
-
-void write(std::ostream& out, unsigned int number)
-{
-    char digits[std::numeric_limits<unsigned int>::digits10 + 1];
-    const char* end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
-    out.write(digits, end - digits);
 }
 
 } // namespace
@@ -40,7 +36,7 @@ void reportToStandardOutput(const char* expression, const char* file, unsigned i
     write(out, " - File: ");
     write(out, file);
     write(out, " - Line: ");
-    write(out, line);
+    write(out, DecimalDigits(line).view());
     out.put('\n').flush();
 }
 
