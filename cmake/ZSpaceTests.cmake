@@ -14,7 +14,7 @@ endif()
 # zspace_add_tests(<target> <source>...): one test program over GoogleMock; each TEST becomes a test of ctest.
 function(zspace_add_tests target)
     add_executable(${target} ${ARGN})
-    target_link_libraries(${target} PRIVATE ZSpace::zspace GTest::gmock_main)
+    target_link_libraries(${target} PRIVATE ZSpace::zspace test_main)
     target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
     zspace_private_flags(${target})
@@ -29,9 +29,8 @@ function(zspace_add_tests target)
             $<$<COMPILE_LANGUAGE:CXX>:-Wno-alloc-size> $<$<COMPILE_LANGUAGE:CXX>:-Wno-alloc-size-larger-than>)
     endif()
     target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-    # In ctest a test is called <what is tested>.<suite>.<test>, without the types and values of its parameters: short
-    # enough for one line of a terminal.
+    # In ctest a test is called <what is tested>.<suite>.<test>: short enough for one line of a terminal.
     string(REGEX REPLACE "_tests$" "" prefix ${target})
-    gtest_discover_tests(${target} TEST_PREFIX "${prefix}." NO_PRETTY_TYPES NO_PRETTY_VALUES
+    gtest_discover_tests(${target} TEST_PREFIX "${prefix}."
         DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60)
 endfunction()

@@ -114,6 +114,7 @@ awk '{ print $2 }' "$work/imports" |
     none "private symbols"
 
 # The ad-hoc signature: one code directory with the SHA-256 of each page before it.
+# shellcheck disable=SC2046 # its start and its length
 set -- $(awk '$1 == "cmd" { command = $2 } command == "LC_CODE_SIGNATURE" && /data/ { print $2 }' "$work/headers") 0 0
 limit=$1
 # number OFFSET: the four bytes there, counted from the signature, in hexadecimal
