@@ -10,7 +10,7 @@ cd "$(dirname "$0")/.."
 
 # shellcheck disable=SC2154,SC2034 # set and used in setup.sh
 preset=${1:-$default_preset}
-packages="$build_packages libgtest-dev libgmock-dev pkgconf"
+packages="$build_packages libgtest-dev libgmock-dev pkgconf jq"
 case $preset in
 clang | asan | fuzz) packages="$packages clang $(clang_runtime)" ;;
 gnustep) packages="$packages clang libgnustep-base-dev" ;;

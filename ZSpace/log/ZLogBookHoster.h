@@ -20,6 +20,10 @@ namespace ZSpace {
 ///
 /// A book that throws does not stop the others: the first exception is thrown when all have been called.
 ///
+/// The books are called in turn on the thread that logs, and no lock is held meanwhile. So a slow book delays only the
+/// thread that is in it, and of that thread's record only the books after it: construct a hoster with its slow books
+/// last.
+///
 /// Each hosted book keeps its own trail besides the hoster's. The getters read the hoster's trail.
 class ZLogBookHoster : public ZLogBook {
 public:
