@@ -5,6 +5,7 @@
 
 #include "ZSpace/log/ZLogBookFile.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Widths.h"
 
 #include <gtest/gtest.h>
 
@@ -20,12 +21,6 @@ namespace fs = std::filesystem;
 /// What every line begins with, as a regular expression.
 inline const std::string s_time = "[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3}";
 inline const std::string s_prefix = s_time + " Thread\\[[0-9a-f]+\\]:";
-
-inline std::wstring widened(const fs::path& path)
-{
-    const std::string narrow = path.string();
-    return {narrow.begin(), narrow.end()};
-}
 
 /// The lines without their line feeds; one that lacks it ends in "<torn>".
 inline std::vector<std::string> linesOf(const std::string& text)

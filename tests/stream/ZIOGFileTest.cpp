@@ -9,6 +9,7 @@
 #include "tests/support/FileFields.h"
 #include "tests/support/FileNames.h"
 #include "tests/support/Slots.h"
+#include "tests/support/Widths.h"
 
 #include <gtest/gtest.h>
 

@@ -5,6 +5,7 @@
 
 #include "ZSpace/string/ZGStr.h"
 #include "ZSpace/string/ZMStr.h"
+#include "tests/support/Widths.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 /// One way to write the texts of tests that run over narrow and wide strings alike.
@@ -98,6 +100,16 @@ std::vector<std::string> listed(const Pieces& pieces)
 
 using Texts = std::vector<std::string>;
 
+/// A builder of the given capacity that holds a string.
+template <typename T>
+ZSpace::ZMStr<T> builderOf(const char* string, long capacity)
+{
+    ZSpace::ZMStr<T> builder(capacity - 1);
+    builder.append(lit<T>(string));
+    EXPECT_EQ(builder.Capacity(), capacity);
+    return builder;
+}
+
 /// A string class and its characters, for suites that run over several classes.
 template <typename S>
 struct CharOf;
@@ -113,19 +125,14 @@ public:
     static std::string GetName(int)
     {
         if constexpr (std::is_same_v<S, char> || std::is_same_v<S, wchar_t>) {
-            return widthName<S>();
+            return WidthNames::GetName<S>(0);
         } else {
             using T = typename CharOf<S>::type;
-            return className<S, T>() + widthName<T>();
+            return className<S, T>() + WidthNames::GetName<T>(0);
         }
     }
 
 private:
-    template <typename T>
-    static std::string widthName()
-    {
-        return std::is_same_v<T, char> ? "Narrow" : "Wide";
-    }
     template <typename S, typename T>
     static std::string className()
     {
@@ -138,7 +145,6 @@ private:
     }
 };
 
-using Widths = ::testing::Types<char, wchar_t>;
 using OwningClasses = ::testing::Types<ZSpace::ZGStr<char>, ZSpace::ZGStr<wchar_t>, ZSpace::ZMStr<char>,
     ZSpace::ZMStr<wchar_t>>;
 using AllClasses = ::testing::Types<ZSpace::ZGStr<char>, ZSpace::ZGStr<wchar_t>, ZSpace::ZMStr<char>,

@@ -22,28 +22,8 @@ namespace {
 
 template <typename T>
 class ZMStrTest : public ::testing::Test {
-protected:
-    /// A builder of the given capacity that holds a text.
-    static ZMStr<T> holding(const char* text, long capacity)
-    {
-        ZMStr<T> builder(capacity - 1);
-        builder.append(lit<T>(text));
-        EXPECT_EQ(builder.Capacity(), capacity);
-        return builder;
-    }
-
-    /// Appends `c` over and over and gives the capacities that are passed.
-    static std::vector<long> capacitiesOfAppendingTo(ZMStr<T> builder, int steps)
-    {
-        std::vector<long> capacities;
-        for (int i = 0; i < steps; ++i)
-            capacities.push_back(builder.append(T('x')).Capacity());
-        return capacities;
-    }
 };
 TYPED_TEST_SUITE(ZMStrTest, Widths, TypeNames);
-
-using Capacities = std::vector<long>;
 
 TYPED_TEST(ZMStrTest, ABuilderIsBufferCapacityAndLength)
 {
@@ -185,130 +165,12 @@ TYPED_TEST(ZMStrTest, MovingTransfersTheBuffer)
     EXPECT_EQ(target.Capacity() + target.Length() + source.Capacity() + source.Length(), 0); // NOLINT
 }
 
-// Growth
-
-TYPED_TEST(ZMStrTest, AppendingGrowsByHalfAndTheNewCharacters)
-{
-    using T = TypeParam;
-    EXPECT_EQ(
-        this->capacitiesOfAppendingTo(ZMStr<T>(), 11), (Capacities{2, 5, 5, 9, 9, 9, 9, 15, 15, 15, 15}));
-    EXPECT_EQ(this->capacitiesOfAppendingTo(ZMStr<T>(0), 6), (Capacities{3, 6, 6, 6, 11, 11}));
-    EXPECT_EQ(ZMStr<T>(0).append(T('x')).Capacity(), 3);
-    EXPECT_EQ(ZMStr<T>(lit<T>("")).append(T('x')).Capacity(), 3);
-    EXPECT_EQ(ZMStr<T>().append(lit<T>("abcde")).Capacity(), 6);
-    EXPECT_EQ(ZMStr<T>(lit<T>("abc")).append(lit<T>("de")).Capacity(), 4 + 2 + 2 + 1);
-    EXPECT_EQ(ZMStr<T>(10).append(T('x'), 9).Capacity(), 11);
-    EXPECT_EQ(ZMStr<T>(10).append(T('x'), 10).Capacity(), 11 + 10 + 5 + 1);
-    EXPECT_EQ((ZMStr<T>(10) << lit<T>("abcdefghij")).Capacity(), 11 + 10 + 5 + 1);
-    EXPECT_EQ((ZMStr<T>(10) << L"abcdefghij").Capacity(), 11 + 10 + 5 + 1);
-    EXPECT_EQ((ZMStr<T>(10) << 1234567890).Capacity(), 11 + 10 + 5 + 1);
-    EXPECT_EQ((ZMStr<T>(10) << 12345.6789).Length(), ZGStr<T>::valueOf(12345.6789).length());
-}
-
-TYPED_TEST(ZMStrTest, HexadecimalGrowsBySeventeen)
-{
-    using T = TypeParam;
-    EXPECT_EQ(ZMStr<T>().appendHexOf(static_cast<unsigned char>(1)).Capacity(), 18);
-    EXPECT_EQ(ZMStr<T>(10).appendHexOf(1U).Capacity(), 11);
-    EXPECT_EQ(ZMStr<T>(10).append(lit<T>("a")).appendHexOf(1U).Capacity(), 11);
-    EXPECT_EQ(ZMStr<T>(10).append(lit<T>("ab")).appendHexOf(1U).Capacity(), 11 + 5 + 17 + 1);
-    EXPECT_EQ(ZMStr<T>(10).appendHexOf(1ULL).Capacity(), 11 + 5 + 17 + 1);
-    const char bytes[5]{};
-    EXPECT_EQ(ZMStr<T>(10).appendHexOf(bytes, 5).Capacity(), 11 + 10 + 5 + 1); // as any text
-}
-
-TYPED_TEST(ZMStrTest, AssigningGrowsWithoutCountingTheOldText)
-{
-    using T = TypeParam;
-    auto builder = this->holding("12345678", 11);
-    const T* buffer = builder;
-    builder = lit<T>("abcdefghi"); // 9 + 1 is below 11
-    EXPECT_EQ(static_cast<const T*>(builder), buffer);
-    EXPECT_EQ(builder.Capacity(), 11);
-    builder = lit<T>("abcdefghij"); // 10 + 1 is not
-    EXPECT_EQ(builder.Capacity(), 11 + 10 + 5 + 1);
-    EXPECT_EQ(str(builder), "abcdefghij");
-    ZMStr<T> fresh;
-    fresh = lit<T>("abc");
-    EXPECT_EQ(fresh.Capacity(), 4);
-}
-
-TYPED_TEST(ZMStrTest, AllocatingKeepsWhatFits)
-{
-    using T = TypeParam;
-    ZMStr<T> builder(lit<T>("abcdef"));
-    builder.alloc(20);
-    EXPECT_EQ(builder.Capacity(), 21);
-    EXPECT_EQ(str(builder), "abcdef");
-    EXPECT_EQ(static_cast<const T*>(builder)[20], T(0));
-    builder.alloc(4);
-    EXPECT_EQ(builder.Capacity(), 5);
-    EXPECT_EQ(builder.Length(), 4);
-    EXPECT_EQ(str(static_cast<const T*>(builder)), "abcd");
-    builder.alloc(4);
-    EXPECT_EQ(str(builder), "abcd");
-    builder.alloc(0);
-    EXPECT_EQ(builder.Capacity(), 1);
-    EXPECT_TRUE(builder.isEmpty());
-    builder.alloc(-3);
-    EXPECT_EQ(builder.Capacity(), 1);
-    ZMStr<T> none;
-    none.alloc(3);
-    EXPECT_EQ(none.Capacity(), 4);
-}
-
-TYPED_TEST(ZMStrTest, AllocatingMoreAddsHalfTheCapacity)
-{
-    using T = TypeParam;
-    auto builder = this->holding("abc", 11);
-    builder.allocInc(7);
-    EXPECT_EQ(builder.Capacity(), 7 + 11 + 5 + 1);
-    EXPECT_EQ(str(builder), "abc");
-    ZMStr<T> none;
-    none.allocInc(7);
-    EXPECT_EQ(none.Capacity(), 8);
-}
-
-TYPED_TEST(ZMStrTest, GettingABufferDiscardsTheTextAndSetsTheLength)
-{
-    using T = TypeParam;
-    ZMStr<T> builder(lit<T>("abc"));
-    T* buffer = builder.getBuffer(5);
-    EXPECT_EQ(buffer, static_cast<const T*>(builder));
-    EXPECT_EQ(builder.Capacity(), 6);
-    EXPECT_EQ(builder.Length(), 5);
-    EXPECT_EQ(buffer[0], T(0));
-    EXPECT_EQ(buffer[5], T(0));
-    for (int i = 0; i < 5; ++i)
-        buffer[i] = static_cast<T>('v' + i);
-    EXPECT_EQ(str(builder), "vwxyz");
-    EXPECT_EQ(builder.getBuffer(0), buffer);
-    EXPECT_EQ(builder.getBuffer(-1), buffer);
-    EXPECT_EQ(str(builder), "vwxyz");
-    EXPECT_EQ(ZMStr<T>().getBuffer(0), nullptr);
-}
-
-TYPED_TEST(ZMStrTest, ClearingFreesAndSwappingExchanges)
-{
-    using T = TypeParam;
-    auto a = this->holding("abc", 11);
-    ZMStr<T> b;
-    a.swap(b);
-    EXPECT_EQ(a.Capacity() + a.Length(), 0);
-    EXPECT_EQ(b.Capacity(), 11);
-    EXPECT_EQ(str(b), "abc");
-    b.clear();
-    EXPECT_EQ(static_cast<const T*>(b), nullptr);
-    EXPECT_EQ(b.Capacity() + b.Length(), 0);
-    EXPECT_EQ(b.append(T('x')).Capacity(), 2);
-}
-
 // Text in and out
 
 TYPED_TEST(ZMStrTest, AssigningCopiesEveryKindOfText)
 {
     using T = TypeParam;
-    auto builder = this->holding("old text", 20);
+    auto builder = builderOf<T>("old text", 20);
     const T* buffer = builder;
     EXPECT_EQ(str(builder = lit<T>("pointer")), "pointer");
     EXPECT_EQ(str(builder = ZGStr<T>(lit<T>("string"))), "string");
@@ -477,7 +339,7 @@ TYPED_TEST(ZMStrTest, AnIndexIsTestedAgainstTheCharactersBeforeTheFirstZero)
 TYPED_TEST(ZMStrTest, EditingInPlaceKeepsTheStoredLength)
 {
     using T = TypeParam;
-    auto builder = this->holding("  abcdef  ", 20);
+    auto builder = builderOf<T>("  abcdef  ", 20);
     const T* buffer = builder;
     builder.lTrim();
     EXPECT_EQ(builder.Length(), 8);

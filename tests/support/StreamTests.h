@@ -48,13 +48,4 @@ inline bool becomeNobody()
     return geteuid() != 0 || (setgid(s_nobody) == 0 && setuid(s_nobody) == 0);
 }
 
-/// The string with each byte as one wide character.
-inline std::wstring widened(const std::string& bytes)
-{
-    std::wstring wide;
-    for (char c : bytes)
-        wide += static_cast<wchar_t>(static_cast<unsigned char>(c));
-    return wide;
-}
-
 } // namespace ZSpace::Testing

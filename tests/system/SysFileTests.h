@@ -5,6 +5,7 @@
 
 #include "ZSpace/system/TZSysFile.h"
 #include "tests/support/StreamTests.h"
+#include "tests/support/Widths.h"
 
 #include <gtest/gtest.h>
 
@@ -28,16 +29,6 @@ inline void PrintTo(const ZTime& time, std::ostream* out)
 } // namespace ZSpace
 
 namespace ZSpace::Testing {
-
-using Widths = testing::Types<char, wchar_t>;
-
-struct WidthNames {
-    template <typename T>
-    static std::string GetName(int)
-    {
-        return std::is_same_v<T, char> ? "narrow" : "wide";
-    }
-};
 
 /// The string as bytes; every wide character must be a byte.
 template <typename T>

@@ -8,6 +8,7 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/SystemCallFaults.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Widths.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,12 +28,6 @@ namespace ZSpace::Testing {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::wstring widened(const fs::path& path)
-{
-    const std::string narrow = path.string();
-    return {narrow.begin(), narrow.end()};
-}
 
 /// Sets or removes an environment variable and restores it at the end of its lifetime.
 class Variable {
