@@ -14,6 +14,7 @@
 #include <memory>
 #include <numeric>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -130,7 +131,10 @@ bool runChecked(bool throws, Operation operation)
 
 void runOne(Input& input, ZValueArrayBase& root, Node& rootNode)
 {
-    const auto [array, node] = chooseArray(input, root, rootNode);
+    // Not a structured binding, which lambdas of clang 14 cannot capture.
+    ZValueArrayBase* array = nullptr;
+    Node* node = nullptr;
+    std::tie(array, node) = chooseArray(input, root, rootNode);
     const std::size_t index = input.byte() % (node->items.size() + 1);
     const bool isInside = index < node->items.size();
     switch (input.byte() % 8) {
