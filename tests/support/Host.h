@@ -20,6 +20,8 @@ struct HostExpectations {
     /// What the console prints for an incomplete character, the byte C3 (hexadecimal), at the end of a
     /// message.
     std::string cutCharacter;
+    /// Whether a child may write to the console that was forked while another thread wrote to it.
+    bool forkedChildrenHaveConsole;
 };
 const HostExpectations& host();
 

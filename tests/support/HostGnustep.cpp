@@ -15,6 +15,7 @@ const HostExpectations& host()
         .printedArguments = "(\"-uninstall\", YES)",
         .innermostFrame = "[^ ]*\\(", // "path/of/module(name+0x5) [0x7f1816a716e4]"
         .cutCharacter = "", // output ends at the first invalid byte
+        .forkedChildrenHaveConsole = false,
     };
     return expectations;
 }

@@ -12,6 +12,7 @@ const HostExpectations& host()
         .printedArguments = "(\n    \"-uninstall\",\n    YES\n)",
         .innermostFrame = "0   ",
         .cutCharacter = "\xE2\x88\x9A", // a square root: "%s" assumes Mac Roman
+        .forkedChildrenHaveConsole = false,
     };
     return expectations;
 }

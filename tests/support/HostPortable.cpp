@@ -12,6 +12,7 @@ const HostExpectations& host()
         .printedArguments = "(\"-uninstall\", YES)",
         .innermostFrame = "0   ",
         .cutCharacter = "\xC3",
+        .forkedChildrenHaveConsole = true,
     };
     return expectations;
 }

@@ -11,7 +11,8 @@
 
 namespace {
 
-void listTests() {
+void listTests()
+{
     const testing::UnitTest& program = *testing::UnitTest::GetInstance();
     for (int i = 0; i < program.total_test_suite_count(); ++i) {
         const testing::TestSuite& suite = *program.GetTestSuite(i);
@@ -24,7 +25,8 @@ void listTests() {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv)
+{
     testing::InitGoogleMock(&argc, argv);
     if (GTEST_FLAG_GET(list_tests) && GTEST_FLAG_GET(filter) == "*") {
         listTests();
