@@ -31,7 +31,9 @@ std::unique_ptr<ZLogRecord::Item> itemOf(const T& value)
             return spare;
         }
     }
-    return std::make_unique<ZLogRecord::Item>(new Value(std::in_place, value));
+    auto item = std::make_unique<ZLogRecord::Item>(); // first: if this fails, there is no value to leak
+    *item = ZLogRecord::Item(new Value(std::in_place, value));
+    return item;
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 #include "ZSpace/value/ZTime.h"
 
 #include <memory>
+#include <utility>
 
 namespace ZSpace {
 
@@ -73,7 +74,9 @@ public:
     ZLogRecord& add(const ZGUID& value) { return append(value); }
     ZLogRecord& add(const TZValueBase<ZTypeId>& value)
     {
-        return appendItem(std::make_unique<Item>(new TZValueBase<ZTypeId>(value)));
+        auto item = std::make_unique<Item>(); // first: if this fails, there is no value to leak
+        *item = Item(new TZValueBase<ZTypeId>(value));
+        return appendItem(std::move(item));
     }
     /// `long` has no kind of its own: it is stored as the `long long` that it fits into.
     ZLogRecord& add(long value) { return append(static_cast<long long>(value)); }
