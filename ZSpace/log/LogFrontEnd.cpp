@@ -68,7 +68,7 @@ void writeLine(const NS::String& text)
 /// The format of an `OCNS` function without `%n`.
 NS::String storeless(NSString* format)
 {
-    const NS::String original = NS::String::retain(format);
+    NS::String original = NS::String::retain(format);
     const char* const utf8 = original.UTF8String();
     if (!utf8)
         return original;

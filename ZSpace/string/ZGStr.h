@@ -135,13 +135,15 @@ public:
     template <detail::StdText<T> S>
     ZGStr& operator=(const S& text)
     {
-        return *this = Token(text);
+        *this = Token(text);
+        return *this;
     }
     /// Converts from the other width, as `operator<<` does.
     template <detail::OtherWidthText<T> S>
     ZGStr& operator=(const S& text)
     {
-        return *this = ZGStr(ZStrToken<typename Appender::OtherChar>(text));
+        *this = ZGStr(ZStrToken<typename Appender::OtherChar>(text));
+        return *this;
     }
     ZGStr& operator=(const ZMStr<T>& text);
     /// Replaces the content by a copy of the viewed characters; empty if the first one is zero.
@@ -593,10 +595,8 @@ public:
     /// Negative indices count from the end. Throws `ZException` "Index out of range" if there is no such
     /// character.
     T& at(long index) ZSPACE_LIFETIMEBOUND { return charAt(m_text, index); }
-    const T& at(long index) const ZSPACE_LIFETIMEBOUND
-    {
-        return charAt(m_text, index);
-    } // NOLINT(modernize-use-nodiscard)
+    // NOLINTNEXTLINE(modernize-use-nodiscard): also called for the exception alone
+    const T& at(long index) const ZSPACE_LIFETIMEBOUND { return charAt(m_text, index); }
     static T& charAt(T* text, long index);
     static const T& charAt(const T* text, long index);
     /// As `at`.
@@ -643,11 +643,11 @@ public:
     // Substrings, which view this string's characters
 
     /// The first `n` characters, or all of them if there are fewer.
-    Token left(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::left(n); }
+    [[nodiscard]] Token left(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::left(n); }
     /// The last `n` characters, or all of them if there are fewer.
-    Token right(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::right(n); }
+    [[nodiscard]] Token right(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::right(n); }
     /// Up to `count` characters from `start` on, all of them if `count` is negative.
-    Token subString(long start, long count = -1) const noexcept ZSPACE_LIFETIMEBOUND
+    [[nodiscard]] Token subString(long start, long count = -1) const noexcept ZSPACE_LIFETIMEBOUND
     {
         return Queries::subString(start, count);
     }

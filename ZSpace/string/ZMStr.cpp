@@ -46,7 +46,9 @@ ZMStr<T>& ZMStr<T>::assignExactly(const T* text, long n)
 template <typename T>
 ZMStr<T>& ZMStr<T>::operator=(const ZMStr& other)
 {
-    return this == &other ? *this : assignExactly(other.m_buffer, other.m_length);
+    if (this != &other)
+        assignExactly(other.m_buffer, other.m_length);
+    return *this;
 }
 
 template <typename T>

@@ -131,13 +131,15 @@ public:
     template <detail::StdText<T> S>
     ZMStr& operator=(const S& text)
     {
-        return *this = Token(text);
+        *this = Token(text);
+        return *this;
     }
     /// Converts from the other width, as `operator<<` does.
     template <detail::OtherWidthText<T> S>
     ZMStr& operator=(const S& text)
     {
-        return *this = ZMStr(ZStrToken<typename Appender::OtherChar>(text));
+        *this = ZMStr(ZStrToken<typename Appender::OtherChar>(text));
+        return *this;
     }
     ZMStr& operator=(const ZGStr<T>& text);
     /// A new array with all characters, including zeros, which the caller frees with `ZGStr<T>::release`.
@@ -183,11 +185,11 @@ public:
     // Substrings, which view this string's characters
 
     /// The first `n` characters, or all of them if there are fewer.
-    Token left(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::left(n); }
+    [[nodiscard]] Token left(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::left(n); }
     /// The last `n` characters, or all of them if there are fewer.
-    Token right(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::right(n); }
+    [[nodiscard]] Token right(long n) const noexcept ZSPACE_LIFETIMEBOUND { return Queries::right(n); }
     /// Up to `count` characters from `start` on, all of them if `count` is negative.
-    Token subString(long start, long count = -1) const noexcept ZSPACE_LIFETIMEBOUND
+    [[nodiscard]] Token subString(long start, long count = -1) const noexcept ZSPACE_LIFETIMEBOUND
     {
         return Queries::subString(start, count);
     }

@@ -90,6 +90,7 @@ public:
 private:
     [[nodiscard]] unsigned digitAt(int index) const noexcept
     {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): T is never a signed char
         const auto code = static_cast<std::make_unsigned_t<T>>(m_text[index]);
         return code < s_hexDigits.size() ? s_hexDigits[code] : s_noDigit;
     }

@@ -401,7 +401,7 @@ long long offsetOf(const std::tm& local, std::time_t moment) noexcept
 /// Offset of standard local time from UTC at or near a moment.
 long long standardOffsetNear(std::time_t moment) noexcept
 {
-    constexpr std::time_t step = 30 * 86400; // daylight saving rarely lasts a whole year
+    constexpr std::time_t step = 30L * 86400; // daylight saving rarely lasts a whole year
     std::tm local{};
     for (std::time_t distance = 0; distance <= 12 * step; distance += step) {
         for (const std::time_t near : {moment - distance, moment + distance}) {

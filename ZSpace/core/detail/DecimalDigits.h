@@ -25,7 +25,7 @@ public:
     DecimalDigits& operator=(const DecimalDigits&) = delete;
 
     /// Valid as long as this object.
-    std::string_view view() const noexcept
+    [[nodiscard]] std::string_view view() const noexcept
     {
         return {m_begin, static_cast<std::size_t>(std::end(m_digits) - m_begin)};
     }

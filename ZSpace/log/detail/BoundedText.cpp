@@ -50,12 +50,16 @@ std::string replacementOf(const Conversion& conversion)
     return replacement + empty;
 }
 
-const char* firstStore(const char* format) noexcept
+/// The first `%n` at or after `format`; its `begin` is null if there is none.
+Conversion firstStore(const char* format) noexcept
 {
     Conversion conversion = nextConversion(format);
-    while (conversion.begin && *conversion.character && *conversion.character != 'n')
+    while (conversion.begin && *conversion.character != 'n') {
+        if (!*conversion.character)
+            return {nullptr, nullptr};
         conversion = nextConversion(conversion.character + 1);
-    return conversion.begin && *conversion.character ? conversion.begin : nullptr;
+    }
+    return conversion;
 }
 
 } // namespace
@@ -63,14 +67,13 @@ const char* firstStore(const char* format) noexcept
 StorelessFormat::StorelessFormat(const char* format)
     : m_format(format)
 {
-    const char* store = firstStore(format);
-    if (!store)
+    Conversion store = firstStore(format);
+    if (!store.begin)
         return;
     const char* rest = format;
-    for (; store; store = firstStore(rest)) {
-        const Conversion conversion = nextConversion(store);
-        m_rewritten.append(rest, store).append(replacementOf(conversion));
-        rest = conversion.character + 1;
+    for (; store.begin; store = firstStore(rest)) {
+        m_rewritten.append(rest, store.begin).append(replacementOf(store));
+        rest = store.character + 1;
     }
     m_format = m_rewritten.append(rest).c_str();
 }

@@ -225,15 +225,15 @@ void appendJson(LogLine& line, const ZLogRecord& record)
     constexpr long timeLength = 23;
     constexpr long threadBegin = timeLength + 8; // " Thread["
     const ZStrToken<char> prefix = linePrefix();
-    append(line, "{\"time\":\"");
+    append(line, R"({"time":")");
     line.append(prefix, timeLength);
-    append(line, "Z\",\"thread\":\"");
+    append(line, R"(Z","thread":")");
     line.append(static_cast<const char*>(prefix) + threadBegin, prefix.Length() - threadBegin - 2); // "]:"
     line.append('"');
     ZLogLevel level{};
     const bool hasLevel = getLevel(record, level);
     if (hasLevel) {
-        append(line, ",\"level\":\"");
+        append(line, R"(,"level":")");
         append(line, nameOf(level));
         line.append('"');
     }

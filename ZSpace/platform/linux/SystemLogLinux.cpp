@@ -24,7 +24,7 @@ SystemLogClient* openSystemLog(const char* ident, CopyToStandardError copy) noex
     // Without a name the messages carry that of the program.
     const char* const sender = ident ? strdup(ident) : nullptr;
     openlog(sender, copy == CopyToStandardError::Yes ? LOG_PERROR : 0, LOG_USER);
-    return &g_client;
+    return &g_client; // NOLINT(clang-analyzer-unix.Malloc): see above
 }
 
 SystemLogMessage* newSystemLogMessage() noexcept

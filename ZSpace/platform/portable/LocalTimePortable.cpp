@@ -102,7 +102,7 @@ private:
         const std::int64_t first = daysTo({year, month, 1});
         const std::int64_t next = month == 12 ? daysTo({year + 1, 1, 1}) : daysTo({year, month + 1, 1});
         const std::int64_t weekday = ((first + 4) % 7 + 7) % 7; // 1970 began on a Thursday
-        std::int64_t date = first + (day - weekday + 7) % 7 + (week - 1) * 7;
+        std::int64_t date = first + (day - weekday + 7) % 7 + 7 * (std::int64_t{week} - 1);
         while (date >= next)
             date -= 7;
         return date;
@@ -328,7 +328,7 @@ std::optional<Seconds> offsetByFile(const std::string& file, Seconds seconds)
 /// The content of a regular file of moderate size; empty if it is anything else.
 std::string contentOf(const std::string& path)
 {
-    constexpr std::size_t most = 256 * 1024; // the largest zones have a few KiB
+    constexpr std::size_t most = 256UL * 1024; // the largest zones have a few KiB
     const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (file < 0)
         return {};

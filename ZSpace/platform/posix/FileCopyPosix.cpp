@@ -13,7 +13,7 @@ namespace ZSpace::Host {
 namespace {
 
 // Larger blocks are not measurably faster; this one still fits on the stack of every thread.
-constexpr std::size_t s_blockSize = 64 * 1024;
+constexpr std::size_t s_blockSize = 64UL * 1024;
 
 int writeAll(int file, const char* bytes, std::size_t size) noexcept
 {

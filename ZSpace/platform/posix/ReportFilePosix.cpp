@@ -69,14 +69,11 @@ int makeDirectoryOpenToAll(const char* path) noexcept
     if (directory < 0)
         return -directory;
     struct stat status { };
-    int error = 0;
     if (fstat(directory, &status) != 0)
-        error = errno;
-    else if (status.st_uid != geteuid())
-        error = EPERM; // the new directory has been replaced already
-    else if (fchmod(directory, s_openToAll) != 0)
-        error = errno;
-    return closeAndReturn(directory, error);
+        return closeAndReturn(directory, errno);
+    if (status.st_uid != geteuid())
+        return closeAndReturn(directory, EPERM); // the new directory has been replaced already
+    return closeAndReturn(directory, fchmod(directory, s_openToAll) == 0 ? 0 : errno);
 }
 
 int openReportFile(int directory, const char* name) noexcept

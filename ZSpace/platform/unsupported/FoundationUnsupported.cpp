@@ -15,6 +15,7 @@ void release(NSObject*) noexcept { }
 
 } // namespace detail
 
+// NOLINTBEGIN(readability-convert-member-functions-to-static): a real host needs the object
 AutoreleasePool::AutoreleasePool() noexcept = default;
 AutoreleasePool::~AutoreleasePool() = default;
 
@@ -125,6 +126,7 @@ void Task::launch()
 {
     Exception::raise("NSInvalidArgumentException", "this host starts no tasks");
 }
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 Array Thread::callStackSymbols()
 {

@@ -6,6 +6,7 @@
 #include "ZSpace/string/detail/StrNumbers.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -37,14 +38,15 @@ template <StrChar T>
     return static_cast<T>('0' + digit);
 }
 
-/// Writes `Digits` digits, an even number, with leading zeros.
-template <int Digits, StrChar T>
+/// Writes `count` digits, an even number, with leading zeros.
+template <std::ptrdiff_t count, StrChar T>
 inline void writeDigits(T* to, std::uint32_t number) noexcept
 {
-    if constexpr (Digits > 2) {
-        constexpr auto half = static_cast<std::uint32_t>(numbers::s_powersOfTen[Digits / 4 * 2]);
-        writeDigits<Digits - Digits / 4 * 2>(to, number / half);
-        writeDigits<Digits / 4 * 2>(to + Digits - Digits / 4 * 2, number % half);
+    if constexpr (count > 2) {
+        constexpr std::ptrdiff_t low = count / 4 * 2;
+        constexpr auto divisor = static_cast<std::uint32_t>(numbers::s_powersOfTen[low]);
+        writeDigits<count - low>(to, number / divisor);
+        writeDigits<low>(to + count - low, number % divisor);
     } else {
         writePair(to, s_decimalPairs[number]);
     }

@@ -159,8 +159,8 @@ bool areEqualOnOneLevel(PendingComparison arrays, std::vector<PendingComparison>
     if (count != countItems(arrays.b))
         return false;
     for (std::size_t i = 0; i < count; ++i) {
-        const ValueItem a = arrays.a[i];
-        const ValueItem b = arrays.b[i];
+        const auto* a = arrays.a[i];
+        const auto* b = arrays.b[i];
         if (a->Type() & ZTypeId_array && a->Type() == b->Type())
             pending.push_back({ValueNesting::itemsOf(*a), ValueNesting::itemsOf(*b)});
         else if (!(*a == *b))
