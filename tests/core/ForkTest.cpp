@@ -45,14 +45,20 @@ TEST(ForkTest, WaitsForAnotherThreadThatHoldsTheRegistryLock)
 {
     useTheRegistryOnce();
     std::atomic<bool> holds{false};
+    std::atomic<bool> childEnded{false};
     std::thread holder([&] {
-        const std::lock_guard guard(g_eventreg_cs);
-        holds = true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        {
+            const std::lock_guard guard(g_eventreg_cs);
+            holds = true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        }
+        while (!childEnded) // one that ended before `fork` would be an unjoined thread of the child
+            std::this_thread::yield();
     });
     while (!holds)
         std::this_thread::yield();
     EXPECT_TRUE(childCanUseTheRegistry());
+    childEnded = true;
     holder.join();
     useTheRegistryOnce();
 }
