@@ -4,11 +4,11 @@
 #include "ZSpace/core/z_dbg.h"
 
 #include "ZSpace/core/detail/DebugReport.h"
+#include "ZSpace/core/detail/ForkedLock.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <mutex>
-#include <new>
 #include <pthread.h>
 
 namespace ZSpace {
@@ -22,13 +22,10 @@ long indexOfRegistration(const void* p) noexcept
     return found == g_eventregistrations.end() ? -1 : found - g_eventregistrations.begin();
 }
 
-using RegistryLock = ZThreadLock_T<pthread_mutex_t>;
-
-// A child of `fork` can use the registry, whatever the other threads of its parent were doing. The child renews the
-// mutex, because it cannot unlock one that belongs to its parent's thread. Installed when the program is loaded: a
-// first use could itself be interrupted by a fork.
+// A child of `fork` can use the registry, whatever the other threads of its parent were doing. Installed when the
+// program is loaded: a first use could itself be interrupted by a fork.
 [[maybe_unused]] const int s_forkHandlers = pthread_atfork(
-    [] { g_eventreg_cs.lock(); }, [] { g_eventreg_cs.unlock(); }, [] { new (&g_eventreg_cs) RegistryLock; });
+    [] { g_eventreg_cs.lock(); }, [] { g_eventreg_cs.unlock(); }, [] { detail::freeInChild(g_eventreg_cs); });
 
 } // namespace
 

@@ -3,6 +3,7 @@
 
 #include "ZSpace/log/detail/ForkSafety.h"
 
+#include "ZSpace/core/detail/ForkedLock.h"
 #include "ZSpace/log/detail/BookLock.h"
 
 #include <algorithm>
@@ -70,9 +71,12 @@ public:
     void afterForkInChild() noexcept
     {
         BookLock::instance().unlock();
-        // Recursive mutexes belong to threads of the parent, so nobody here could unlock them.
-        for (const Entry& entry : entries())
-            std::construct_at(entry.mutex);
+        for (const Entry& entry : entries()) {
+            if (entry.isHeld)
+                freeInChild(*entry.mutex);
+            else
+                std::construct_at(entry.mutex); // held by a thread that is not in the child
+        }
         m_mutex.unlock();
     }
 
