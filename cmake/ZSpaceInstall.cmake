@@ -38,6 +38,14 @@ install(TARGETS zspace EXPORT ZSpaceTargets
 # Bridges to other libraries; not part of the verified header set, since they compile only where those are installed.
 install(FILES ZSpace/interop/Fmt.h ZSpace/interop/StdFormat.h
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ZSpace/interop" COMPONENT development)
+# What debuggers show of our classes; see docs/debuggers.md. GDB looks for a script named after a shared library.
+install(FILES debugger/zspace_gdb.py debugger/zspace_kinds.py debugger/zspace_lldb.py
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/zspace/debugger" COMPONENT development)
+if(BUILD_SHARED_LIBS AND NOT APPLE)
+    install(FILES debugger/libzspace-gdb.py
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CMAKE_INSTALL_FULL_LIBDIR}"
+        RENAME "$<TARGET_FILE_NAME:zspace>-gdb.py" COMPONENT development)
+endif()
 install(EXPORT ZSpaceTargets NAMESPACE ZSpace:: DESTINATION "${ZSPACE_CMAKE_DIRECTORY}" COMPONENT development)
 
 configure_package_config_file(cmake/ZSpaceConfig.cmake.in "${PROJECT_BINARY_DIR}/ZSpaceConfig.cmake"
@@ -85,7 +93,7 @@ install(FILES "${PROJECT_BINARY_DIR}/zspace.pc" DESTINATION "${pkgconfig_directo
 
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documentation)
 install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documentation
-    FILES_MATCHING PATTERN "*.md" PATTERN reference EXCLUDE)
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN reference EXCLUDE)
 
 if(PROJECT_IS_TOP_LEVEL)
     include(ZSpacePackages)

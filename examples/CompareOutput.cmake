@@ -16,7 +16,6 @@ execute_process(COMMAND "${PROGRAM}" ${ARGUMENTS} WORKING_DIRECTORY "${DIRECTORY
     OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE result)
 foreach(name IN LISTS FILES)
     file(READ "${DIRECTORY}/${name}" content)
-    string(REPLACE "\r\n\r\n" "" content "${content}")
     string(APPEND output "== ${name}\n${content}")
 endforeach()
 set(digit "[0-9]")

@@ -2,10 +2,11 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# What is too long for every merge, and runs once a night: the remaining presets, fresh machines, the reference. Goes on
+# What is too long for every merge, and runs once a night: the remaining presets, fresh machines, the site of the documents. Goes on
 # after a failure and names all of them at the end. Needs root.
 set -eu
 cd "$(dirname "$0")/.."
+. scripts/setup.sh
 
 failed=
 try() {
@@ -14,6 +15,7 @@ try() {
     $*"
 }
 
+require_packages gdb lldb # for tests that are skipped without them
 try ./scripts/test.sh debug
 try ./scripts/test.sh clang
 try ./scripts/test.sh libcxx

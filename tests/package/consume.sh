@@ -2,10 +2,11 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# consume.sh CMAKE BUILD CONSUMER README COMPILER: installs the built library into a folder of its own, builds the same
-# small program against it in two ways, with the flags in CXXFLAGS, and then the program that the README shows.
+# consume.sh CMAKE BUILD CONSUMER SOURCE COMPILER: installs the built library into a folder of its own, builds the same
+# small program against it in two ways, with the flags in CXXFLAGS, then the program that the README shows, and then the
+# one of the guide's first ten minutes, from an empty folder.
 set -eu
-cmake=$1 build=$2 consumer=$3 readme=$4 compiler=$5
+cmake=$1 build=$2 consumer=$3 source=$4 compiler=$5
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
@@ -22,8 +23,18 @@ flags=$(PKG_CONFIG_PATH=${pc%/*} pkg-config --cflags --libs zspace)
 "$compiler" $CXXFLAGS -std=c++20 "$consumer/consumer.cpp" -o "$folder/by-flags" $flags
 [ "$("$folder/by-flags" 2>/dev/null)" = "consumer 42" ]
 
-sed -n '/^```cpp$/,/^```$/{/^```/!p;}' "$readme" | sed "s|/tmp/mytool|$folder/log|" >"$folder/shown.cpp"
+sed -n '/^```cpp$/,/^```$/{/^```/!p;}' "$source/README.md" | sed "s|/tmp/mytool|$folder/log|" >"$folder/shown.cpp"
 # shellcheck disable=SC2086
 "$compiler" $CXXFLAGS -std=c++20 "$folder/shown.cpp" -o "$folder/shown" $flags
 "$folder/shown"
 grep -q ']:	started with 3 files$' "$folder"/log/MyTool_*.txt
+
+page=$source/docs/guide/ten-minutes.md
+mkdir "$folder/hello"
+cp "$source"/examples/guide/ten-minutes/* "$folder/hello"
+cd "$folder/hello"
+"$cmake" -B build -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_PREFIX_PATH="$folder/installed" >/dev/null
+"$cmake" --build build >/dev/null
+./build/hello >found
+awk '/^<!-- package: hello -->$/ { wanted = 1; next } /^```/ { if (inside) exit; inside = wanted; next } inside' "$page" >expected
+diff expected found
