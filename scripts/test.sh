@@ -2,14 +2,16 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# Installs what is missing, builds, and runs every test: ./scripts/test.sh [preset], by default "release"; on a Mac,
-# "macos-native".
+# Installs what is missing, builds, and runs every test:
+#   ./scripts/test.sh [preset [directory...]]   by default "release"; on a Mac, "macos-native"
+# With directories of tests/, only their tests are built and run.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
 
 # shellcheck disable=SC2154,SC2034 # set and used in setup.sh
 preset=${1:-$default_preset}
+[ $# -eq 0 ] || shift
 packages="$build_packages libgtest-dev libgmock-dev pkgconf jq"
 case $preset in
 clang | asan | fuzz) packages="$packages clang $(clang_runtime)" ;;
@@ -21,7 +23,7 @@ esac
 require_packages $packages
 
 # run.sh may have configured without them.
-configure_options=-DZSPACE_BUILD_TESTS=ON
+configure_options="-DZSPACE_BUILD_TESTS=ON -DZSPACE_TESTED=$(echo "$*" | tr ' ' ';')"
 build "$preset"
 echo "Testing preset $preset"
 ctest --preset "$preset"
