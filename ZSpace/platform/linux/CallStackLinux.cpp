@@ -63,12 +63,14 @@ struct Module {
     std::uintptr_t bias = 0; // of addresses in memory relative to those in the file
 };
 
+/// Without a string: nothing may throw through `dl_iterate_phdr`, which holds the loader's lock.
 struct ModuleSearch {
     std::uintptr_t address;
-    Module found;
+    const char* path = "";
+    std::uintptr_t bias = 0;
 };
 
-int matchModule(dl_phdr_info* info, std::size_t, void* target)
+int matchModule(dl_phdr_info* info, std::size_t, void* target) noexcept
 {
     auto& search = *static_cast<ModuleSearch*>(target);
     for (int i = 0; i < info->dlpi_phnum; ++i) {
@@ -76,7 +78,8 @@ int matchModule(dl_phdr_info* info, std::size_t, void* target)
         const std::uintptr_t begin = info->dlpi_addr + segment.p_vaddr;
         if (segment.p_type == PT_LOAD && search.address - begin < segment.p_memsz) {
             const bool isProgram = !info->dlpi_name || !*info->dlpi_name;
-            search.found = {isProgram ? s_program : info->dlpi_name, info->dlpi_addr};
+            search.path = isProgram ? s_program : info->dlpi_name;
+            search.bias = info->dlpi_addr;
             return 1;
         }
     }
@@ -85,9 +88,9 @@ int matchModule(dl_phdr_info* info, std::size_t, void* target)
 
 Module moduleAt(std::uintptr_t address)
 {
-    ModuleSearch search{address, {}};
+    ModuleSearch search{.address = address};
     dl_iterate_phdr(matchModule, &search);
-    return search.found;
+    return {search.path, search.bias};
 }
 
 std::string displayName(const Module& module)
