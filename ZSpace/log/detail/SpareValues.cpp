@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstddef>
+#include <new>
+#include <pthread.h>
 #include <utility>
 
 namespace ZSpace::detail {
@@ -30,9 +33,8 @@ ZTypeId reusableKindOf(const ZRef<LogValue>& value) noexcept
     return (type & s_plainKinds) && value->Content() ? type : ZTypeId_none;
 }
 
+/// What one thread keeps.
 struct Spares {
-    ~Spares();
-
     void keep(std::unique_ptr<ZRef<LogValue>> value) noexcept
     {
         if (reusableKindOf(*value) == ZTypeId_none)
@@ -48,37 +50,85 @@ struct Spares {
     std::size_t replaced = 0; // since the array was full
 };
 
-/// Destructors of other thread-local objects may log when the spares are gone.
-thread_local constinit bool t_isThreadEnding = false;
-thread_local constinit Spares t_spares;
+struct ThreadSpares {
+    Spares* spares = nullptr;
+    bool isUnavailable = false; // the thread is ending, or there was no memory
+};
+thread_local constinit ThreadSpares t_own;
 
-Spares::~Spares()
+/// Frees a thread's spares when the thread ends.
+///
+/// A key of the system instead of a thread-local object with a destructor, because the C library ends the program if it
+/// has no memory for registering such a destructor.
+class ThreadEnd {
+public:
+    ThreadEnd() noexcept
+        : m_isValid(pthread_key_create(&m_key, end) == 0)
+    {
+    }
+    ThreadEnd(const ThreadEnd&) = delete; // one for the process
+    ThreadEnd& operator=(const ThreadEnd&) = delete;
+    /// Before a plug-in's code is unloaded, which threads that end later must not call.
+    ~ThreadEnd()
+    {
+        if (m_isValid.exchange(false))
+            pthread_key_delete(m_key);
+    }
+
+    [[nodiscard]] bool free(Spares* spares) const noexcept
+    {
+        return m_isValid && pthread_setspecific(m_key, spares) == 0;
+    }
+
+private:
+    static void end(void* spares)
+    {
+        t_own = {nullptr, true}; // destructors of other thread-local objects may still log
+        delete static_cast<Spares*>(spares);
+    }
+
+    pthread_key_t m_key{};
+    std::atomic<bool> m_isValid;
+};
+
+/// Creates the calling thread's spares at their first use.
+Spares* makeSpares() noexcept
 {
-    t_isThreadEnding = true;
+    static ThreadEnd s_threadEnd;
+    if (t_own.isUnavailable)
+        return nullptr;
+    std::unique_ptr<Spares> spares(new (std::nothrow) Spares);
+    t_own.isUnavailable = !spares || !s_threadEnd.free(spares.get());
+    if (!t_own.isUnavailable)
+        t_own.spares = spares.release();
+    return t_own.spares;
+}
+
+/// The calling thread's spares; null if there are none.
+Spares* ownSpares() noexcept
+{
+    Spares* const spares = t_own.spares;
+    return spares ? spares : makeSpares();
 }
 
 } // namespace
 
 bool takeSpareRecord(LogValues& values, ZTypeId type) noexcept
 {
-    if (t_isThreadEnding)
+    Spares* const spares = t_own.spares;
+    if (!spares || spares->list.Count() != 1 || spares->list[0]->Type() != type)
         return false;
-    LogValues& list = t_spares.list;
-    if (list.Count() != 1 || list[0]->Type() != type)
-        return false;
-    values.swap(list);
+    values.swap(spares->list);
     return true;
 }
 
 std::unique_ptr<ZRef<LogValue>> takeSpareValue(ZTypeId type) noexcept
 {
-    if (t_isThreadEnding)
-        return nullptr;
-    Spares& spares = t_spares;
-    for (std::size_t i = spares.count; i > 0; --i) {
-        if ((*spares.values[i - 1])->Type() == type) {
-            std::swap(spares.values[i - 1], spares.values[--spares.count]);
-            return std::move(spares.values[spares.count]);
+    Spares* const spares = t_own.spares;
+    for (std::size_t i = spares ? spares->count : 0; i > 0; --i) {
+        if ((*spares->values[i - 1])->Type() == type) {
+            std::swap(spares->values[i - 1], spares->values[--spares->count]);
+            return std::move(spares->values[spares->count]);
         }
     }
     return nullptr;
@@ -86,24 +136,26 @@ std::unique_ptr<ZRef<LogValue>> takeSpareValue(ZTypeId type) noexcept
 
 void takeSpareCapacity(LogValues& values) noexcept
 {
-    if (t_isThreadEnding)
+    Spares* const spares = t_own.spares;
+    if (!spares)
         return;
-    LogValues& list = t_spares.list;
-    if (list.Count() == 1)
-        t_spares.keep(list.takeLast());
-    values.swap(list);
+    if (spares->list.Count() == 1)
+        spares->keep(spares->list.takeLast());
+    values.swap(spares->list);
 }
 
 void recycle(LogValues& values) noexcept
 {
-    if (t_isThreadEnding || values.Count() == 0)
+    if (values.Count() == 0)
         return;
-    Spares& spares = t_spares;
+    Spares* const spares = ownSpares();
+    if (!spares)
+        return;
     const bool isSingle = values.Count() == 1 && reusableKindOf(values[0]) != ZTypeId_none;
     while (!isSingle && values.Count() > 0)
-        spares.keep(values.takeLast());
-    if (spares.list.Capacity() == 0 && values.Capacity() <= s_largestCapacity)
-        values.swap(spares.list);
+        spares->keep(values.takeLast());
+    if (spares->list.Capacity() == 0 && values.Capacity() <= s_largestCapacity)
+        values.swap(spares->list);
 }
 
 } // namespace ZSpace::detail
