@@ -77,7 +77,12 @@ bool ZAppContext::isMainThread() const noexcept
 
 ZMStr<wchar_t> ZAppContext::getEnv(const char* name)
 {
-    return ZMStr<wchar_t>(name ? std::getenv(name) : nullptr);
+    const ZStrToken<char> value(name ? std::getenv(name) : nullptr);
+    if (value.isEmpty())
+        return {};
+    ZMStr<wchar_t> result(value.Length() + 1); // throws if there is no memory; a conversion would terminate
+    result.appendValueOf(static_cast<const char*>(value), value.Length());
+    return result;
 }
 
 ZMStr<wchar_t> ZAppContext::getEnv(const wchar_t* name)

@@ -8,6 +8,8 @@
 #include "ZSpace/system/ZAppContext.h"
 #include "ZSpace/value/ZTime.h"
 
+#include <algorithm>
+
 namespace ZSpace {
 
 const wchar_t* const ZSysInfoPath_Paths = L"system.paths";
@@ -26,27 +28,32 @@ constexpr const wchar_t* s_defaultTempDirectory = L"/tmp";
 constexpr const wchar_t* s_logDirectoryName = L"CdLogs";
 constexpr unsigned int s_unknownKey = 0xFFFFFFFF;
 
-template <typename String>
-void endWithSeparator(String& path)
+// Strings call `std::terminate` when an append finds no memory, and only their construction throws. Setting up logging
+// must not end a program, so what is needed there is appended to buffers that are large enough. An append that fills a
+// buffer completely reallocates it, so each has one character to spare.
+
+/// A copy of `path` that ends with a separator, with the capacity for `extra` more characters.
+ZMStr<wchar_t> withSeparator(const ZStrToken<wchar_t>& path, long extra = 0)
 {
+    ZMStr<wchar_t> result(path.Length() + extra + 2);
+    result << path;
     if (!path.right(1).isLike(Z_SYS_ENV_PATH_SEPW))
-        path += Z_SYS_ENV_PATH_SEPW;
+        result << Z_SYS_ENV_PATH_SEPW;
+    return result;
 }
 
 /// The directory that an environment variable names, or `alternative` if it is empty.
 ZMStr<wchar_t> directoryFrom(const char* variable, const wchar_t* alternative)
 {
-    ZMStr<wchar_t> directory = ZAppContext::getEnv(variable);
-    if (directory.isEmpty())
-        directory = alternative;
-    endWithSeparator(directory);
-    return directory;
+    const ZMStr<wchar_t> directory = ZAppContext::getEnv(variable);
+    return withSeparator(
+        directory.isEmpty() ? ZStrToken<wchar_t>(alternative) : ZStrToken<wchar_t>(directory));
 }
 
-ZGStr<char> narrowed(const ZGStr<wchar_t>& string)
+ZMStr<char> narrowed(const ZStrToken<wchar_t>& string)
 {
-    ZGStr<char> result;
-    result.appendValueOf(static_cast<const wchar_t*>(string));
+    ZMStr<char> result(string.Length() + 1);
+    result.appendValueOf(static_cast<const wchar_t*>(string), string.Length());
     return result;
 }
 
@@ -114,7 +121,7 @@ ZGStr<wchar_t> ZSysInfoPaths::getHomeFolderW()
 
 ZGStr<char> ZSysInfoPaths::getHomeFolderA()
 {
-    return narrowed(getHomeFolderW());
+    return narrowed(getHomeFolder());
 }
 
 ZMStr<wchar_t> ZSysInfoPaths::getTempFolder()
@@ -129,41 +136,49 @@ ZGStr<wchar_t> ZSysInfoPaths::getTempFolderW()
 
 ZGStr<char> ZSysInfoPaths::getTempFolderA()
 {
-    return narrowed(getTempFolderW());
+    return narrowed(getTempFolder());
 }
 
 void ZSysInfoPaths::setUserLogDirW(const wchar_t* dir)
 {
     customLogDirW.remove(0); // empties without freeing: `dir` may be this very string
-    ZGStr<wchar_t> directory(dir);
+    const ZStrToken<wchar_t> directory(dir);
     if (directory.isEmpty())
         return;
-    const ZGStr<char> path = narrowed(directory);
+    const ZMStr<char> path = narrowed(directory);
     if (!TZSysFile<char>::exists(path))
         static_cast<void>(Host::makeDirectoryOpenToAll(path));
-    endWithSeparator(directory);
-    customLogDirW = directory;
+    customLogDirW = withSeparator(directory);
 }
 
 ZGStr<wchar_t> ZSysInfoPaths::getUserLogDirW()
 {
     if (!customLogDirW.isEmpty())
         return customLogDirW;
-    ZMStr<wchar_t> directory = getHomeFolder();
-    directory += s_logDirectoryName;
-    const ZGStr<char> path = narrowed(ZGStr<wchar_t>(directory));
+    const ZStrToken<wchar_t> name(s_logDirectoryName);
+    ZMStr<wchar_t> directory = withSeparator(getHomeFolder(), name.Length() + 1);
+    directory << name;
+    const ZMStr<char> path = narrowed(directory);
     if (!TZSysFile<char>::exists(path))
         TZSysFile<char>::makeDirectory(path);
-    endWithSeparator(directory);
+    directory << Z_SYS_ENV_PATH_SEPW;
     return ZGStr<wchar_t>(directory);
 }
 
 ZGStr<wchar_t> ZSysInfoPaths::getNewLogFileNameW(const char* prefix, const char* extension)
 {
-    ZMStr<wchar_t> time = ZTime(true).toWStringEx();
-    time.replace(L':', L'-');
-    ZMStr<wchar_t> path(getUserLogDirW());
-    path << prefix << time << extension;
+    char time[ZTime::s_textCapacity];
+    const long timeLength = ZTime(true).writeTextEx(time);
+    std::replace(time, time + timeLength, ':', '-');
+    const ZGStr<wchar_t> directory = getUserLogDirW();
+    const ZStrToken<char> parts[]{prefix, {time, timeLength}, extension};
+    long length = directory.length();
+    for (const ZStrToken<char>& part : parts)
+        length += part.Length();
+    ZMStr<wchar_t> path(length + 1);
+    path << directory;
+    for (const ZStrToken<char>& part : parts)
+        path.appendValueOf(static_cast<const char*>(part), part.Length());
     return ZGStr<wchar_t>(path);
 }
 

@@ -6,7 +6,7 @@
 #include "ZSpace/log/ZLogBookFile.h"
 #include "ZSpace/log/ZTransferLog.h"
 #include "ZSpace/platform/ReportFile.h"
-#include "ZSpace/string/ZGStr.h"
+#include "ZSpace/string/ZMStr.h"
 #include "ZSpace/system/ZSysInfoPaths.h"
 
 #include <cerrno>
@@ -29,7 +29,7 @@ void dropFailures(SetUp setUp) noexcept
 
 /// Opens a report file relative to its directory, so that nothing another user has planted there is used.
 /// @return the descriptor, or a negative error number.
-int openReport(const ZGStr<char>& path)
+int openReport(const char* path)
 {
     const char* const slash = std::strrchr(path, '/');
     if (!slash)
@@ -47,14 +47,23 @@ int openReport(const ZGStr<char>& path)
 
 void useLogDirectory(const char* directory) noexcept
 {
-    dropFailures([=] { ZSysInfoPaths::setUserLogDirW(ZGStr<wchar_t>(directory)); });
+    dropFailures([=] {
+        // Appended to a buffer of sufficient size, because only construction throws if there is no memory.
+        const ZStrToken<char> path(directory);
+        ZMStr<wchar_t> wide(path.Length() + 1);
+        wide.appendValueOf(static_cast<const char*>(path), path.Length());
+        ZSysInfoPaths::setUserLogDirW(wide);
+    });
 }
 
 void enableFileLogging(const char* tag) noexcept
 {
     dropFailures([=] {
-        const ZGStr<char> prefix = ZGStr<char>(tag) + "_";
-        const ZGStr<char> path(ZSysInfoPaths::getNewLogFileNameW(prefix, ".txt"));
+        ZMStr<char> prefix(ZStrToken<char>(tag).Length() + 2);
+        prefix << tag << '_';
+        const ZGStr<wchar_t> wide = ZSysInfoPaths::getNewLogFileNameW(prefix, ".txt");
+        ZMStr<char> path(wide.length() + 1);
+        path.appendValueOf(static_cast<const wchar_t*>(wide), wide.length());
         // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): what it throws is dropped above
         ZTransferLog::useLogBook(ZRef<ZLogBook>(new ZLogBookFile(ZLogBookFile::OpenFile{openReport(path)})));
     });
