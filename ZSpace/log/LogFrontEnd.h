@@ -48,6 +48,9 @@ void CNSInitLog(int flags, int sysLogSwitch, const char* tag, const char* userLo
 
 /// Detaches the report file, which is closed when its last user is done. Later lines go to the system log or
 /// the console.
+///
+/// A plug-in that contains this library must call this before it is unloaded (`dlclose`), when none of its threads
+/// log any more; nothing else closes the report file, so each round of loading and unloading would leak a descriptor.
 void CNSDisableFileLogging(void);
 
 /// Whether debug lines are written.
