@@ -8,6 +8,8 @@
 #include "ZSpace/platform/Foundation.h"
 #include "ZSpace/platform/Process.h"
 
+#include <new>
+
 namespace NS = ZSpace::NS;
 
 namespace {
@@ -27,11 +29,8 @@ void logFailure(const NS::String& executable, const NS::Exception& exception)
         exception.userInfo().native(), exception.callStackSymbols().native());
 }
 
-} // namespace
-
-int main()
+void startUninstaller()
 {
-    ZSpace::Host::shieldStandardStreams();
     const NS::AutoreleasePool pool;
     CNSInitLog(CNSLogFlagFile | CNSLogFlagDebug, 0, "CdkRSUninstaller", "/var/log/com.coraldesk.remote");
 
@@ -53,6 +52,18 @@ int main()
         task.launch();
     } catch (const NS::Exception& exception) {
         logFailure(executable, exception);
+    }
+}
+
+} // namespace
+
+int main()
+{
+    ZSpace::Host::shieldStandardStreams();
+    try {
+        startUninstaller();
+    } catch (const std::bad_alloc&) { // before the start: what follows it allocates nothing
+        CNSLogMsg("CdkRemotedUninstaller: Failed to launch uninstaller task: Out of memory");
     }
     return 0;
 }

@@ -4,18 +4,7 @@
 // The test build of the program, on every host and without privileges: a build of the same `main` that takes its two
 // directories from the environment.
 
-#include "tests/app/PrivatePaths.h"
-#include "tests/support/ChildProcess.h"
-#include "tests/support/Host.h"
-#include "tests/support/TemporaryFolder.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <unistd.h>
+#include "tests/app/AnywhereFixture.h"
 
 namespace ZSpace::Testing {
 namespace {
@@ -25,51 +14,18 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-class UninstallerAnywhere : public testing::Test {
+class UninstallerAnywhere : public AnywhereFixture {
 protected:
-    [[nodiscard]] fs::path installer() const
-    {
-        return m_folder.path()
-            / "com.coraldesk.remote/bin/CdkRemotedInstaller.app/Contents/MacOS/CdkRemotedInstaller";
-    }
     [[nodiscard]] fs::path called() const { return m_folder.path() / "called"; }
 
     /// Installs a script that writes its arguments to `called()`.
     void install() const
     {
         const std::string file = "'" + called().string();
-        fs::create_directories(installer().parent_path());
-        writeFile(installer(),
-            "#!/bin/sh\necho noise; echo noise >&2\nprintf '%s\\n' \"$0\" \"$@\" > " + file + ".new'; mv "
-                + file + ".new' " + file + "'\n");
-        fs::permissions(installer(), fs::perms::all);
+        AnywhereFixture::install("echo noise; echo noise >&2\nprintf '%s\\n' \"$0\" \"$@\" > " + file
+            + ".new'; mv " + file + ".new' " + file + "'\n");
     }
-
-    [[nodiscard]] Outcome run() const
-    {
-        return runInChild([&] {
-            setenv(ZSPACE_PRIVATE_LIBRARY, m_folder.path().c_str(), 1);
-            setenv(ZSPACE_PRIVATE_LOGS, (m_folder.path() / "logs").c_str(), 1);
-            execl(ZSPACE_UNINSTALLER_ANYWHERE, ZSPACE_UNINSTALLER_ANYWHERE, nullptr);
-            return 126;
-        });
-    }
-
-    [[nodiscard]] std::string report() const
-    {
-        std::string content;
-        for (const auto& entry : fs::directory_iterator(m_folder.path() / "logs"))
-            content += contentOf(entry.path());
-        return content;
-    }
-
-    [[nodiscard]] std::string startLine() const
-    {
-        return "Running uninstall script: " + installer().string() + ", args: " + host().printedArguments;
-    }
-
-private:
-    TemporaryFolder m_folder;
+    [[nodiscard]] Outcome run() const { return AnywhereFixture::run(ZSPACE_UNINSTALLER_ANYWHERE); }
 };
 
 TEST_F(UninstallerAnywhere, StartsTheInstallerAndLogsIt)
