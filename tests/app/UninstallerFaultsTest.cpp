@@ -8,6 +8,7 @@
 
 #include <cstdlib>
 #include <map>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <sys/wait.h>
@@ -112,18 +113,48 @@ protected:
             std::printf("%s: status %d\n", fault.injection.c_str(), status);
     }
 
-    void expectWholeReportsAndNoSecondInstaller() const
+    /// @return the number of runs that started an installer.
+    long expectWholeReportsAndNoSecondInstaller() const
     {
-        for (const fs::path& file : reportFiles()) {
-            const std::string text = contentOf(file);
-            EXPECT_TRUE(text.empty() || text.ends_with('\n')) << file << ": " << text;
-        }
+        for (const fs::path& file : reportFiles())
+            expectWholeLines(contentOf(file));
         usleep(200'000); // the last installers
         std::istringstream calls(contentOf(inRoot(s_service + "/calls")));
         std::set<std::string> runs;
         for (std::string line; std::getline(calls, line);)
             EXPECT_TRUE(runs.insert(line).second) << line << " started two installers";
         EXPECT_FALSE(runs.empty());
+        return static_cast<long>(runs.size());
+    }
+
+    /// A report has nothing but whole records: each call that finished has written all of its line.
+    static void expectWholeLines(const std::string& report)
+    {
+        EXPECT_TRUE(report.empty() || report.ends_with('\n')) << report;
+        static const std::regex s_prefix("[-0-9]{10}T[:0-9]{8}\\.[0-9]{3} Thread\\[[0-9a-f]+\\]:\t");
+        std::istringstream stream(report);
+        std::string before;
+        for (std::string line; std::getline(stream, line); before = line) {
+            std::smatch prefix;
+            const bool isRecord =
+                std::regex_search(line, prefix, s_prefix, std::regex_constants::match_continuous);
+            const std::string text = isRecord ? prefix.suffix().str() : line;
+            const bool isSeparator = line == "\r";
+            const bool isStack = line == "stack:" || (before == "stack:" && line.ends_with("\")"));
+            const bool isFailure = text.starts_with(s_failureStart) && text.ends_with("userinfo:(null)");
+            EXPECT_TRUE(isSeparator || isStack || (isRecord && (text == s_startLine || isFailure))) << line;
+            EXPECT_EQ(before.find(s_failureStart) != std::string::npos, line == "stack:") << line;
+            EXPECT_TRUE(before != "stack:" || isStack) << line;
+        }
+    }
+
+    /// The number of reports' lines that tell of a start.
+    [[nodiscard]] long startLines() const
+    {
+        long count = 0;
+        for (const fs::path& file : reportFiles())
+            count += countOf(contentOf(file), s_startLine + "\n");
+        return count;
     }
 };
 
@@ -203,7 +234,8 @@ TEST_F(UninstallerFaults, KilledAtAnyCallItStartsNoSecondInstallerAndLeavesWhole
         faults.push_back({call.name + ":signal=KILL:when=" + std::to_string(call.ordinal), true});
     EXPECT_GT(faults.size(), 20U);
     EXPECT_EQ(runWithEach(faults), "");
-    expectWholeReportsAndNoSecondInstaller();
+    const long started = expectWholeReportsAndNoSecondInstaller();
+    EXPECT_GE(startLines(), started) << "an installer runs whose line was acknowledged and is lost";
 }
 
 } // namespace

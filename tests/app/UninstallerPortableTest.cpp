@@ -101,6 +101,13 @@ TEST_F(UninstallerPortable, TheInstallerStaysInTheProcessGroup)
     EXPECT_THAT(report(), HasSubstr("\ngroup: " + std::to_string(getpgrp()) + "\n"));
 }
 
+TEST_F(UninstallerPortable, TheInstallerStaysInTheSession)
+{
+    installProbe();
+    run();
+    EXPECT_THAT(report(), HasSubstr("\nsession: " + std::to_string(getsid(0)) + "\n"));
+}
+
 TEST_F(UninstallerPortable, TheInstallerKeepsIgnoringSignals)
 {
     installProbe();

@@ -58,6 +58,7 @@ int main(int argc, char** argv)
     report += signalLines();
     report += "folder: " + fs::current_path().string() + "\n";
     report += "group: " + std::to_string(getpgrp()) + "\n";
+    report += "session: " + std::to_string(getsid(0)) + "\n";
     const char* const variable = std::getenv("ZSPACE_TEST_VARIABLE");
     report += std::string("variable: ") + (variable ? variable : "") + "\n";
 
