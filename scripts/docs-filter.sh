@@ -67,6 +67,14 @@ awk -v group="$group" '
             return "Converts to text."
         if (line ~ / (begin|end)\(\) /)
             return "For iteration."
+        if (line ~ / swap\([A-Za-z<>]*& other\)/)
+            return "Exchanges the contents."
+        if (line ~ /^ +const T& at\(long index\) const/)
+            return "As the other overload."
+        if (line ~ / operator\(\)\(std::basic_string_view/)
+            return "Hashes the characters."
+        if (line ~ /^Z[GM]Str<T>& Z[GM]Str<T>::extend/)
+            return "Makes room at the end."
         if (line ~ / lock\(\)/)
             return "Locks."
         if (line ~ / unlock\(\)/)
@@ -121,7 +129,18 @@ awk -v group="$group" '
         } else if (name != "" || $0 ~ /^(class|struct) /) {
             lastName = ""
         }
-        print (text == "" ? "" : "/** " text " */ ") $0
+        # A comment stands in front of a template as a whole.
+        if (!documented && $0 ~ /^ *(template <.*>|requires .*[^;{])$/ && $0 !~ /=/) {
+            held[++heldCount] = $0
+            next
+        }
+        comments = text == "" ? "" : "/** " text " */ "
+        for (i = 1; i <= heldCount; ++i) {
+            print comments held[i]
+            comments = ""
+        }
+        heldCount = 0
+        print comments $0
         if ($0 ~ /^ *\/\/[\/!]/)
             documented = 1
         else if ($0 !~ /^ *(template <.*>|requires .*|\[\[.*\]\])$/)

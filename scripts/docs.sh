@@ -2,13 +2,13 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# Writes the reference of the public interface as pages to build/docs/html. A public name without a comment, a comment
-# that Doxygen cannot read and a name that the pages' search does not find are errors.
+# Writes the guide and the reference of the public interface as one site to build/docs/html. A public name without a
+# comment, a comment that Doxygen cannot read, a name that the search does not find and a broken link are errors.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
 
-require_packages doxygen
+require_packages doxygen python3
 mkdir -p build/docs
 rm -rf build/docs/html
 ZSPACE_VERSION=$(sed -n 's/^project(ZSpace VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
@@ -29,4 +29,11 @@ for name in CNSLog subString appendHexOf GetTickCount theLog Z_SYS_ENV_HOMEDIR; 
         exit 1
     fi
 done
-echo "The reference of version $ZSPACE_VERSION begins at build/docs/html/index.html."
+# Files that pages link to and that are no pages: docs-page.sh writes these links.
+grep -oh 'href="source/[^"]*\.txt"' build/docs/html/*.html | sort -u | sed 's|href="source/\(.*\)\.txt"|\1|' |
+    while read -r file; do
+        mkdir -p "build/docs/html/source/$(dirname "$file")"
+        [ ! -f "$file" ] || cp "$file" "build/docs/html/source/$file.txt"
+    done
+python3 scripts/check-links.py build/docs/html
+echo "The site of version $ZSPACE_VERSION begins at build/docs/html/index.html."

@@ -10,12 +10,16 @@
 #include <cstddef>
 #include <fmt/format.h>
 
+/// @file
 /// {fmt} formats the three string classes, and times and GUIDs in their text forms, with the format specifications
 /// of strings:
 ///
 ///     fmt::print("{:>10} {}", text.left(4), ZTime(true));
 ///
 /// No other header of the library includes this one.
+
+/// @cond
+
 template <ZSpace::detail::StrChar T>
 struct fmt::formatter<ZSpace::ZStrToken<T>, T> : fmt::formatter<fmt::basic_string_view<T>, T> {
     /// Called by the formatting functions.
@@ -62,3 +66,5 @@ struct fmt::formatter<ZSpace::ZGUID, T> : fmt::formatter<fmt::basic_string_view<
         return fmt::formatter<fmt::basic_string_view<T>, T>::format({text, length}, context);
     }
 };
+
+/// @endcond

@@ -22,6 +22,7 @@ namespace ZSpace {
 /// May be used from any thread if the other book may and the predicate may.
 class ZLogBookFilter : public ZLogBook {
 public:
+    /// Whether a record is to be passed on.
     using Predicate = std::function<bool(const ZLogRecord& record)>;
 
     /// Passes on records of at least this level. `book` must not be empty.

@@ -11,7 +11,7 @@ namespace ZSpace {
 
 namespace detail {
 class LineFile;
-}
+} // namespace detail
 
 /// A book that writes each record as one JSON object (RFC 8259) on a line of its own.
 ///

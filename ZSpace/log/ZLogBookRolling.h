@@ -13,7 +13,7 @@ namespace ZSpace {
 
 namespace detail {
 class LineFile;
-}
+} // namespace detail
 
 /// A book that writes lines like `ZLogBookFile` and starts a new file when the current one is full or a day ends.
 ///
