@@ -11,11 +11,11 @@
 ///
 /// The numbers are those of `project()` in CMakeLists.txt; configuring fails when the two differ.
 
-/// Rises with every incompatible change.
+/// Incremented by incompatible changes.
 #define ZSPACE_VERSION_MAJOR 2
-/// Rises with every compatible addition.
+/// Incremented by compatible additions.
 #define ZSPACE_VERSION_MINOR 0
-/// Rises with every release that only repairs.
+/// Incremented by releases that only fix bugs.
 #define ZSPACE_VERSION_PATCH 0
 /// All three, with periods between them.
 #define ZSPACE_VERSION_STRING "2.0.0"

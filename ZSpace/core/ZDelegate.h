@@ -40,7 +40,7 @@ public:
     /// The number of parameters.
     [[nodiscard]] int ParamCount() const override { return static_cast<int>(sizeof...(P)); }
 
-    /// Calls.
+    /// Calls the target.
     virtual R operator()(P... arguments) const = 0;
     /// A new delegate with the same target. The caller owns it.
     [[nodiscard]] virtual Self* clone() const = 0;
@@ -138,9 +138,9 @@ public:
     }
 
     [[nodiscard]] bool operator!() const override { return false; }
-    /// The object that is called.
+    /// The function object.
     [[nodiscard]] void* Object() const override { return m_function.get(); }
-    /// Calls the object.
+    /// Calls the function object.
     R operator()(P... arguments) const override
     {
         if constexpr (std::is_void_v<R>)
@@ -148,7 +148,7 @@ public:
         else
             return (*m_function)(std::forward<P>(arguments)...);
     }
-    /// A delegate of the same object.
+    /// A delegate that shares the function object.
     [[nodiscard]] FunctionDelegate* clone() const override { return new FunctionDelegate(*this); }
     [[nodiscard]] bool operator==(const Self& other) const override
     {

@@ -48,8 +48,7 @@ public:
     /// A further reason; may be null.
     [[nodiscard]] virtual const char* why() const noexcept;
 
-    /// The same for const objects: calls the virtual function, which could not be const without a change of its
-    /// signature.
+    /// The same for const objects; the virtual function cannot become const without a different signature.
     [[nodiscard]] unsigned int code() const noexcept
     {
         return const_cast<ZException*>(this)->code(); // NOLINT(cppcoreguidelines-pro-type-const-cast)

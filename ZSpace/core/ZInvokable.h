@@ -16,7 +16,7 @@ class ZInvokable {
 public:
     // The order of the virtual functions is part of the interface, here and in `ZExecutor`.
 
-    /// Calls.
+    /// Does the work.
     virtual R invoke() const = 0;
     virtual ~ZInvokable() = default;
 
@@ -63,7 +63,7 @@ public:
     }
 
     [[nodiscard]] int ParamCount() const override { return m_binder->ParamCount(); }
-    /// Calls the delegate with the two arguments.
+    /// Calls the binder with the two arguments.
     void execute() const override { (*m_binder)(m_first, m_second); }
     [[nodiscard]] ZExecutor2V* clone() const override
     {

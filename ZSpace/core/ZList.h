@@ -115,7 +115,7 @@ protected:
     /// Replaces the element at `index` by `item` and deletes the old one; the list adopts `item`.
     void il_replaceAt(long index, T* item) noexcept;
 
-    /// Allocates the capacity that appending `count` elements one by one to an empty list leads to.
+    /// Allocates the capacity that appending `count` elements one by one to an empty list would reach.
     void il_reserve(long count);
 
 private:

@@ -48,7 +48,7 @@ public:
     V second;
 
 private:
-    // Part of the layout: always the pair's own key, which `key()` therefore reads directly.
+    // Only for the layout; always `&first`, so `key()` reads `first` directly.
     [[maybe_unused]] const K* m_key = &first;
 };
 
@@ -59,9 +59,8 @@ static_assert(sizeof(ZPair<void*, void*>) == 3 * sizeof(void*));
 ///     ZMap<const wchar_t*, const wchar_t*> names;
 ///     names.add(s_key, L"Home folder");
 ///
-/// Keys compare with `==`, so keys of type `const char*` compare as addresses. Linear search suits the few
-/// dozen pairs that maps are meant for. `add` calls `std::terminate` if allocation fails; copying behaves as
-/// that of `ZList`.
+/// Keys compare with `==`, so keys of type `const char*` compare as addresses. Meant for up to a few dozen
+/// pairs. `add` calls `std::terminate` if allocation fails; copies behave like those of `ZList`.
 template <typename K, typename V>
 class ZMap : public ZSet<ZPair<K, V>> {
 public:
@@ -93,10 +92,10 @@ public:
     /// @throws ZXCOutOfBounds if there is no such key.
     [[nodiscard]] V& at(const K& key) { return const_cast<V&>(std::as_const(*this).at(key)); }
 
-    /// The pair at a POSITION, which is not checked; not the value of a key, even if keys are integers. Values
-    /// are accessed by key with `at`, `find` and `get`.
+    /// The pair at a POSITION, unchecked; not the value of a key, even if keys are integers. To access values by key,
+    /// use `at`, `find` or `get`.
     [[nodiscard]] Pair& operator[](long position) noexcept { return ZSet<Pair>::operator[](position); }
-    /// The pair at a POSITION, which is not checked; not the value of a key.
+    /// The pair at a POSITION, unchecked; not the value of a key.
     [[nodiscard]] const Pair& operator[](long position) const noexcept
     {
         return ZSet<Pair>::operator[](position);

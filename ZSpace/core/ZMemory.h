@@ -29,8 +29,7 @@ public:
     /// if an element's destructor throws.
     static void deallocate(T* block) noexcept;
 
-    /// Copies `n` elements in increasing order. Elements that already are in place are not assigned to
-    /// themselves.
+    /// Copies `n` elements in increasing order. Does nothing if `target` is `source`.
     static void copyTo(T* target, const T* source, long n);
 
     /// Allocates a block of `capacity` elements and copies the first `count` elements (at most `capacity`)
@@ -46,11 +45,11 @@ private:
         std::is_trivially_copyable_v<T> && std::is_trivially_copy_assignable_v<T>;
 };
 
-/// Owns one block. Derived classes keep its element count.
+/// Owns one block. Derived classes store its element count.
 template <typename T>
 class ZAllocBase {
 public:
-    ZAllocBase(const ZAllocBase&) = delete; // two owners of one block
+    ZAllocBase(const ZAllocBase&) = delete; // a block has one owner
     ZAllocBase& operator=(const ZAllocBase&) = delete;
 
     /// Frees the block. Calls `std::terminate` if an element's destructor throws.
@@ -116,7 +115,7 @@ public:
 
     /// The number of elements.
     [[nodiscard]] long Count() const noexcept { return m_count; }
-    /// The number of elements that fit without another block.
+    /// The number of elements that fit without reallocation.
     [[nodiscard]] long Capacity() const noexcept { return m_capacity; }
 
     /// Sets the count to `n` (0 if negative). If that exceeds the capacity, the capacity grows by `n`: appending one by one

@@ -31,8 +31,8 @@ public:
         : m_word(static_cast<std::uint64_t>(count))
     {
     }
-    /// A count of 1 that shares its block with the object. The upper half of the word, which is never read as
-    /// part of the count, tells so.
+    /// A count of 1 that shares its block with the object, as marked in the upper half of the word, which is
+    /// never read as part of the count.
     explicit constexpr TZRefCounter(detail::SharedBlock) noexcept
         : m_word(s_sharedBlockMark << 32 | 1)
     {
@@ -41,9 +41,9 @@ public:
     TZRefCounter& operator=(const TZRefCounter&) = delete;
     ~TZRefCounter() = default;
 
-    /// Both return the new count atomically: of several threads that decrement, exactly one sees 0.
+    /// Adds 1 and returns the new count.
     Value increment() noexcept { return static_cast<Value>(m_word.fetch_add(1) + 1); }
-    /// Subtracts 1 and returns the new count.
+    /// Subtracts 1 and returns the new count. Of several threads that decrement, exactly one sees 0.
     Value decrement() noexcept { return static_cast<Value>(m_word.fetch_sub(1) - 1); }
 
     /// The count.
@@ -62,19 +62,19 @@ static_assert(sizeof(TZRefCounter<int>) == 8 && alignof(TZRefCounter<int>) == 8)
 
 namespace detail {
 
-/// The check that failed, as the line number of the report.
+/// A failed check; its value is the line number that is reported.
 enum class HandleCheck : unsigned int { MemberAccess = 534, Indirection = 543 };
 
 /// Aborts after a report through `z_dbg_error`.
 [[noreturn]] void reportEmptyHandle(HandleCheck check) noexcept;
 
-/// A handle on a `From` converts to a handle on a `To`, which must be able to delete the object.
+/// Whether a handle on a `From` converts to one on a `To`, which must be able to delete the object.
 template <typename From, typename To>
 concept ConvertibleHandle =
     !std::same_as<From,
         To> && std::convertible_to<From*, To*> && (std::same_as<std::remove_cv_t<From>, std::remove_cv_t<To>> || std::has_virtual_destructor_v<To>);
 
-/// An object and its count in one block. The count comes first, so that it has the address of the block.
+/// An object and its count in one block. The count comes first, so that its address is that of the block.
 template <typename T, typename Counter>
 struct CountedBlock {
     template <typename... Arguments>
@@ -88,7 +88,8 @@ struct CountedBlock {
     T object;
 };
 
-/// Whether an object may share a block with its count: not if its class allocates in its own way.
+/// Whether an object may share a block with its count: not if its class has its own `operator new` or is
+/// over-aligned.
 template <typename T>
 concept SharesBlock = alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__ && !requires
 {
@@ -106,9 +107,9 @@ concept SharesBlock = alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__ && !require
 ///     ZRef<ZLogBook> book(new ZLogBookDummy);
 ///     book->add(record);
 ///
-/// The object needs no base class: the count has a heap cell of its own. Construct only one handle from a raw
-/// pointer and copy that handle, because handles constructed separately have separate counts. A constructor
-/// that throws `std::bad_alloc` deletes the object.
+/// The object needs no base class: the count has a heap block of its own. Construct only one handle from a
+/// raw pointer and copy that handle, because handles constructed separately have separate counts. A
+/// constructor that throws `std::bad_alloc` deletes the object.
 ///
 /// Handles that share an object may be used on different threads; a single handle is not thread-safe.
 /// Dereferencing an empty handle aborts after a report. Calls `std::terminate` if the object's destructor
@@ -129,10 +130,10 @@ public:
         if (m_ptCounter)
             m_ptCounter->increment();
     }
-    /// Shares the object as one of its base class.
+    /// Converts from a handle on a derived class; both share the object.
     template <detail::ConvertibleHandle<T> From>
     ZRef(
-        const ZRef<From, Counter>& other) noexcept // NOLINT(google-explicit-constructor): as pointers convert
+        const ZRef<From, Counter>& other) noexcept // NOLINT(google-explicit-constructor): like pointers
         : ZRef(other, other.m_ptValue)
     {
     }
@@ -296,14 +297,14 @@ template <typename T, typename... Arguments>
     }
 }
 
-/// A handle on the same object as a `T`, which it must be.
+/// A handle on the same object, cast by `static_cast`.
 template <typename T, typename From, typename Counter>
 [[nodiscard]] ZRef<T, Counter> staticRefCast(const ZRef<From, Counter>& handle) noexcept
 {
     return ZRef<T, Counter>(handle, static_cast<T*>(handle.get()));
 }
 
-/// A handle on the same object as a `T`; empty if it is none.
+/// A handle on the same object, cast by `dynamic_cast`; empty if the object is not a `T`.
 template <typename T, typename From, typename Counter>
 [[nodiscard]] ZRef<T, Counter> dynamicRefCast(const ZRef<From, Counter>& handle) noexcept
 {

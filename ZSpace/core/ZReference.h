@@ -40,8 +40,8 @@ static_assert(sizeof(TZReferenceable<TZRefCounter<int>>) == sizeof(TZRefCounter<
 ///     object->invokeByName("print", arguments);
 ///
 /// Any number of handles may be constructed from a raw pointer, because the count is in the object. The
-/// handle that brings the count to 0 deletes the object through its virtual destructor. Threads and empty
-/// handles are treated as by `ZRef`.
+/// handle that brings the count to 0 deletes the object through its virtual destructor. Thread safety and
+/// empty handles are as for `ZRef`.
 ///
 /// Only construction from a raw pointer and deletion need the complete class; elsewhere a forward declaration
 /// is enough if both are instantiated explicitly, as they are for `ZObject`.
@@ -61,7 +61,7 @@ public:
     {
         addCount();
     }
-    /// Shares the object as one of its base class.
+    /// Converts from a handle on a derived class; both share the object.
     template <detail::ConvertibleHandle<T> From>
     ZReference(const ZReference<From, Counter>& other) noexcept // NOLINT(google-explicit-constructor)
         : ZReference(other, other.m_ptValue)
@@ -202,14 +202,14 @@ template <typename T, typename... Arguments>
     return ZReference<T>(new T(std::forward<Arguments>(arguments)...));
 }
 
-/// A handle on the same object as a `T`, which it must be.
+/// A handle on the same object, cast by `static_cast`.
 template <typename T, typename From, typename Counter>
 [[nodiscard]] ZReference<T, Counter> staticRefCast(const ZReference<From, Counter>& handle) noexcept
 {
     return ZReference<T, Counter>(handle, static_cast<T*>(handle.get()));
 }
 
-/// A handle on the same object as a `T`; empty if it is none.
+/// A handle on the same object, cast by `dynamic_cast`; empty if the object is not a `T`.
 template <typename T, typename From, typename Counter>
 [[nodiscard]] ZReference<T, Counter> dynamicRefCast(const ZReference<From, Counter>& handle) noexcept
 {
@@ -239,7 +239,7 @@ requires std::three_way_comparable_with<T*, U*>
     return std::compare_three_way()(a.get(), b.get());
 }
 
-// Values hold references to objects, whose class is in a higher layer; it defines these two.
+// Values hold references to `ZObject`, a class of a higher layer. That layer defines these two functions.
 class ZObject;
 extern template TZReferenceable<TZRefCounter<int>>* ZReference<ZObject>::countedPartOf(ZObject*) noexcept;
 extern template void ZReference<ZObject>::destroy(ZObject*) noexcept;

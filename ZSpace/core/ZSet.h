@@ -9,7 +9,7 @@ namespace ZSpace {
 
 /// A list without equal elements. Adding and finding use linear search.
 ///
-/// Adding calls `std::terminate` if allocation fails; copying behaves as that of `ZList`.
+/// Adding calls `std::terminate` if allocation fails; copies behave like those of `ZList`.
 template <typename T>
 class ZSet : public ZListing<T> {
 public:
@@ -17,7 +17,7 @@ public:
     /// @return `item`.
     T* il_add(T* item) noexcept;
 
-    /// Adds a copy of `value` in the same way and returns the stored element.
+    /// As `il_add`, for a copy of `value`. Returns the stored element.
     T* add(const T& value) noexcept;
 };
 

@@ -33,8 +33,8 @@ public:
     /// Synchronizes with the end of the work: once this returns false, the work's writes are visible.
     [[nodiscard]] bool isRunning() noexcept;
 
-    /// Joins the thread and clears the handle. Returns immediately if there is no thread, or on the thread
-    /// itself.
+    /// Joins the thread and clears the handle. Returns immediately if there is no thread, or if called on the
+    /// thread itself.
     void join() noexcept;
 
     /// Detaches the thread, which then no longer needs this object.
@@ -44,7 +44,7 @@ public:
     /// only: the thread may have ended, and its handle may belong to another thread by now.
     [[nodiscard]] pthread_t lastThread() noexcept;
 
-    /// Sets what the next thread calls before and after its work; null calls nothing.
+    /// Sets what the next thread calls before and after its work; null for nothing.
     void setHooks(Hook before, Hook after) noexcept;
 
 protected:

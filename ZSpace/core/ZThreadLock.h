@@ -46,7 +46,7 @@ static_assert(sizeof(ZThreadLock_T<pthread_mutex_t>) == sizeof(pthread_mutex_t))
 template <typename Mutex>
 class ZThreadPseudoLock_T;
 
-/// Has the interface of the lock but does nothing, for objects whose callers lock.
+/// Has the interface of the lock but does nothing: for objects whose callers do the locking.
 template <>
 class ZThreadPseudoLock_T<pthread_mutex_t> {
 public:
@@ -54,8 +54,8 @@ public:
     void unlock() noexcept { }
 };
 
-/// Holds a `Lock` between `beginTransaction()` and `endTransaction()`. With the pseudo lock, which streams
-/// use, both do nothing and the object is empty.
+/// Locks in `beginTransaction()` and unlocks in `endTransaction()`. With the pseudo lock, which streams use,
+/// both do nothing and the object is empty.
 template <typename Lock>
 class TZThreadSafeTransaction {
 public:

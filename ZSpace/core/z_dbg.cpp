@@ -22,8 +22,8 @@ long indexOfRegistration(const void* p) noexcept
     return found == g_eventregistrations.end() ? -1 : found - g_eventregistrations.begin();
 }
 
-// A child of `fork` can use the registry, whatever the other threads of its parent were doing. Installed when the
-// program is loaded: a first use could itself be interrupted by a fork.
+// Keep the registry usable in a child of `fork`, whatever the parent's other threads were doing. Installed at load
+// time: a fork could interrupt installation on first use.
 [[maybe_unused]] const int s_forkHandlers = pthread_atfork(
     [] { g_eventreg_cs.lock(); }, [] { g_eventreg_cs.unlock(); }, [] { detail::freeInChild(g_eventreg_cs); });
 

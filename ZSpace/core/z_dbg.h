@@ -23,7 +23,7 @@ void z_dbg_add_eventreg(void* p) noexcept;
 /// @throws int -1 if there is none.
 void z_dbg_rem_eventreg(void* p);
 
-/// For objects about to be destroyed: checks that no registration of `p` is left.
+/// Checks that no registration of `p` is left. Call it before destroying an object.
 /// @throws int -1 if there is one.
 void z_dbg_check_eventreg(void* p);
 

@@ -5,7 +5,7 @@
 
 namespace ZSpace::Host {
 
-/// Whether a debugger is attached to this process. False if the system does not tell.
+/// Whether a debugger is attached to this process. False if that cannot be determined.
 [[nodiscard]] bool isDebuggerAttached() noexcept;
 
 } // namespace ZSpace::Host

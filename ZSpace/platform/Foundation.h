@@ -11,7 +11,7 @@
 #include <string>
 #include <utility>
 
-/// C++ handles over the host's objects: the same operations, under the same names, on every host.
+/// C++ handles on the host's objects: the same operations, under the same names, on every host.
 ///
 ///     const NS::String folder("/Library");
 ///     const NS::String file = folder.stringByAppendingPathComponent("a.txt");   // "/Library/a.txt"
@@ -220,7 +220,7 @@ private:
     using Handle::Handle;
 };
 
-/// A destination for a child's output.
+/// A destination for a child process's output.
 class FileHandle : public Handle<NSFileHandle> {
 public:
     /// nil.

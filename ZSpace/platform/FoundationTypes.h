@@ -3,10 +3,10 @@
 
 #pragma once
 
-/// The host's object types, by name only, so that any header, of C too, can take a pointer to one.
+/// Forward declarations of the host's object types, for pointers in any header, including C headers.
 ///
 /// On a host with Foundation these are Foundation's own classes; elsewhere `platform/portable/` defines
-/// counterparts. Code outside `platform/` never looks inside them: it goes through the handles of
+/// counterparts. Code outside `platform/` uses them only through the handles of
 /// `ZSpace/platform/Foundation.h`.
 
 #ifdef __OBJC__
@@ -22,11 +22,10 @@
 @class NSString;
 @class NSTask;
 
-/// Marks a pointer to a counted object whose count is kept by hand, so that a compiler that counts by itself
-/// (ARC) leaves it alone.
+/// Marks a pointer to a reference-counted object that ARC must not manage.
 #define ZSPACE_COUNTED_BY_HAND __unsafe_unretained
 #else
-// NOLINTBEGIN(modernize-use-using): C reads this, too
+// NOLINTBEGIN(modernize-use-using): also compiled as C
 typedef struct NSArray NSArray;
 /// An exception.
 typedef struct NSException NSException;
@@ -34,7 +33,7 @@ typedef struct NSException NSException;
 typedef struct NSFileHandle NSFileHandle;
 /// A string that can be changed.
 typedef struct NSMutableString NSMutableString;
-/// The base of all.
+/// The root class.
 typedef struct NSObject NSObject;
 /// A string.
 typedef struct NSString NSString;

@@ -7,7 +7,7 @@
 
 namespace ZSpace::Host {
 
-/// The absolute path of the program file that this process runs; empty if the system does not tell.
+/// The absolute path of this process's executable; empty if it cannot be determined.
 [[nodiscard]] std::string executablePath();
 
 /// The last component of the name that this process was started under.

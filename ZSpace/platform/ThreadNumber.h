@@ -5,8 +5,8 @@
 
 namespace ZSpace::Host {
 
-/// The id of the calling thread in the system's own tools. Makes a system call only the first time in a
-/// thread. After `fork` the child reports its own id.
+/// The id of the calling thread, as the system's own tools show it. Makes a system call only the first time
+/// in a thread. After `fork` the child reports its own id.
 [[nodiscard]] unsigned int threadNumber() noexcept;
 
 } // namespace ZSpace::Host

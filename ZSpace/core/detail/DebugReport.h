@@ -9,9 +9,9 @@ namespace ZSpace::detail {
 /// standard output into its failed state, as writing a null string to a stream does: nothing after it is
 /// written.
 ///
-/// There are two definitions. The library's goes through `std::cout`. A program that links the other one,
-/// which writes to the descriptor, does not contain the standard streams at all; in a short static program,
-/// setting them up would take a third of the time from start to end.
+/// There are two definitions. The library's writes to `std::cout`. The other one writes to the descriptor, so
+/// that a program that links it does not contain the standard streams; setting them up would take a third of
+/// the run time of a short static program.
 void reportToStandardOutput(const char* expression, const char* file, unsigned int line);
 
 } // namespace ZSpace::detail

@@ -10,8 +10,7 @@
 
 namespace ZSpace::detail {
 
-/// The decimal digits of a number, without allocating. (`std::to_chars` came to macOS after the first version that
-/// the program runs on.)
+/// The decimal digits of a number, without allocating. (The oldest supported macOS lacks `std::to_chars`.)
 class DecimalDigits {
 public:
     explicit DecimalDigits(unsigned int number) noexcept

@@ -9,8 +9,8 @@
 
 namespace ZSpace::detail {
 
-/// Frees a lock in a child of `fork` whose parent held it for the fork. Unlocking is not enough: a recursive lock
-/// belongs to a thread of the parent, so the C library refuses. It is called for the tools that keep account of locks.
+/// Frees a lock that `fork` held in the parent, in the child. Unlocking is not enough: the C library refuses to unlock
+/// a recursive lock that a thread of the parent owns. It is done for the sake of tools that track locks.
 inline void freeInChild(ZThreadLock_T<pthread_mutex_t>& lock) noexcept
 {
     lock.unlock();

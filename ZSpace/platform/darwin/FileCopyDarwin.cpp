@@ -6,7 +6,7 @@
 
 namespace ZSpace::Host {
 
-// fcopyfile(3) copies contents by the same two calls.
+// fcopyfile(3) copies contents with the same two calls.
 int copyContents(int from, int to) noexcept
 {
     return copyByReadingAndWriting(from, to);

@@ -23,9 +23,9 @@ int flagsFor(std::string_view mode)
 
 } // namespace
 
-// By open(2), since fopen(3) of older versions has no letter for O_CLOEXEC, and a flag that is set afterwards comes too
-// late for a child that another thread starts in between. This way a stream for appending stands at position 0 as on
-// other hosts; that of fopen(3) stands at the end.
+// Uses open(2), because fopen(3) of older versions has no letter for O_CLOEXEC, and setting the flag afterwards would
+// be too late if another thread starts a child in between. It also makes append streams start at position 0, as on
+// other hosts; those of fopen(3) start at the end.
 std::FILE* openFileStream(const char* path, const char* mode) noexcept
 {
     constexpr mode_t permissions = 0666;

@@ -11,7 +11,7 @@ namespace ZSpace::Host {
 int openReportDirectory(const char* path) noexcept
 {
     int directory = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-#ifdef O_SEARCH // in SDKs from macOS 12 on; older kernels ignore it
+#ifdef O_SEARCH // since the macOS 12 SDK; older kernels ignore it
     if (directory < 0 && errno == EACCES)
         directory = open(path, O_SEARCH | O_DIRECTORY | O_CLOEXEC);
 #endif

@@ -14,7 +14,7 @@ namespace ZSpace::Host {
 
 namespace {
 
-// The opaque types of the header are the system's own.
+// These types are opaque; the system's own stand for them.
 
 aslclient native(SystemLogClient* client)
 {

@@ -9,7 +9,7 @@ namespace ZSpace::Host {
 
 unsigned int threadNumber() noexcept
 {
-    return pthread_mach_thread_np(pthread_self()); // kept in the thread's record: no system call
+    return pthread_mach_thread_np(pthread_self()); // reads user-space memory: no system call
 }
 
 } // namespace ZSpace::Host

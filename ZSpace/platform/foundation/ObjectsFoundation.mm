@@ -26,7 +26,7 @@ void release(NSObject* object) noexcept
 
 namespace {
 
-/// A new string of the class `StringType`. Foundation refuses bytes that are not UTF-8, so those are repaired first.
+/// A new string of the class `StringType`. Repairs bytes that are not UTF-8, since Foundation refuses them.
 template <typename StringType>
 StringType* stringFrom(const char* utf8)
 {
@@ -52,8 +52,8 @@ bool isTrailSurrogate(unichar unit)
     return (unit & 0xFC00) == 0xDC00;
 }
 
-/// A copy of `string`, in the current pool, with U+FFFD for each surrogate without its other half; nil when memory runs
-/// out. Made from code units, since GNUstep copies no string with such a half.
+/// An autoreleased copy of `string` with U+FFFD for each lone surrogate; nil if allocation fails. Made from code units,
+/// since GNUstep does not copy strings with lone surrogates.
 NSString* withoutLoneSurrogates(NSString* string)
 {
     const NSUInteger length = [string length];
@@ -70,7 +70,7 @@ NSString* withoutLoneSurrogates(NSString* string)
     return detail::autoreleased([[NSString alloc] initWithCharacters:units.get() length:length]);
 }
 
-/// The string as UTF-8, in the caller's pool; null for nil, and when memory runs out.
+/// The string as UTF-8, in the caller's pool; null for nil, and if allocation fails.
 const char* utf8Of(NSString* string) noexcept
 {
     const char* utf8 = nullptr;
@@ -93,7 +93,7 @@ StringType* formatted(NSString* format, std::va_list arguments)
 
 #if __has_feature(objc_arc)
 
-// What the compiler makes of `@autoreleasepool`.
+// What compilers generate for `@autoreleasepool`.
 extern "C" void* objc_autoreleasePoolPush();
 extern "C" void objc_autoreleasePoolPop(void* pool);
 

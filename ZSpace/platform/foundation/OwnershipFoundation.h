@@ -8,8 +8,8 @@
 /// Manual reference counting of Foundation objects.
 ///
 /// The handles of `ZSpace/platform/Foundation.h` own every object that outlives an operation, so ARC has nothing to do
-/// here, and gcc's runtime, which GNUstep uses, has no ARC. These files are therefore built without it. They are correct
-/// with it as well, for a program that is built with ARC throughout: only this header knows the difference.
+/// here, and gcc's runtime, which GNUstep uses, has no ARC. These files are therefore built without it. With it they
+/// are correct as well, for a program that is built with ARC throughout: only this header depends on it.
 namespace ZSpace::NS::detail {
 
 #if __has_feature(objc_arc)

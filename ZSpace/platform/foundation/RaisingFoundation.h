@@ -15,7 +15,7 @@
 namespace ZSpace::NS::detail {
 
 /// Runs `work`.
-/// @return the exception that it raised, retained for the caller; nil when it raised none. Anything but an `NSException`
+/// @return the exception that it raised, retained for the caller; nil if it raised none. Anything but an `NSException`
 /// propagates.
 template <typename Work>
 NSException* raisedBy(Work&& work)

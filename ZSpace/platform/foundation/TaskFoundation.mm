@@ -10,7 +10,7 @@
 
 #ifdef GNUSTEP
 extern "C" {
-/// How compilers have glibc destroy a thread-local object.
+/// How compilers register the destructor of a thread-local object with glibc.
 int __cxa_thread_atexit_impl(void (*destroy)(void*), void* object, void* module);
 extern void* __dso_handle __attribute__((visibility("hidden")));
 }
@@ -22,20 +22,20 @@ namespace {
 
 #ifdef GNUSTEP
 
-// GNUstep starts children with `vfork`. A child that cannot become its program then calls `exit`, which would run this
-// process's exit handlers on this process's memory. `exit` first destroys the thread-local objects of its thread, and
-// those of such a child are the starting thread's. So a function that is registered as the destructor of one ends
-// exactly that child, and does nothing to exit handlers and the children of other threads.
+// GNUstep starts children with `vfork`. A child whose `exec` fails then calls `exit`, which would run this process's
+// exit handlers in this process's memory. But `exit` first destroys the thread-local objects of its thread, which such
+// a child shares with the starting thread. So a function registered as such a destructor ends exactly that child, and
+// leaves exit handlers and the children of other threads alone.
 
-thread_local pid_t t_launcher = 0; // this process while this thread starts a child, else 0
+thread_local pid_t t_launcher = 0; // this process's id while this thread starts a child, else 0
 thread_local bool t_isRegistered = false;
 
 void endFailedChild(void*)
 {
     if (t_launcher == 0 || getpid() == t_launcher)
-        return; // the thread ends
+        return; // an ordinary end of the thread
     t_isRegistered =
-        false; // `exit` has taken the registration from the memory that is shared with the launcher
+        false; // `exit` has removed the registration from the memory shared with this process
     _exit(EXIT_FAILURE);
 }
 

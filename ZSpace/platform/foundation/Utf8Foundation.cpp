@@ -21,7 +21,7 @@ bool isContinuation(unsigned char byte)
     return (byte & 0xC0) == 0x80;
 }
 
-/// The length of a character that begins with `lead`; 0 when none does.
+/// The length of a character that begins with `lead`; 0 if none does.
 std::size_t lengthFor(unsigned char lead)
 {
     if (lead < 0x80)
@@ -33,7 +33,7 @@ std::size_t lengthFor(unsigned char lead)
     return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
 }
 
-/// False when `second` makes an overlong form, a surrogate or a code point beyond U+10FFFF.
+/// False if `second` makes an overlong form, a surrogate or a code point beyond U+10FFFF.
 bool mayFollow(unsigned char lead, unsigned char second)
 {
     switch (lead) {
@@ -50,7 +50,7 @@ bool mayFollow(unsigned char lead, unsigned char second)
     }
 }
 
-/// The length of the well-formed character at the start of `bytes`; 0 when there is none. Stops at the terminator.
+/// The length of the well-formed character at the start of `bytes`; 0 if there is none. Stops at the terminator.
 std::size_t wholeCharacter(const char* bytes)
 {
     const unsigned char lead = byteAt(bytes, 0);

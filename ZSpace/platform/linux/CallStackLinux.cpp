@@ -37,7 +37,7 @@ _Unwind_Reason_Code noteFrame(_Unwind_Context* context, void* target)
     return _URC_NO_REASON;
 }
 
-/// All frames from the one with the return address `caller` outwards.
+/// The frames from the one with the return address `caller` outwards.
 Frames framesFrom(const void* caller)
 {
     Frames all;
@@ -60,7 +60,7 @@ Frames framesFrom(const void* caller)
 /// A loaded program or library file.
 struct Module {
     std::string path; // empty if the address is in no module
-    std::uintptr_t bias = 0; // of addresses in memory relative to those in the file
+    std::uintptr_t bias = 0; // the address in memory minus the address in the file
 };
 
 /// Without a string: nothing may throw through `dl_iterate_phdr`, which holds the loader's lock.

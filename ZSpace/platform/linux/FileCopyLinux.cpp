@@ -12,10 +12,10 @@ namespace ZSpace::Host {
 
 namespace {
 
-// The kernel copies little more than this in one call anyway.
+// The kernel copies at most a little more than this per call.
 constexpr std::size_t s_mostAtOnce = std::size_t{1} << 30;
 
-/// Lets the kernel copy until it refuses or reports the end.
+/// Lets the kernel copy until it refuses or reports the end of the file.
 void copyInKernel(int from, int to) noexcept
 {
     for (;;) {

@@ -10,7 +10,7 @@ namespace ZSpace::Host {
 
 int openReportDirectory(const char* path) noexcept
 {
-    // Opening a path does not open what is there, so it neither waits nor needs read permission.
+    // O_PATH does not open what is there, so it neither blocks nor needs read permission.
     const int directory = open(path, O_PATH | O_DIRECTORY | O_CLOEXEC);
     return directory < 0 ? -errno : directory;
 }

@@ -21,7 +21,7 @@ SystemLogMessage g_message;
 SystemLogClient* openSystemLog(const char* ident, CopyToStandardError copy) noexcept
 {
     // syslog keeps the pointer, so the copy is never freed: another thread may still be using an earlier one.
-    // Without a name the messages carry that of the program.
+    // If `ident` is null, messages carry the program's name.
     const char* const sender = ident ? strdup(ident) : nullptr;
     openlog(sender, copy == CopyToStandardError::Yes ? LOG_PERROR : 0, LOG_USER);
     return &g_client; // NOLINT(clang-analyzer-unix.Malloc): see above

@@ -20,8 +20,8 @@ void forgetNumber()
     t_number = 0;
 }
 
-/// Runs before other initializers of the program, so before there can be other threads: a handler that is
-/// registered on first use instead could be half registered when another thread forks.
+/// Runs before other initializers of the program, so before there can be other threads: registration on first
+/// use could be interrupted by another thread's fork.
 [[gnu::constructor(101)]] void watchForks()
 {
     g_mayCache = pthread_atfork(nullptr, nullptr, forgetNumber) == 0;

@@ -34,8 +34,7 @@ std::string consolePrefix()
     return date.data() + Host::printableName(Host::programName()) + numbers.data();
 }
 
-/// Writes the line at once, so that lines of several processes do not mix. What a full or closed standard
-/// error does not take is lost.
+/// Writes the line with one call, so that lines of several processes do not mix. Ignores failures.
 void writeToStandardError(const std::string& line)
 {
     ssize_t written = 0;

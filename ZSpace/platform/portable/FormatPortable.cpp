@@ -104,7 +104,7 @@ private:
         }
         m_next = conversion.literalEnd + 1;
         if (*m_next == '%') {
-            conversion.literalEnd = m_next++; // includes the first of the two
+            conversion.literalEnd = m_next++; // includes the first of the two percent signs
             return conversion;
         }
         const char* const start = m_next;
@@ -249,7 +249,7 @@ std::vector<Argument> readArguments(const std::vector<ArgumentKind>& kinds, std:
     return arguments;
 }
 
-/// What is no character, half a surrogate pair among it, is appended as U+FFFD.
+/// Appends U+FFFD for anything that is not a character, including lone surrogates.
 void appendCodePoint(std::string& out, std::uint32_t c)
 {
     if ((c >= 0xD800 && c < 0xE000) || c > 0x10FFFF)
@@ -452,7 +452,7 @@ private:
         return printNumber(conversion, argument.asInt);
     }
 
-    /// Lets the C library print one number.
+    /// Formats one number with the C library.
     template <typename Value>
     void printNumber(const Conversion& conversion, Value value)
     {

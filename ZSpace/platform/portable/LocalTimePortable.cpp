@@ -60,7 +60,7 @@ std::int64_t daysTo(const Date& date)
 
 Date dateOf(std::int64_t days)
 {
-    std::int64_t year = 1970 + days / 365; // never before the right one by more than a few
+    std::int64_t year = 1970 + days / 365; // at most a few years too late
     while (daysToMarch(year) > days)
         --year;
     while (daysToMarch(year + 1) <= days)
@@ -79,7 +79,7 @@ bool isLeapYear(std::int64_t year)
 
 // Rules, such as "CET-1CEST,M3.5.0,M10.5.0/3"
 
-/// The day of a year and the time on it when the clock changes.
+/// The day of a year, and the time of that day, at which the clock changes.
 struct Change {
     char kind =
         'M'; // 'M': weekday in a month; 'J': day from 1 on that never counts a leap day; 'N': day from 0 on
@@ -122,7 +122,7 @@ public:
         Seconds standard = 0;
         if (!skipName() || !readTime(standard))
             return {};
-        standard = -standard; // counted westwards
+        standard = -standard; // rules count west of UTC as positive
         if (!*m_next)
             return standard;
         Seconds summer = standard + s_hour;
@@ -145,7 +145,7 @@ private:
         return true;
     }
 
-    /// Three letters at least, or anything between angle brackets.
+    /// At least three letters, or anything between angle brackets.
     bool skipName()
     {
         if (take('<')) {
@@ -175,7 +175,7 @@ private:
         int hours = 0;
         int minutes = 0;
         int seconds = 0;
-        constexpr int mostHours = 167; // a week, for changes on another day than the one named
+        constexpr int mostHours = 167; // one week, so that a rule can name another day than that of the change
         if (!readNumber(hours, 0, mostHours) || (take(':') && !readNumber(minutes, 0, 59))
             || (take(':') && !readNumber(seconds, 0, 59)))
             return false;
@@ -227,7 +227,7 @@ private:
 
 // Files of compiled zones (RFC 8536)
 
-/// One of the two blocks of such a file: the changes of the offset and where they lead to.
+/// One of the two blocks of such a file: the times at which the offset changes, and the new offsets.
 class ZoneBlock {
 public:
     ZoneBlock(const std::string& file, std::size_t header, std::size_t timeSize)

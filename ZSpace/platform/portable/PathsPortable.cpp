@@ -3,7 +3,7 @@
 
 #include "ZSpace/platform/Foundation.h"
 
-// Alone in its file, so that a program of the tests can define this function itself.
+// In a file of its own, so that a test program can define this function itself.
 
 namespace ZSpace::NS {
 

@@ -32,7 +32,7 @@ std::string printableName(const char* name)
 {
     const std::string ellipsis = "...";
     std::string result;
-    std::size_t whole = 0; // the length up to which the result still has space for the ellipsis
+    std::size_t whole = 0; // the longest length after which the ellipsis fits
     for (; *name; ++name) {
         result += escaped(static_cast<unsigned char>(*name));
         if (result.size() <= s_maxLength - ellipsis.size())

@@ -7,10 +7,9 @@
 
 namespace ZSpace::Host {
 
-/// `name` as a part of a line that this process prints: at most 64 bytes, in which everything but printable
-/// ASCII is escaped ("a\nb" becomes "a\x0Ab"). The name of a program or of a file is chosen by whoever starts
-/// or installs it, and must not be able to forge lines or to control a terminal. A name that is too long ends
-/// in "...".
+/// Escapes `name` for a line that this process prints: at most 64 bytes, with everything but printable ASCII
+/// escaped ("a\nb" becomes "a\x0Ab"). Whoever starts or installs a program or file chooses its name, which
+/// must not be able to forge lines or to control a terminal. Longer names are cut and end in "...".
 std::string printableName(const char* name);
 
 } // namespace ZSpace::Host

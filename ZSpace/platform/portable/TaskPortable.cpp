@@ -17,7 +17,7 @@ namespace ZSpace::NS {
 
 namespace {
 
-/// What happens to descriptors in the child before its program starts.
+/// The changes to descriptors in the child before its program starts.
 class FileActions {
 public:
     FileActions() { note(posix_spawn_file_actions_init(&m_actions)); }
@@ -89,7 +89,7 @@ bool cannotBeOpened(const FileHandle& file)
     return descriptor < 0;
 }
 
-/// A hint at the cause, where the system's message alone would mislead; else empty.
+/// A hint at the cause where the system's message alone would mislead; otherwise empty.
 std::string hintFor(const NSTask& task, int error)
 {
     for (const FileHandle& file : {task.m_standardOutput, task.m_standardError}) {

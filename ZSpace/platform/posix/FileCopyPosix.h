@@ -5,7 +5,7 @@
 
 namespace ZSpace::Host {
 
-/// `copyContents` by `read` and `write` alone, which works for every kind of file.
+/// `copyContents` with `read` and `write` alone, which work for every kind of file.
 [[nodiscard]] int copyByReadingAndWriting(int from, int to) noexcept;
 
 } // namespace ZSpace::Host

@@ -17,8 +17,8 @@ constexpr mode_t s_reportMode = 0666;
 constexpr int s_reportFlags = O_RDWR | O_APPEND | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY;
 constexpr int s_directoryFlags = O_DIRECTORY | O_CLOEXEC;
 
-/// Calls `open` until no signal interrupts it.
-/// @return the descriptor, or the error number negated.
+/// Repeats `open` while signals interrupt it.
+/// @return the descriptor, or the negated error number.
 template <typename Open>
 int withoutInterruption(Open open) noexcept
 {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The handles where the host has no objects behind them: each is nil, whatever it is made from, and
-// operations do what they do with nil. Only starting a task fails.
+// The handles for a host without objects. Each is nil, whatever it is constructed from, and operations behave
+// as they do for nil. Only starting a task fails.
 
 #include "ZSpace/platform/Foundation.h"
 
@@ -71,7 +71,7 @@ String Array::firstObject() const
     return {};
 }
 
-// An exception is thrown all the same, since callers rely on not getting past this.
+// Throws all the same, because callers rely on this not returning.
 void Exception::raise(const String&, const String&)
 {
     throw adopt(nullptr);

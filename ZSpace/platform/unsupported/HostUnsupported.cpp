@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Every service of the host, in the form that a host without it has. A new host starts with a copy of this
-// file and replaces one function after the other; a service that a host really lacks keeps this form.
+// Every host service, as implemented for a host that lacks it. To port to a new host, start with a copy of
+// this file and replace the functions one by one; a service that the host really lacks keeps this form.
 
 #include "ZSpace/platform/CallStack.h"
 #include "ZSpace/platform/Debugger.h"
@@ -17,7 +17,7 @@
 
 namespace ZSpace::Host {
 
-// Call stacks are never empty, so there is one line that says why there are no others.
+// Call stacks are never empty, so a single line says why there are no frames.
 std::vector<std::string> callStackLines(const void*)
 {
     return {"0   ???"};
