@@ -29,8 +29,8 @@ template <typename Lock>
 TZValueBase<ZTypeId> ZDispatchable<Lock>::invokeByName(const char* name, ZList<Value>& args)
 {
     if (m_methods.Count() > 0) {
-        // Searches upwards, as callers rely on. The volatile index keeps compilers from assuming that a
-        // search without side effects terminates and from removing it.
+        // Searches upwards, as callers rely on. The volatile index keeps compilers from removing a search
+        // without side effects, which they may assume to terminate.
         volatile auto i = static_cast<unsigned long>(m_methods.Count() - 1);
         while (i <= LONG_MAX) {
             Method* method = methodAt(static_cast<long>(i));

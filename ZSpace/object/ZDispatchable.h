@@ -23,7 +23,7 @@ public:
     using Value = TZValueBase<ZTypeId>;
 
     ZDispatchMethod() noexcept = default;
-    ZDispatchMethod(const ZDispatchMethod&) = delete; // owned by one table
+    ZDispatchMethod(const ZDispatchMethod&) = delete; // has one owner
     ZDispatchMethod& operator=(const ZDispatchMethod&) = delete;
 
     /// The name by which the method is called.
@@ -51,12 +51,12 @@ public:
 
     ZDispatchable(const ZDispatchable&) = delete; // methods are owned by one object
     ZDispatchable& operator=(const ZDispatchable&) = delete;
-    /// Deletes the methods from last to first while holding the lock. A method's destructor may call this
-    /// object: it finds itself as the last method, and no method that has been deleted.
+    /// Deletes the methods from last to first while holding the lock. If a method's destructor calls this
+    /// object, it finds itself as the last method and none that has been deleted.
     virtual ~ZDispatchable();
 
-    /// Invokes the method registered last if it is called `name`. The search goes upwards from there, and
-    /// every index past the end means the last method again: for any other name it practically never ends.
+    /// Invokes the method registered last if its name is `name`. Otherwise practically never returns: the
+    /// search goes upwards from there, and every index past the end means the last method again.
     /// @throws ZInvalidOperationException if there are no methods.
     virtual Value invokeByName(const char* name, ZList<Value>& args);
 
@@ -70,11 +70,11 @@ public:
 protected:
     ZDispatchable() noexcept = default;
 
-    /// Adopts `method`, to be freed by `delete`. Null is ignored. Calls `std::terminate` if allocation fails.
+    /// Adopts `method`; frees it with `delete`. Null is ignored. Calls `std::terminate` if allocation fails.
     void registerMethod(Method* method) noexcept;
 
 private:
-    /// Removes entries without reallocating, so that destruction cannot fail.
+    /// Removes entries without reallocation, so that destruction cannot fail.
     class MethodTable : public ZArray<void*> {
     public:
         void removeAt(long index) noexcept
@@ -87,7 +87,7 @@ private:
     [[nodiscard]] Method* methodAt(long index) const noexcept;
 
     MethodTable m_methods;
-    ZList<ZPair<ZGStr<char>, void*>> m_attachments; // part of the layout; nothing is added yet
+    ZList<ZPair<ZGStr<char>, void*>> m_attachments; // only for the layout; always empty
     mutable Lock m_lock;
 };
 

@@ -9,7 +9,7 @@ ZObject::ZObject() noexcept = default;
 
 ZObject::~ZObject() = default;
 
-// Values hold references to objects whose class is incomplete in their layer; it is complete here.
+// Values hold references to `ZObject`, which is incomplete in their layer and complete here.
 template TZReferenceable<TZRefCounter<int>>* ZReference<ZObject>::countedPartOf(ZObject*) noexcept;
 template void ZReference<ZObject>::destroy(ZObject*) noexcept;
 

@@ -17,7 +17,7 @@ using namespace detail;
 
 namespace {
 
-/// How many of `n` characters fit from position `at` on, leaving an element for the terminator.
+/// The number of characters, at most `n`, that fit from position `at` on with a terminator.
 constexpr long fittingCount(long capacity, long at, long n) noexcept
 {
     return std::clamp(n, 0L, std::max(capacity - 1 - at, 0L));

@@ -27,8 +27,8 @@ namespace ZSpace {
 /// The pointer is null or points to characters that end with a zero, so a string cannot contain one. Null and
 /// a lone terminator both mean the empty string. Neither length nor capacity is stored: each operation counts
 /// the characters again, and each change of the length reallocates. Use a `ZMStr` to build a string piece by
-/// piece and a `ZStrToken` where the length is needed repeatedly. Copies are deep. A string belongs to one
-/// thread at a time.
+/// piece and a `ZStrToken` where the length is needed repeatedly. Copies are deep. A string must be used by
+/// one thread at a time.
 ///
 /// Narrow strings hold bytes, wide strings 32-bit code units. There is no encoding: narrowing keeps the low
 /// 8 bits of each unit, widening zero-extends each byte. Characters are ordered as signed numbers.
@@ -282,7 +282,7 @@ public:
         text.appendValueOf(args...);
         return std::move(text.ensureArray());
     }
-    /// The lower-case hexadecimal digit of the low four bits.
+    /// The lower-case hexadecimal digit for the low four bits.
     static T digitOf(unsigned char value) noexcept;
 
     /// A new string: lower-case digits in the full width of the type.
@@ -566,7 +566,7 @@ public:
     // Classification
 
     using Queries::isAlpha, Queries::isNumeric;
-    /// Whether the pointer is null or the first character is the terminator.
+    /// Whether there are no characters.
     [[nodiscard]] bool isEmpty() const noexcept { return isEmpty(m_text); }
     /// As `isEmpty`.
     [[nodiscard]] bool operator!() const noexcept { return isEmpty(); }
@@ -613,7 +613,7 @@ public:
     }
     template <std::floating_point F>
     const T& operator[](F) const = delete;
-    /// The pointer as it is, so null for a string that never had any characters.
+    /// The pointer as stored; null for a string that never had any characters.
     operator const T*() const noexcept ZSPACE_LIFETIMEBOUND { return m_text; }
     /// A standard view of the characters.
     operator std::basic_string_view<T>() const noexcept ZSPACE_LIFETIMEBOUND
@@ -625,7 +625,7 @@ public:
     {
         return std::basic_string<T>(detail::standardView(Token(*this)));
     }
-    /// The pointer as it is, which may be null.
+    /// The pointer as stored, which may be null.
     [[nodiscard]] const T* data() const noexcept ZSPACE_LIFETIMEBOUND { return m_text; }
     [[nodiscard]] const T* begin() const noexcept ZSPACE_LIFETIMEBOUND { return m_text; }
     [[nodiscard]] const T* end() const noexcept ZSPACE_LIFETIMEBOUND { return m_text + this->size(); }
@@ -661,7 +661,7 @@ private:
     ZGStr& adopt(T* text) noexcept;
     /// Allocates an empty array if the pointer is null.
     ZGStr& ensureArray();
-    /// Moves to an array for `n` more characters, the terminator, the usual spare element and `spare` more.
+    /// Reallocates for `n` more characters, the terminator, the usual spare element and `spare` more.
     template <typename Write>
     ZGStr& extendReserving(long n, long spare, Write write) noexcept;
     template <typename Write>
@@ -714,7 +714,7 @@ extern template class ZGStr<wchar_t>;
 
 } // namespace ZSpace
 
-/// As the hash of a `ZStrToken` of the same characters.
+/// Equal to the hash of a `ZStrToken` of the same characters.
 template <typename T>
 struct std::hash<ZSpace::ZGStr<T>> : std::hash<ZSpace::ZStrToken<T>> {
 };

@@ -36,7 +36,7 @@ ZMStr<T>& ZMStr<T>::assignExactly(const T* text, long n)
         detail::moveChars(m_buffer, text, n);
         setLength(n);
     } else {
-        const auto old = exchangeBuffer(grownCapacity(n)); // keeps `text` alive if it lies there
+        const auto old = exchangeBuffer(grownCapacity(n)); // `text` may lie in it
         detail::copyChars(m_buffer, text, n);
         setLength(n);
     }
@@ -216,7 +216,7 @@ ZMStr<T>& ZMStr<T>::insert(const T* text, long length, long at) noexcept
     openGap(position, length, std::nullopt);
     T* gap = m_buffer + position;
     if (isOwnText) {
-        // The part of the text after the position has moved by `length`.
+        // The characters after the position have moved by `length`.
         const long unmoved = std::clamp(static_cast<long>(gap - text), 0L, length);
         detail::copyChars(gap, text, unmoved);
         detail::copyChars(gap + unmoved, text + unmoved + length, length - unmoved);
@@ -314,7 +314,7 @@ long ZMStr<T>::replaceEx(Token what, Token with, long max)
 {
     const detail::Replacement<T> plan(*this, what, with, max);
     if (plan.hits() > 0) {
-        const auto old = exchangeBuffer(plan.length()); // keeps the arguments alive that lie in it
+        const auto old = exchangeBuffer(plan.length()); // the arguments may lie in it
         plan.writeTo(m_buffer);
         setLength(plan.length());
     }

@@ -26,13 +26,12 @@ namespace ZSpace {
 ///
 /// The string is null-terminated at `Length()`. The capacity counts the usable elements including the
 /// terminator; the buffer has one spare element beyond it. A default builder has no buffer. Appending takes
-/// amortized constant time per character; the growth steps are fixed: the capacity, half of it and the
-/// characters to append, plus one.
+/// amortized constant time per character. The growth steps are fixed: a new capacity is one and a half times
+/// the old one, plus the characters to append, plus one.
 ///
-/// Queries, number conversion and trimming work as in `ZGStr`, but use the stored length. Arguments may lie in
-/// the buffer itself. Appending, inserting and filling call `std::terminate` if allocation fails; everything
-/// else that allocates throws `std::bad_alloc` and leaves the builder unchanged. A builder belongs to one
-/// thread at a time.
+/// Queries, number conversion and trimming work as in `ZGStr`, but use the stored length. Arguments may lie in the
+/// buffer itself. Appending, inserting and filling call `std::terminate` if allocation fails; everything else that
+/// allocates throws `std::bad_alloc` and leaves the builder unchanged. A builder must be used by one thread at a time.
 template <typename T>
 class ZMStr : public detail::StrQueries<ZMStr<T>, T>, public detail::StrAppender<ZMStr<T>, T> {
     using Queries = detail::StrQueries<ZMStr<T>, T>;
@@ -155,7 +154,7 @@ public:
     [[nodiscard]] long Length() const noexcept { return m_length; }
     /// The number of usable elements, including the terminator.
     [[nodiscard]] long Capacity() const noexcept { return m_capacity; }
-    /// The buffer as it is, which may be null.
+    /// The buffer as stored, which may be null.
     operator const T*() const noexcept ZSPACE_LIFETIMEBOUND { return m_buffer; }
     /// A standard view of the characters.
     operator std::basic_string_view<T>() const noexcept ZSPACE_LIFETIMEBOUND
@@ -167,7 +166,7 @@ public:
     {
         return std::basic_string<T>(detail::standardView(Token(*this)));
     }
-    /// The pointer as it is, which may be null.
+    /// The buffer as stored, which may be null.
     [[nodiscard]] const T* data() const noexcept ZSPACE_LIFETIMEBOUND { return m_buffer; }
     [[nodiscard]] const T* begin() const noexcept ZSPACE_LIFETIMEBOUND { return m_buffer; }
     [[nodiscard]] const T* end() const noexcept ZSPACE_LIFETIMEBOUND { return m_buffer + this->size(); }
@@ -281,9 +280,9 @@ public:
     ZMStr& join(const ZMStr* texts) noexcept;
 
     using Appender::appendHexOf, Appender::appendValueOf;
-    /// With a number as second argument, which in `ZGStr` would be the flag `emptyIfZero`, that number is a width:
-    /// appends a decimal integer, padded with "0" on the left to `width` characters. The padding precedes the
-    /// sign: -5 with width 3 appends "0-5".
+    /// If the second argument is a number, it is a width (in `ZGStr` it would be the flag `emptyIfZero`): appends a
+    /// decimal integer, padded with "0" on the left to `width` characters. The padding precedes the sign: -5 with width
+    /// 3 appends "0-5".
     template <detail::StrInteger I, detail::StrInteger W>
     ZMStr& appendValueOf(I number, W width, bool emptyIfZero = false) noexcept
     {
@@ -292,8 +291,8 @@ public:
 
     // Padding and insertion
 
-    /// Inserts before position `at`; a negative position counts from the end. The position of the last
-    /// character is an exception: inserting there appends.
+    /// Inserts before position `at`; a negative position counts from the end. Deliberate exception: inserting
+    /// at the position of the last character appends.
     ZMStr& insert(const T* text, long length, long at) noexcept;
     /// As above, for the viewed characters.
     ZMStr& insert(Token text, long at) noexcept { return insert(text, text.Length(), at); }
@@ -363,7 +362,7 @@ public:
     // Access
 
     /// Negative indices count from the end. Throws `ZException` "Index out of range" for an index that is
-    /// still negative then, and for one that is not before the first zero.
+    /// then still negative, or not before the first zero.
     T& at(long index) ZSPACE_LIFETIMEBOUND { return ZGStr<T>::charAt(m_buffer, positionOf(index)); }
     /// As above.
     // NOLINTNEXTLINE(modernize-use-nodiscard)
@@ -401,14 +400,14 @@ private:
     ZMStr& appendCopies(T c, long count) noexcept;
     ZMStr& appendPadded(detail::Decimal number, long width, bool emptyIfZero) noexcept;
     ZMStr& assignExactly(const T* text, long n);
-    /// Gives a builder without a buffer a copy of `n` characters of either width.
+    /// Makes a builder without a buffer a copy of `n` characters of either width.
     template <detail::StrChar U>
     void convert(const U* text, long n)
     {
         if (n > 0)
             detail::convertChars(getBuffer(n), text, n);
     }
-    /// Grows by `growth` characters when `n` more do not fit.
+    /// Grows by `growth` characters if `n` more do not fit.
     template <typename Write>
     inline ZMStr& extendGrowing(long n, long growth, Write write) noexcept;
     template <typename Write>
@@ -453,7 +452,7 @@ template <typename T>
 template <typename Write>
 ZMStr<T>& ZMStr<T>::extendGrowing(long n, long growth, Write write) noexcept
 {
-    std::unique_ptr<T[]> old; // what is written may be read from it
+    std::unique_ptr<T[]> old; // `write` may read from it
     if (!fits(n)) [[unlikely]] {
         old = exchangeBuffer(grownCapacity(growth));
         detail::copyChars(m_buffer, old.get(), m_length);
@@ -481,7 +480,7 @@ extern template class ZMStr<wchar_t>;
 
 } // namespace ZSpace
 
-/// As the hash of a `ZStrToken` of the same characters.
+/// Equal to the hash of a `ZStrToken` of the same characters.
 template <typename T>
 struct std::hash<ZSpace::ZMStr<T>> : std::hash<ZSpace::ZStrToken<T>> {
 };

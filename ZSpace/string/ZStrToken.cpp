@@ -10,7 +10,7 @@ namespace ZSpace {
 
 namespace {
 
-/// A builder with the viewed characters; unlike its constructor, this keeps a zero at the start.
+/// A builder with the viewed characters; unlike the constructor, keeps a zero at the start.
 template <typename T>
 ZMStr<T> builderOf(ZStrToken<T> text)
 {

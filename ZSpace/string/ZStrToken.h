@@ -19,13 +19,13 @@ namespace ZSpace {
 ///     ZStrToken<char> text("key=value");
 ///     ZStrToken<char> key = text.left(text.indexOf('='));
 ///
-/// The view does not keep the characters alive: using it after their owner changed or destroyed them is
-/// undefined behavior, and their owner decides which threads may read them. The characters need no terminator
-/// at the end of the view, so the pointer alone must not be treated as a null-terminated string. A null
-/// pointer and a length below 1 both mean the empty view.
+/// The view does not keep the characters alive: using it after their owner has changed or destroyed them is
+/// undefined behavior. Which threads may read them depends on the owner. The view need not end with a
+/// terminator, so the pointer alone must not be treated as a null-terminated string. A null pointer and a
+/// length below 1 both mean the empty view.
 ///
-/// This header suffices for everything but `toLower` and `toUpper`, whose results need ZMStr.h, and for the
-/// conversions from `ZGStr` and `ZMStr`, which are defined beside those classes.
+/// This header suffices for everything but `toLower` and `toUpper`, whose results need ZMStr.h, and the
+/// conversions from `ZGStr` and `ZMStr`, which are defined with those classes.
 template <typename T>
 class ZStrToken : public detail::StrQueries<ZStrToken<T>, T> {
     using Queries = detail::StrQueries<ZStrToken<T>, T>;
@@ -79,8 +79,8 @@ public:
     constexpr operator const T*() const noexcept { return m_text; }
     /// The same characters as a standard view.
     constexpr operator std::basic_string_view<T>() const noexcept { return detail::standardView(*this); }
-    /// A copy of the viewed characters. Implicit, so that `string = token`, in which only the pointer would count,
-    /// is ambiguous and does not compile: write `string = std::string(token)`.
+    /// A copy of the viewed characters. Implicit, so that `string = token` is ambiguous and does not compile: it would
+    /// convert to the pointer alone. Write `string = std::string(token)`.
     operator std::basic_string<T>() const { return std::basic_string<T>(detail::standardView(*this)); }
     /// The pointer as given.
     [[nodiscard]] constexpr const T* data() const noexcept { return m_text; }
@@ -109,8 +109,8 @@ public:
     template <std::floating_point F>
     const T& operator[](F) const = delete;
 
-    // The characters to compare with or to search for, given by pointer and length. A search by pointer and length
-    // names its start, too: `indexOf(pointer, 2)` searches for the whole string from position 2 on, as everywhere.
+    // The same with the other string given by pointer and length. A search by pointer and length takes the start as
+    // well: `indexOf(pointer, 2)` searches for the whole string from position 2 on.
 
     using Queries::compare, Queries::compareIgnoreCase;
     /// As `compare(ZStrToken)`.
@@ -193,7 +193,7 @@ extern template class ZStrToken<wchar_t>;
 
 } // namespace ZSpace
 
-/// Hashes the characters, so as equal strings of all three classes and of the standard library do.
+/// Hashes the characters, as do all three string classes and those of the standard library.
 template <typename T>
 struct std::hash<ZSpace::ZStrToken<T>> {
     std::size_t operator()(std::basic_string_view<T> text) const noexcept

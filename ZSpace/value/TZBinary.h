@@ -15,9 +15,9 @@ namespace ZSpace {
 ///
 ///     TZBinary<unsigned char> packet(bytes, 12, false);
 ///
-/// Owned elements come from array `new` and are copied with the object. Borrowed elements remain the
-/// caller's, and all copies share them. A negative length counts as 0. Assigning a
-/// borrowed part of the object's own elements keeps just that part.
+/// Owned elements come from array `new` and are copied with the object. Borrowed elements remain the caller's
+/// and are shared by all copies. A negative length counts as 0. Assigning a borrowed part of the object's own
+/// elements keeps just that part.
 template <typename T>
 class TZBinary {
     static_assert(std::is_trivially_copyable_v<T>);
@@ -128,7 +128,7 @@ template <typename T>
 void TZBinary<T>::keepOnly(const TZBinary& part) noexcept
 {
     const long long length = std::min<long long>(part.m_length, m_data + m_length - part.m_data);
-    std::copy_n(part.m_data, length, m_data); // towards the front, so overlapping is fine
+    std::copy_n(part.m_data, length, m_data); // to lower addresses, so overlapping is fine
     m_length = length;
 }
 

@@ -25,7 +25,7 @@ namespace detail {
 struct ValueNesting;
 } // namespace detail
 
-/// A cell that holds one value of any kind: a tag that names the kind, and a separately allocated content.
+/// A cell that holds one value of any kind: a tag for the kind and separately allocated content.
 ///
 /// The cell owns its content, including the characters of a string, the bytes of an owning binary, the
 /// members of a structure and the items of an array. What C strings, addresses and borrowing binaries point
@@ -49,8 +49,8 @@ public:
     TZType& operator=(const TZType& other);
     TZType& operator=(TZType&& other) noexcept;
 
-    /// Frees the content as the kind `tag`, which must be the value's own, and leaves no value. An unknown
-    /// tag frees nothing, but leaves no value either.
+    /// Frees the content as the kind `tag`, which must be the value's own, and leaves no value. For an
+    /// unknown tag, frees nothing.
     void clear(Id tag) noexcept;
 
     /// The type's tag.
@@ -87,7 +87,7 @@ static_assert(sizeof(TZType<ZTypeId>) == 24);
 template <typename Char>
 class TZStructuralBase {
 public:
-    TZStructuralBase(const TZStructuralBase&) = delete; // the members follow in the same block
+    TZStructuralBase(const TZStructuralBase&) = delete; // the members follow it in the same block
     TZStructuralBase& operator=(const TZStructuralBase&) = delete;
 
     /// The structure's name.
@@ -173,8 +173,8 @@ public:
     }
     /// A value of the kind whose cell has exactly the type of `value`: `char`, `signed char` and `unsigned
     /// char` differ, as do numbers of each width and sign. `long` counts as `long long` and an unscoped
-    /// enumeration as `int`. Pointers to characters and arrays of characters are stored as C strings, by
-    /// pointer. Allocates nothing but the cell unless copying `value` allocates.
+    /// enumeration as `int`. Character pointers and arrays are stored as C strings, by pointer. Allocates
+    /// only the cell, unless copying `value` allocates.
     template <typename T>
     requires detail::HasCell<T>
     explicit TZValueBase(std::in_place_t, T&& value)
@@ -202,7 +202,7 @@ public:
 
     /// The value's name; empty if it has none.
     [[nodiscard]] const ZGStr<char>& Name() const noexcept ZSPACE_LIFETIMEBOUND { return m_name; }
-    /// Gives the value a name.
+    /// Sets the value's name.
     void Name(const ZGStr<char>& name) { m_name = detail::copyOfString(name); }
 
     /// Values of different kinds are never equal. Numbers, strings, times, GUIDs and bytes compare by value,
@@ -216,10 +216,10 @@ public:
     /// Appends `toCString()` to `string`, without an allocation if the capacity suffices.
     void appendTo(ZMStr<char>& string) const noexcept;
 
-    /// Kept for callers that release values member by member: every content is freed with its value, so there
-    /// is nothing left to do.
+    /// Does nothing: every content is freed with its value. Kept for callers that release values member by
+    /// member.
     static void ReleaseContentOfValue(TZValueBase&) noexcept { }
-    /// Does nothing: a structure's members go with it.
+    /// Does nothing: a structure's members are freed with it.
     static void ReleaseContentOfStructure(TZStructuralBase<char>&) noexcept { }
 
 protected:

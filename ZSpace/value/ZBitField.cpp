@@ -81,7 +81,7 @@ ZBITFIELD& ZBITFIELD::operator-=(long long i)
 void ZBITFIELD::set(long long at, const ZBITFIELD& other)
 {
     if (&other == this)
-        return set(at, ZBITFIELD(other)); // bits are read after others were written
+        return set(at, ZBITFIELD(other)); // on itself, it would read bits that it has written
     for (int j = 0; j < other.m_length; ++j)
         set(at + j, other.get(j));
 }
@@ -193,7 +193,7 @@ bool ZBITFIELD::bitOr(unsigned char* bytes, int i, bool value) noexcept
 
 namespace {
 
-/// Calls `copyBit(j)` for each j below `n`, in the order that reads each bit before it is overwritten.
+/// Calls `copyBit(j)` for each j below `n`, in an order in which each bit is read before it is overwritten.
 template <typename CopyBit>
 void copyInOrder(unsigned char* to, int at, const unsigned char* from, int n, CopyBit copyBit)
 {
@@ -226,7 +226,7 @@ bool ZBITFIELD::equals(const unsigned char* a, const unsigned char* b, int n) no
     if (whole > 0 && std::memcmp(a, b, whole) != 0)
         return false;
     const int rest = n & 7;
-    // The mask covers one bit past the end: stored fields have always been compared like that.
+    // The mask covers one bit past the end, because comparisons of stored fields have always included it.
     const unsigned mask = (1U << (rest + 1)) - 1;
     return rest == 0 || ((a[whole] ^ b[whole]) & mask) == 0;
 }

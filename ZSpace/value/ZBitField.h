@@ -55,8 +55,8 @@ public:
     void operator()(long long i, bool value) { set(i, value); }
     ZBITFIELD& operator+=(long long i);
     ZBITFIELD& operator-=(long long i);
-    /// Copies the bits of `other` to `at` and following, one by one; the bits before one that does not fit
-    /// are written.
+    /// Copies the bits of `other` to `at` and following, one by one. Throws at the first bit that does not
+    /// fit; those before it are then written.
     void set(long long at, const ZBITFIELD& other);
     /// Concatenates.
     ZBITFIELD& operator+=(const ZBITFIELD& other);
@@ -78,7 +78,7 @@ public:
     /// Does nothing.
     void invert() noexcept { }
 
-    /// Compares lengths and, with `equals`, bits.
+    /// Compares the lengths and, with `equals`, the bits.
     bool operator==(const ZBITFIELD& other) const noexcept;
 
     /// Returns one "0" or "1" for each bit, bit 0 first.

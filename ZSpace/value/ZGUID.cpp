@@ -68,7 +68,7 @@ constexpr std::array<unsigned short, 256> s_hexDigits = [] {
     return values;
 }();
 
-/// Reads digits and remembers whether all of them were some.
+/// Reads digits and records whether all characters were digits.
 template <typename T>
 class HexReader {
 public:

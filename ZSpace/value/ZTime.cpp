@@ -107,7 +107,7 @@ constexpr long s_usualLength = 19;
 
 using Pieces = std::array<ZStrToken<char>, 6>;
 
-/// Eight characters that are matched and converted at once: each byte of a word is a digit or a separator.
+/// Eight characters, matched and converted at once: each byte of a word is a digit or a separator.
 class DigitGroup {
 public:
     /// `pattern` has a "0" where `text` must have a digit. Other characters must be the same.
@@ -363,7 +363,7 @@ ZTime::operator unsigned int() const noexcept
     return static_cast<unsigned int>(secondsAsUtc());
 }
 
-/// Keeps milliseconds and weekday.
+/// Keeps the milliseconds and the weekday.
 /// @return the days since 1970, from which the weekday follows.
 int ZTime::setSeconds(long long secondsSince1970) noexcept
 {

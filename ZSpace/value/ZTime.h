@@ -39,7 +39,7 @@ concept Countable = std::is_integral_v<T> ||(std::is_enum_v<T>&& std::is_convert
 /// set them as given. In the cleared time all fields are zero. All other input is validated: a year outside
 /// 1600 to 3000 becomes 1970, a month outside 1 to 12 or a day outside 1 to 31 becomes 1, an hour above 23 or
 /// a minute or second above 59 becomes 0, and milliseconds above 999 become 999 (but 0 in their setter). The
-/// day is not checked against the month: 31 February is kept.
+/// day is not checked against the month: 31 February is accepted.
 ///
 /// Trivially copyable. Only the functions that return a string allocate. Shifting uses the local time zone of
 /// the C library, which must not change at the same time.
@@ -176,8 +176,8 @@ public:
     long long operator-(const ZTime& other) const noexcept;
 
     /// Shift by seconds, taken modulo 2^32. The fields are read as local time and written in UTC, so the time
-    /// also moves by the offset of the local zone: stored times depend on that. Milliseconds and weekday are
-    /// kept.
+    /// also moves by the offset of the local zone; stored times depend on that. Milliseconds and weekday do
+    /// not change.
     ZTime& operator+=(unsigned int seconds) noexcept { return shift(static_cast<long long>(seconds)); }
     ZTime& operator-=(unsigned int seconds) noexcept { return shift(-static_cast<long long>(seconds)); }
     template <detail::Countable I>

@@ -47,7 +47,7 @@ public:
     ZValue& operator=(const ZValue&) = default;
     ZValue& operator=(ZValue&&) noexcept = default;
 
-    /// Returns `T()` if the value was cleared or given another kind through its base.
+    /// Returns `T()` if the value was cleared, or changed to another kind through its base.
     T Value() const;
     /// Replaces the value.
     void Value(const T& value) { Base::operator=(Base(std::in_place, static_cast<const Cell&>(value))); }
@@ -67,7 +67,7 @@ T ZValue<T, tag>::Value() const
 
 namespace detail {
 
-/// Two sets of kinds whose numbers are comparable.
+/// Two sets of kinds whose numbers are comparable with each other.
 struct MixedKinds {
     ZTypeId first;
     ZTypeId second; ///< a set of tags
@@ -98,7 +98,7 @@ inline constexpr MixedKinds s_mixedKinds[]{
 } // namespace detail
 
 /// Compares numbers of different kinds. The second number is converted to the type of the first if that type
-/// is `double` or `float` (but not from `unsigned long long`), a wider integer, or if both are bytes.
+/// is `double` or `float` (but not from `unsigned long long`) or a wider integer, or if both are bytes.
 /// Conversion to an integer is modulo its width: `unsigned char` 200 equals `signed char` -56. All other
 /// pairs are unequal.
 template <typename A, ZTypeId a, typename B, ZTypeId b>

@@ -78,7 +78,7 @@ void ZValueArrayBase::ArrayAdd(Value* value)
     grown[count] = added.release();
     grown[count + 1] = nullptr;
     if (!(m_type & ZTypeId_array)) {
-        clear(m_type); // was given another kind through its base
+        clear(m_type); // was changed to another kind through its base
         m_type = ZTypeId_array;
     }
     delete[] items();

@@ -45,8 +45,8 @@ public:
     /// Replaces an item by a copy of `value`, which may be an item of this array.
     void ArrayItem(unsigned long long index, const Value& value);
 
-    /// Takes ownership of `value`, also if it throws. Null is ignored. If the array already owns `value`, or
-    /// `value` is the array itself, adds a copy.
+    /// Adopts `value`, even if this throws. Null is ignored. If the array already owns `value`, or `value` is
+    /// the array itself, adds a copy.
     void ArrayAdd(Value* value);
     /// Adds a copy; `value` may be an item of this array.
     void ArrayAdd(const Value& value);
@@ -66,7 +66,7 @@ public:
     using Value::operator==;
 
 private:
-    /// Null also if the value was cleared or given another kind through its base.
+    /// Null also if the value was cleared, or changed to another kind through its base.
     [[nodiscard]] Value** items() const noexcept
     {
         return m_type & ZTypeId_array ? static_cast<Value**>(m_content) : nullptr;

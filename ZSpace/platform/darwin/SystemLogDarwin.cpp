@@ -14,7 +14,7 @@ namespace ZSpace::Host {
 
 namespace {
 
-// These types are opaque; the system's own stand for them.
+// Conversions from our opaque types to the system's.
 
 aslclient native(SystemLogClient* client)
 {

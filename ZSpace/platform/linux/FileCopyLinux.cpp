@@ -12,7 +12,7 @@ namespace ZSpace::Host {
 
 namespace {
 
-// The kernel copies at most a little more than this per call.
+// The kernel's own limit per call is just below twice this.
 constexpr std::size_t s_mostAtOnce = std::size_t{1} << 30;
 
 /// Lets the kernel copy until it refuses or reports the end of the file.

@@ -60,7 +60,7 @@ std::int64_t daysTo(const Date& date)
 
 Date dateOf(std::int64_t days)
 {
-    std::int64_t year = 1970 + days / 365; // at most a few years too late
+    std::int64_t year = 1970 + days / 365; // an estimate, which the loops correct
     while (daysToMarch(year) > days)
         --year;
     while (daysToMarch(year + 1) <= days)

@@ -13,9 +13,9 @@ namespace ZSpace::detail {
 /// With `emptyIfZero`, 0 appends nothing. Strings of the other width are converted code unit by code unit:
 /// narrowing keeps the low 8 bits, widening zero-extends.
 ///
-/// `Derived` provides `append` and, for `n` of at least 1, three functions that extend the string by `n`
-/// characters, which `write(to)` writes: `extend`, `extendByDigits` and `extendByHexDigits`. What `write` reads
-/// may lie in the string, so the old array outlives the call.
+/// `Derived` provides `append` and three functions that extend the string by `n` (at least 1) characters and have
+/// `write(to)` write them: `extend`, `extendByDigits` and `extendByHexDigits`. `write` may read from the string itself,
+/// so the old array outlives the call.
 template <typename Derived, StrChar T>
 class StrAppender {
 public:

@@ -12,8 +12,8 @@
 #include <string_view>
 #include <type_traits>
 
-/// Marks functions that return a pointer or a view into their object, and parameters that a result views: clang
-/// then warns when the result outlives a temporary.
+/// Marks functions whose result points into their object, and parameters that a result views: clang then warns if the
+/// result outlives a temporary.
 #if defined(__clang__) && __has_cpp_attribute(clang::lifetimebound)
 #define ZSPACE_LIFETIMEBOUND [[clang::lifetimebound]]
 #else
@@ -46,7 +46,7 @@ concept StrChar = OneOf<T, char, wchar_t>;
 template <typename U, typename T>
 concept OtherStrChar = StrChar<U> && !std::same_as<U, T>;
 
-/// The standard library's strings and views of `T`, exactly.
+/// Exactly the standard library's strings and views of `T`.
 template <typename S, typename T>
 concept StdText = OneOf<S, std::basic_string_view<T>, std::basic_string<T>>;
 
@@ -78,12 +78,12 @@ template <StrIndex I>
         return static_cast<long>(number);
 }
 
-/// What an operation on characters must not silently accept: other characters and all that indexes a string.
+/// Types that must not silently count as characters: other characters, and whatever can index a string.
 template <typename I, typename T>
 concept NotStrChar = StrIndex<I> && !std::same_as<I, T>;
 
-// Arithmetic on lengths that callers pass. It saturates, so that with an absurd length the allocation fails
-// and the addition does not overflow.
+// Arithmetic on lengths that callers pass. It saturates, so that an absurd length makes the allocation fail
+// instead of overflowing the addition.
 
 [[nodiscard]] constexpr long sumOf(long a, long b) noexcept
 {
@@ -116,7 +116,7 @@ template <StrChar T>
     return static_cast<std::make_unsigned_t<T>>(c);
 }
 
-/// Characters before the terminator; 0 for null.
+/// The number of characters before the terminator; 0 for null.
 template <StrChar T>
 [[nodiscard]] inline long lengthOf(const T* text) noexcept
 {

@@ -25,7 +25,7 @@ constexpr std::array<DigitPair, 256> s_hexPairs = [] {
     return pairs;
 }();
 
-/// No branch, no table and no type wider than the character, so that compilers vectorize loops over it.
+/// No branch, no table and no type wider than the character, so that compilers vectorize loops over this.
 template <StrChar T>
 constexpr std::make_unsigned_t<T> nibbleOf(T c) noexcept
 {
@@ -43,8 +43,8 @@ bool startsWithMinus(const T* text, long n) noexcept
 
 /// The remainder of a fraction between its decimal digits: `mantissa` * 2^-`scale`, below 1.
 ///
-/// The digits are those of double arithmetic: each step multiplies by ten, rounds to 53 bits and takes the
-/// integer part off. Doing it with integers is faster, and the same on hosts that fuse multiplications.
+/// The digits are those of double arithmetic: each step multiplies by ten, rounds to 53 bits and subtracts
+/// the integer part. With integers this is faster, and the same on hosts with fused multiply-add.
 class Fraction {
 public:
     explicit Fraction(double value) noexcept
@@ -79,8 +79,8 @@ public:
         return m_scale < 64 ? takeInteger(m_mantissa) : 0;
     }
 
-    /// Writes all further digits of an exact fraction, up to seven zeros after the last one, but stops after
-    /// at least `limit` digits.
+    /// Writes all further digits of an exact fraction, and up to seven zeros after the last one, but stops
+    /// after at least `limit` digits.
     /// @return the number of digits written, at most `limit` + 7.
     long writeExact(char* to, long limit) noexcept
     {
@@ -96,7 +96,7 @@ public:
     }
 
 private:
-    /// The integer part of `product` * 2^-scale; the rest remains.
+    /// Returns the integer part of `product` * 2^-scale and keeps the fraction.
     std::uint32_t takeInteger(std::uint64_t product) noexcept
     {
         m_mantissa = product & ((std::uint64_t(1) << m_scale) - 1);
@@ -107,8 +107,8 @@ private:
     int m_scale;
 };
 
-/// Writes the digits of a fraction, of which at most `limit` count.
-/// @return the number of digits that count. The array holds `limit` + 7.
+/// Writes the digits of a fraction. The array holds `limit` + 7.
+/// @return the number of digits to use, at most `limit`.
 long writeFraction(char* to, Fraction fraction, long limit) noexcept
 {
     long n = 0;
@@ -134,7 +134,7 @@ constexpr auto s_quotients = [] {
     return quotients;
 }();
 
-/// Eight decimal digits, or nothing that is below 10^8 if one of the characters is no digit.
+/// The value of eight decimal digits; `s_noDigits` if one of the characters is not a digit.
 constexpr std::uint32_t s_noDigits = UINT32_MAX;
 inline std::uint32_t readEightDigits(const char* text) noexcept
 {

@@ -111,7 +111,7 @@ constexpr unsigned long long s_powersOfTen[]{1ULL, 10ULL, 100ULL, 1000ULL, 10000
 constexpr long Decimal::length() const noexcept
 {
     // 1233 / 4096 approximates log10(2), so the guess is at most one too small; the table corrects it.
-    const unsigned long long number = magnitude | 1; // 0 has a digit, too
+    const unsigned long long number = magnitude | 1; // 0 has one digit
     const int guess = static_cast<int>(std::bit_width(number)) * 1233 >> 12;
     return guess + (number >= numbers::s_powersOfTen[guess]) + isNegative;
 }

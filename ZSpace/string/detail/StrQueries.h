@@ -87,7 +87,7 @@ public:
     ZStrToken<T> operator()(long start, long count) const noexcept { return subString(start, count); }
 
     /// Reads an optional "-" and decimal digits up to the first other character. A number that is too large
-    /// wraps around in the type returned; so with all the signed forms.
+    /// wraps around in the return type. The other signed forms do the same.
     signed char toInt8() const noexcept { return detail::toInteger<signed char>(view()); }
     /// See `toInt8`.
     short toInt16() const noexcept { return detail::toInteger<short>(view()); }
@@ -95,8 +95,8 @@ public:
     int toInt32() const noexcept { return detail::toInteger<int>(view()); }
     /// See `toInt8`.
     long long toInt64() const noexcept { return detail::toInteger<long long>(view()); }
-    /// Reads decimal digits up to the first other character; a leading "-" gives 0. A number that is too
-    /// large wraps around in the type returned; so with all the unsigned forms.
+    /// Reads decimal digits up to the first other character; a leading "-" yields 0. A number that is too
+    /// large wraps around in the return type. The other unsigned forms do the same.
     unsigned char toUInt8() const noexcept { return detail::toInteger<unsigned char>(view()); }
     /// See `toUInt8`.
     unsigned short toUInt16() const noexcept { return detail::toInteger<unsigned short>(view()); }

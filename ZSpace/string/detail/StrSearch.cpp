@@ -11,7 +11,8 @@ namespace {
 
 constexpr long s_block = 32;
 
-/// One bit for each character below 256, so for every narrow one; others are looked up in the set itself.
+/// A bitmap of the characters below 256, which include every narrow one; others are looked up in the set
+/// itself.
 template <StrChar T>
 class CharSet {
 public:

@@ -27,8 +27,8 @@ template <StrChar T>
     return hit ? hit - text : -1;
 }
 
-/// As above, for a run of `m` characters; `m` is at least 1. One pass, except for strings that repeat
-/// themselves, which take up to n * m comparisons.
+/// As above, for a run of `m` characters; `m` is at least 1. Usually one pass; strings that repeat themselves
+/// take up to n * m comparisons.
 template <StrChar T>
 [[nodiscard]] long find(const T* text, long n, const T* what, long m, long from) noexcept;
 

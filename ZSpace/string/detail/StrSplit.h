@@ -20,7 +20,7 @@ template <StrChar T>
 void assignExactly(ZMStr<T>& to, const T* text, long n)
 {
     if (n < 1)
-        to = ZMStr<T>(text, 0); // capacity 1, as of every copy of nothing
+        to = ZMStr<T>(text, 0); // capacity 1, like every copy of an empty string
     else
         moveChars(to.getBuffer(n), text, n);
 }

@@ -28,7 +28,8 @@ template <typename... Kinds>
 struct CellKinds : Kinds... {
 };
 
-/// The list of these kinds. The contents of structures, memory blocks and arrays vary in size.
+/// The list of these kinds. Structures, memory blocks and arrays are missing because their contents vary in
+/// size.
 // clang-format off
 using AllCellKinds = CellKinds<CellKind<bool, ZTypeId_bool>, CellKind<unsigned char, ZTypeId_unsigned_char>,
     CellKind<signed char, ZTypeId_signed_char>, CellKind<unsigned short, ZTypeId_unsigned_short>,

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-// Arrays may be nested deeper than the stack is long, so nothing here recurses into an array that is an item.
+// Nesting may be deeper than the stack allows, so nothing here recurses into nested arrays.
 
 namespace ZSpace::detail {
 
@@ -18,7 +18,7 @@ namespace ZSpace::detail {
 struct ValueNesting {
     using Value = TZValueBase<ZTypeId>;
 
-    /// Whether a value is an array, and of a class that this file can take apart.
+    /// Whether a value is an array of one of the two classes that this file can take apart.
     static bool isArray(const Value& value) noexcept
     {
         return value.m_type & ZTypeId_array
@@ -30,7 +30,7 @@ struct ValueNesting {
         return static_cast<ValueItem*>(value.m_content);
     }
 
-    /// Leaves `item` without a value, but with an index for the way back to it.
+    /// Removes the content of `item` and stores `index` in it, for the way back from its items.
     static ValueItem* detachItems(Value& item, std::size_t index) noexcept
     {
         item.m_type = ZTypeId_none;
@@ -114,9 +114,8 @@ ValueItem* copyItems(const ValueItem* items)
     return copies.release();
 }
 
-// Destroys depth first, from the last item to the first, and allocates nothing. The slot after the current
-// item is free: it holds the address of the slot in the outer block whose item owns this block, null for the
-// root.
+// Destroys depth first, from the last item to the first, without allocating. The slot after the current item
+// is free: it holds the address of the slot of the item that owns this block; null for the root.
 void freeItems(ValueItem* items) noexcept
 {
     if (!items)

@@ -9,8 +9,7 @@
 
 namespace ZSpace::detail {
 
-/// The content of an array of values: a null-terminated block of pointers to its items. Null if the array is
-/// empty.
+/// The content of an array of values is a null-terminated block of these; null if the array is empty.
 using ValueItem = TZValueBase<ZTypeId>*;
 
 [[nodiscard]] std::size_t countItems(const ValueItem* items) noexcept;

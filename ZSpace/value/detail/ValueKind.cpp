@@ -113,7 +113,7 @@ struct Cell {
 
     static constexpr ValueKind s_kind{
         sizeof(T),
-        std::same_as<T, ZBITFIELD> ? nullptr : &create, // which length should it have
+        std::same_as<T, ZBITFIELD> ? nullptr : &create, // no default length
         &copy,
         &destroy,
         &areEqual,
@@ -122,7 +122,7 @@ struct Cell {
     };
 };
 
-// The kinds whose content is as long as it takes. They print nothing.
+// The kinds whose content varies in size. They print nothing.
 
 template <typename Out>
 void printNothing(Out&, const void*) noexcept
