@@ -62,7 +62,7 @@ int main()
     ZSpace::Host::shieldStandardStreams();
     try {
         startUninstaller();
-    } catch (const std::bad_alloc&) { // before the start: what follows it allocates nothing
+    } catch (const std::bad_alloc&) { // from before the start; nothing after it allocates
         CNSLogMsg("CdkRemotedUninstaller: Failed to launch uninstaller task: Out of memory");
     }
     return 0;

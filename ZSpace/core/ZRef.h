@@ -132,8 +132,7 @@ public:
     }
     /// Converts from a handle on a derived class; both share the object.
     template <detail::ConvertibleHandle<T> From>
-    ZRef(
-        const ZRef<From, Counter>& other) noexcept // NOLINT(google-explicit-constructor): like pointers
+    ZRef(const ZRef<From, Counter>& other) noexcept // NOLINT(google-explicit-constructor): like pointers
         : ZRef(other, other.m_ptValue)
     {
     }

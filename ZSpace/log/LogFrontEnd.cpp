@@ -31,7 +31,7 @@ constexpr std::size_t s_tracedLineSize = 8192;
 using Line = ZSpace::detail::BoundedText<s_lineSize>;
 using TracedLine = ZSpace::detail::BoundedText<s_tracedLineSize>;
 
-/// Logging must never stop a program: a line for which there is no memory is dropped.
+/// Logging must never stop a program: drops the line if allocation fails.
 template <typename Write>
 void dropFailures(Write write) noexcept
 {
@@ -41,7 +41,7 @@ void dropFailures(Write write) noexcept
     }
 }
 
-/// The destination of lines that no log book takes: the system log if it is open, otherwise the console.
+/// The destination of lines without a log book: the system log if it is open, otherwise the console.
 void writeToSystem(int level, const char* text)
 {
     if (Host::SystemLogClient* const client = asl) {
@@ -52,7 +52,7 @@ void writeToSystem(int level, const char* text)
     NS::log(NS::String("%s").native(), text);
 }
 
-/// Every line but those of CNSSysLog passes here. The text is never used as a format.
+/// Writes every line except those of CNSSysLog. The text is never used as a format.
 void writeLine(const char* text)
 {
     if (!ZSpace::ZTransferLog::log(text))
@@ -171,7 +171,7 @@ void CNSLogWithStackTrace(const char* format, ...)
         const NS::AutoreleasePool pool;
         const NS::MutableString trace("");
         OCAppendStackTrace(trace.native());
-        // The text bypasses the host's strings, which would change what is not UTF-8.
+        // The text bypasses the host's strings, which would change bytes that are not UTF-8.
         writeLine((std::string(text.get()) + trace.UTF8String()).c_str());
     });
     va_end(arguments);

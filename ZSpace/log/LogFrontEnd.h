@@ -5,7 +5,7 @@
 
 #include "ZSpace/platform/FoundationTypes.h"
 
-// Read by C and Objective-C as well, so C headers and C declarations only.
+// Also included by C and Objective-C, so C headers and C declarations only.
 #include <stdarg.h> // NOLINT(modernize-deprecated-headers)
 #include <stdbool.h> // NOLINT(modernize-deprecated-headers)
 
@@ -17,10 +17,9 @@
 /// A line goes to the attached log book, usually the report file that `CNSInitLog` opens. If there is none, it
 /// goes to the system log if that is open, and otherwise to the console (standard error).
 ///
-/// No function reports a failure; a line for which there is no memory is dropped. All functions may be called
-/// from any thread at any time, but only `CNSDbgLogEnabled` from a signal handler. Before `CNSInitLog`, lines go
-/// to the console.
-/// A null format or text counts as empty, except that `CNSLogMsg` ignores it.
+/// No function reports a failure; a line is dropped if allocation fails. All functions may be called from any thread at
+/// any time, but only `CNSDbgLogEnabled` from a signal handler. Before `CNSInitLog`, lines go to the console. A null
+/// format or text counts as empty, except that `CNSLogMsg` ignores it.
 ///
 /// `CNS...` functions take a printf format; `OCNS...` functions take an `NSString` format, which also knows
 /// `%@` for objects. `%n` stores nothing in either.
@@ -39,18 +38,18 @@ enum CNSLogFlags {
 /// one thread at a time; other threads may log meanwhile.
 /// @param flags `CNSLogFlags`. An attached debugger turns debug lines on, too; nothing turns them off again.
 /// @param sysLogSwitch exactly 1 opens the system log, with a copy to standard error under a debugger.
-/// @param tag begins the name of the report file and identifies the program in the system log.
+/// @param tag the beginning of the report file's name; also identifies the program in the system log.
 /// @param userLogDir the directory of report files, created if missing; null or a string shorter than 2
 /// characters means the directory in the user's home.
 ///
-/// If the report file cannot be opened, lines go where they went before.
+/// If the report file cannot be opened, the destination of lines does not change.
 void CNSInitLog(int flags, int sysLogSwitch, const char* tag, const char* userLogDir);
 
 /// Detaches the report file, which is closed when its last user is done. Later lines go to the system log or
 /// the console.
 ///
 /// A plug-in that contains this library must call this before it is unloaded (`dlclose`), when none of its threads
-/// log any more; nothing else closes the report file, so each round of loading and unloading would leak a descriptor.
+/// log any more: nothing else closes the report file, so each load and unload would leak a descriptor.
 void CNSDisableFileLogging(void);
 
 /// Whether debug lines are written.

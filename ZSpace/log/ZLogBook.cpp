@@ -12,7 +12,7 @@ namespace ZSpace {
 
 namespace {
 
-/// The entries that an operation and a thread select.
+/// Selects the entries that match an operation and a thread.
 class Selection {
 public:
     Selection(int op, pthread_t thread) noexcept

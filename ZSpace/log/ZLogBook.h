@@ -15,13 +15,13 @@
 
 namespace ZSpace {
 
-/// The base of everything that takes log records. It also keeps a trail of the last errors.
+/// The base of all destinations of log records. It also keeps a trail of the last errors.
 ///
 ///     ZRef<ZLogBook> book(new ZLogBookFile(L"/var/log/mine.txt"));
 ///     book->add(ZLogRecord() << "started");
 ///
 /// Books are shared through `ZRef<ZLogBook>` and deleted with the last reference. The trail has no length
-/// limit: entries stay until they are cleared. Where the trail is searched, an `op` of 0 and a null `thread`
+/// limit: entries stay until they are cleared. In searches of the trail, an `op` of 0 and a null `thread`
 /// match any operation and any thread.
 ///
 /// The trail may be used from any thread. Its lock is held only while the list is read or changed, never
@@ -46,9 +46,9 @@ public:
     /// Finds the newest entry that matches.
     /// @return false if there is none; `out` is then unchanged.
     virtual bool getLastError(ZRef<ZLogLastError>& out, int op, pthread_t thread);
-    /// The entries of exactly this thread, oldest first; here null is no wildcard.
+    /// The entries of exactly this thread, oldest first; null is not a wildcard here.
     virtual Errors getLastThreadErrors(pthread_t thread);
-    /// The entries with exactly this operation number, oldest first; here 0 is no wildcard.
+    /// The entries with exactly this operation number, oldest first; 0 is not a wildcard here.
     virtual Errors getLastOpErrors(int op);
     /// The whole trail, oldest first.
     virtual Errors getLastErrors();
@@ -57,7 +57,7 @@ public:
     /// Removes the entries that match and, if there were any, adds a record that says so.
     virtual void clearLastError(int op, pthread_t thread);
 
-    /// Whether the book refuses records at the moment.
+    /// Whether the book currently refuses records.
     virtual bool isInactive();
     /// Retrieves the records of this session as one string.
     /// @return false if the book does not keep them; `out` is then unchanged.

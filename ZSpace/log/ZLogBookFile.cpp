@@ -29,7 +29,7 @@ ZMStr<char> newReportFileName()
     return name;
 }
 
-/// Locks for a write. Other threads hold the lock for about a microsecond, so trying again for a while costs less than
+/// Locks for a write. Other threads hold the lock for about a microsecond, so retrying for a while costs less than
 /// sleeping and being woken.
 template <typename Lock>
 void lockForWrite(Lock& lock) noexcept
@@ -104,7 +104,7 @@ void ZLogBookFile::separateSessions()
         write("\r\n\r\n", 4);
 }
 
-/// Here a line becomes bytes in the file.
+/// All lines reach the file here.
 void ZLogBookFile::write(const char* line, long length)
 {
     lockForWrite(lock());

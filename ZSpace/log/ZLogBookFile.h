@@ -23,12 +23,12 @@ enum class SignalRisk : bool;
 /// The time is UTC. Values are not escaped: one that contains a tab or a line feed is written as it is.
 /// Sessions in one file are separated by two line breaks (CR LF).
 ///
-/// Records may come from any thread. `add` appends the whole line with a single system call before it returns,
-/// so the lines of several threads never mix, and a process that is killed loses no line that `add` has
-/// written. (A power cut may; nothing here waits for the disk.)
+/// Records may come from any thread. `add` appends the whole line with a single system call before it returns, so the
+/// lines of several threads never mix, and a process that is killed loses no line that `add` has written. (A power
+/// failure may lose lines: nothing waits for the disk.)
 ///
-/// An error of the file never reaches the caller, nor does a signal: the line is lost, and one that was cut is
-/// ended by a line feed before the next. `add` throws only `std::bad_alloc`.
+/// Errors of the file, and the signals that they raise, never reach the caller: the line is lost, and one that was cut
+/// is ended by a line feed before the next. `add` throws only `std::bad_alloc`.
 ///
 /// The file stays open as long as the book lives. There is no rotation and no size limit.
 class ZLogBookFile : public virtual ZLogBook {
@@ -45,21 +45,21 @@ public:
     /// Appends to an open file and closes it with the book, also if the constructor throws.
     /// @throws ZException "Report file could not be opened" if the descriptor is not open for writing.
     explicit ZLogBookFile(OpenFile file);
-    /// Creates a file in the user's home directory that is named after the time and the process.
+    /// Creates a file in the user's home directory, named after the time and the process.
     /// @throws ZException "Report file could not be opened".
     ZLogBookFile();
     ~ZLogBookFile() override;
 
     void add(const ZLogRecord& record) override;
     using ZLogBook::writeStream;
-    /// Does nothing: the file for raw blocks is reserved.
+    /// Does nothing: the file for raw blocks is reserved for later use.
     void writeStream(unsigned char tag, int number, const void* data, long length) override;
-    /// In addition to the record of every book, adds one with the details of the error as separate values.
+    /// Adds the record that every book adds, then one with the details of the error as separate values.
     void setLastError(int op, const char* caller, const char* callee, int result, const char* text) override;
     bool getSessionTransferLog(ZGStr<wchar_t>& out) override;
 
 private:
-    /// A stream and what must be known to append lines to it. It fits into the padding of the stream.
+    /// The stream and the state for appending lines to it, which fits into the stream's padding.
     struct ReportFile : ZIOGFile<> {
         detail::SignalRisk m_signalRisk{};
         bool m_isLastLineCut = false;
@@ -74,7 +74,7 @@ private:
     ZIOGFile<> m_streamFile; // reserved, never opened
 };
 
-/// The header of each block in the file that is reserved for them.
+/// The header of each block in the file that is reserved for raw blocks.
 struct ZLogBookFileEntry {
     ZLogBookFileEntry() = default;
     /// Stores the current time and the arguments.

@@ -10,7 +10,7 @@
 
 namespace ZSpace {
 
-/// A book in front of another one that passes on only some of the records.
+/// A book that passes on only some records to another book.
 ///
 ///     ZRef<ZLogBook> errors(new ZLogBookFilter(file, ZLogLevel::Error));
 ///     errors->add(ZLogRecord() << ZLogLevel::Info << "not written");
@@ -19,7 +19,7 @@ namespace ZSpace {
 /// Records without a level count as `ZLogLevel::Info`. Everything but `add` is forwarded unchanged: the trail of last
 /// errors is that of the other book, and so are the records that report errors.
 ///
-/// May be used from any thread if the other book may and the predicate may.
+/// May be used from any thread if the other book and the predicate may.
 class ZLogBookFilter : public ZLogBook {
 public:
     /// Whether a record is to be passed on.
@@ -27,7 +27,7 @@ public:
 
     /// Passes on records of at least this level. `book` must not be empty.
     ZLogBookFilter(ZRef<ZLogBook> book, ZLogLevel least);
-    /// Passes on records for which `predicate` returns true. What it throws leaves `add`.
+    /// Passes on records for which `predicate` returns true. `add` propagates its exceptions.
     ZLogBookFilter(ZRef<ZLogBook> book, Predicate predicate);
     ~ZLogBookFilter() override;
 

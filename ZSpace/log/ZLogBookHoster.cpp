@@ -11,7 +11,7 @@ namespace ZSpace {
 ZLogBookHoster::ZLogBookHoster(ZLogBook* b1, ZLogBook* b2, ZLogBook* b3, ZLogBook* b4, ZLogBook* b5,
     ZLogBook* b6, ZLogBook* b7, ZLogBook* b8)
 {
-    // All books are owned before anything can throw.
+    // Owns all books before anything can throw.
     std::unique_ptr<ZLogBook> books[]{std::unique_ptr<ZLogBook>(b1), std::unique_ptr<ZLogBook>(b2),
         std::unique_ptr<ZLogBook>(b3), std::unique_ptr<ZLogBook>(b4), std::unique_ptr<ZLogBook>(b5),
         std::unique_ptr<ZLogBook>(b6), std::unique_ptr<ZLogBook>(b7), std::unique_ptr<ZLogBook>(b8)};
@@ -23,7 +23,7 @@ ZLogBookHoster::ZLogBookHoster(ZLogBook* b1, ZLogBook* b2, ZLogBook* b3, ZLogBoo
 
 ZLogBookHoster::~ZLogBookHoster() = default;
 
-/// A book that throws does not stop the others. The first exception is thrown when all have been called.
+/// A book that throws does not stop the others. The first exception is rethrown after all have been called.
 template <typename Call>
 void ZLogBookHoster::forEachBook(Call call)
 {

@@ -18,13 +18,12 @@ namespace ZSpace {
 ///     };
 ///     ZRef<ZLogBook> book(new Both(new ZLogBookFile(L"a.txt"), new ZLogBookFile(L"b.txt")));
 ///
-/// A book that throws does not stop the others: the first exception is thrown when all have been called.
+/// A book that throws does not stop the others: the first exception is rethrown after all have been called.
 ///
-/// The books are called in turn on the thread that logs, and no lock is held meanwhile. So a slow book delays only the
-/// thread that is in it, and of that thread's record only the books after it: construct a hoster with its slow books
-/// last.
+/// The books are called in turn on the thread that logs, and no lock is held meanwhile. A slow book delays only that
+/// thread and the books after it, so construct a hoster with its slow books last.
 ///
-/// Each hosted book keeps its own trail besides the hoster's. The getters read the hoster's trail.
+/// Each hosted book has its own trail besides the hoster's. The getters read the hoster's trail.
 class ZLogBookHoster : public ZLogBook {
 public:
     /// Adopts the books; null pointers are skipped. Deletes all books if it throws `std::bad_alloc`.

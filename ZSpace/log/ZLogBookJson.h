@@ -20,12 +20,12 @@ class LineFile;
 ///     // {"time":"2026-03-04T05:06:07.089Z","thread":"1a03","level":"WARNING","values":["disk almost full",97]}
 ///
 /// The time is UTC (RFC 3339). "level" is present if the record begins with a `ZLogLevel`. Numbers and booleans are
-/// JSON numbers and booleans; texts, characters, times and GUIDs are strings; binary values are strings in base64. A
+/// JSON numbers and booleans; strings, characters, times and GUIDs are strings; binary values are strings in base64. A
 /// value without a text form, a null C string, infinity and NaN are null. A value with a name is an object with that
-/// one member. What is not valid UTF-8 becomes U+FFFD.
+/// one member. Bytes and code units that are not valid Unicode become U+FFFD.
 ///
-/// As with `ZLogBookFile`, records may come from any thread, each is one system call, and errors of the file lose
-/// lines but never reach the caller.
+/// As with `ZLogBookFile`, records may come from any thread, each is one system call, and errors of the file lose lines
+/// but never reach the caller.
 class ZLogBookJson : public ZLogBook {
 public:
     /// Appends to the file at `path`, which is created if missing. The path is narrowed to the low 8 bits of each

@@ -91,7 +91,7 @@ void ZLogBookRolling::rollIfNeeded(long length, std::time_t now)
         rollFiles();
 }
 
-/// If the current file cannot be moved away, it is written on.
+/// If the current file cannot be renamed, it stays in use.
 void ZLogBookRolling::rollFiles()
 {
     m_file->close();

@@ -23,11 +23,11 @@ class LineFile;
 ///     ZRef<ZLogBook> book(new ZLogBookRolling(L"/var/log/mine.txt", limits));
 ///
 /// The current file keeps its name. The old ones are "mine.txt.1" (the newest), "mine.txt.2" and so on; those beyond
-/// the limits are removed. A line is never divided between two files. A line longer than the size limit has a file of
-/// its own.
+/// the limits are removed. A line is never split between two files. A line longer than the size limit has a file of its
+/// own.
 ///
 /// Records may come from any thread. Several processes must not share a path: set `isPerProcess`, which inserts the
-/// process number, as in "mine.txt.812" and "mine.txt.812.1". Use a directory that other users cannot write to.
+/// process id, as in "mine.txt.812" and "mine.txt.812.1". Use a directory that other users cannot write to.
 ///
 /// Errors of the file lose lines but never reach the caller.
 class ZLogBookRolling : public ZLogBook {
@@ -36,8 +36,8 @@ public:
         long long sizeInBytes = 0; ///< of one file; 0 means unlimited
         bool isDaily = false; ///< a new file for each day (UTC)
         int oldFileCount = 5; ///< old files to keep
-        std::chrono::hours oldFileAge{0}; ///< removes old files that were last written before; 0 means never
-        bool isPerProcess = false; ///< appends the process number to the path
+        std::chrono::hours oldFileAge{0}; ///< removes old files last written longer ago; 0 means never
+        bool isPerProcess = false; ///< appends the process id to the path
     };
 
     /// Appends to the file at `path`, which is created if missing. The path is narrowed to the low 8 bits of each
@@ -68,7 +68,7 @@ private:
     ZGStr<char> m_path;
     Limits m_limits;
     long long m_size = 0;
-    long long m_day = 0; // days since 1970 of the last line
+    long long m_day = 0; // of the last line, in days since 1970
 };
 
 } // namespace ZSpace

@@ -25,7 +25,7 @@ namespace {
 /// The system log's numbers, by `ZLogLevel`.
 constexpr int s_priorities[]{7, 6, 5, 4, 3, 2};
 
-/// @return a descriptor, or -1 if nobody listens at `path`.
+/// @return a descriptor, or -1 if no process listens at `path`.
 int connectTo(const char* path) noexcept
 {
     sockaddr_un address{};

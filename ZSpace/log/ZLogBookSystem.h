@@ -17,12 +17,12 @@ struct SystemLogMessage;
 ///     ZRef<ZLogBook> book(new ZLogBookSystem("mytool"));
 ///     book->add(ZLogRecord() << ZLogLevel::Error << "cannot open" << path);
 ///
-/// The message consists of the values, separated by spaces. Under journald, if its socket is there, the record is
-/// sent as structured fields: MESSAGE, PRIORITY, SYSLOG_IDENTIFIER and TID, the thread number. What the journal does
-/// not take goes to the system log.
+/// The message consists of the values, separated by spaces. If journald's socket exists, the record is sent there as
+/// structured fields: MESSAGE, PRIORITY, SYSLOG_IDENTIFIER and TID, the thread number. If that fails, the record goes
+/// to the system log.
 ///
 /// Records may come from any thread. Failures are ignored. Where the system log has one sender name for the whole
-/// process, as on Linux, that of the last book or `CNSInitLog` is used.
+/// process, as on Linux, the one set last is used, by a book or by `CNSInitLog`.
 class ZLogBookSystem : public ZLogBook {
 public:
     /// @param ident the sender's name, which is copied; null selects the host's default.

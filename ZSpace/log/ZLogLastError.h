@@ -36,7 +36,7 @@ public:
     [[nodiscard]] pthread_t thread() const noexcept { return m_thread; }
 
     /// For example `Error #-5[gone] in [stat < open]  Thread=1 Op=3`. An empty text and the operation 0 are
-    /// left out. Any thread prints as 1.
+    /// omitted. Every thread is printed as 1.
     [[nodiscard]] ZGStr<char> toString() const;
 
 private:

@@ -11,7 +11,7 @@ namespace ZSpace {
 ///
 ///     book->add(ZLogRecord() << ZLogLevel::Warning << "disk almost full" << 97);
 ///
-/// The value is the name of the level, a C string, so a book that knows nothing of levels prints it.
+/// The value is the level's name, a C string, so a book that does not know levels prints it.
 enum class ZLogLevel : unsigned char { Debug, Info, Notice, Warning, Error, Critical };
 
 /// "DEBUG", "INFO", "NOTICE", "WARNING", "ERROR" or "CRITICAL".

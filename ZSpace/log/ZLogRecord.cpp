@@ -21,7 +21,7 @@ void overwrite(const ZLogRecord::Item& item, const T& value) noexcept
     *static_cast<T*>(const_cast<void*>(item->Content())) = value;
 }
 
-/// A reference in a heap block to a value that holds a copy of `value`.
+/// A reference, in a heap block of its own, to a value that holds a copy of `value`.
 template <typename T>
 std::unique_ptr<ZLogRecord::Item> itemOf(const T& value)
 {

@@ -17,7 +17,8 @@
 
 namespace ZSpace {
 
-/// One log entry: an ordered list of typed values. The log book that receives it decides how they look.
+/// One log entry: an ordered list of typed values. The log book that receives it decides how they are
+/// printed.
 ///
 ///     book->add(ZLogRecord() << "opened" << path << 42);
 ///
@@ -25,10 +26,10 @@ namespace ZSpace {
 /// must stay alive and unchanged for as long as the record, or a book that keeps it, may be read. Copies of a
 /// record share their values. Self-assignment empties a record.
 ///
-/// A thread keeps a few blocks of its finished records, so that filling the next record need not allocate.
+/// Each thread keeps a few blocks of its finished records, so that the next record need not allocate.
 ///
-/// A record is filled by one thread; shared values may be released by several. Adding throws `std::bad_alloc`
-/// and leaves the record unchanged if allocation fails.
+/// A record is filled by one thread; several threads may release shared values. Adding throws
+/// `std::bad_alloc` and leaves the record unchanged if allocation fails.
 class ZLogRecord {
 public:
     /// One value of a record.
@@ -44,11 +45,11 @@ public:
     /// The number of values.
     [[nodiscard]] long Count() const noexcept { return m_items.Count(); }
 
-    /// Returns a new reference to the value at `index`. A negative index counts from the end, and an index out
-    /// of range means the first or the last value. Precondition: the record is not empty.
+    /// Returns a new reference to the value at `index`. A negative index counts from the end; an index out of range is
+    /// clamped to the first or last value. Precondition: the record is not empty.
     [[nodiscard]] Item itemAt(long index) const;
 
-    /// The values from first to last, without taking references to them.
+    /// The values from first to last, without new references to them.
     [[nodiscard]] auto begin() const noexcept { return m_items.begin(); }
     [[nodiscard]] auto end() const noexcept { return m_items.end(); }
 
@@ -78,13 +79,13 @@ public:
         *item = Item(new TZValueBase<ZTypeId>(value));
         return appendItem(std::move(item));
     }
-    /// `long` has no kind of its own: it is stored as the `long long` that it fits into.
+    /// `long` has no kind of its own and is stored as `long long`.
     ZLogRecord& add(long value) { return append(static_cast<long long>(value)); }
     ZLogRecord& add(unsigned long value) { return append(static_cast<unsigned long long>(value)); }
-    /// Would convert to `bool`.
+    /// Deleted: would convert to `bool`.
     template <typename T>
     ZLogRecord& add(const T*) = delete;
-    /// Would convert to a pointer to characters that may change or lack a terminator. Use `<<`.
+    /// Deleted: would convert to a pointer to characters that may change or lack a terminator. Use `<<`.
     template <typename T>
     ZLogRecord& add(const ZMStr<T>&) = delete;
     template <typename T>

@@ -67,7 +67,7 @@ void ZLoggable::detachLogBook()
     onLogBookDetached();
 }
 
-/// The previous book may be destroyed here, without a lock held.
+/// The previous book may be destroyed here, while no lock is held.
 void ZLoggable::exchangeBook(ZRef<ZLogBook> book)
 {
     const std::lock_guard guard(detail::BookLock::instance());

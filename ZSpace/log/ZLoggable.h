@@ -7,7 +7,7 @@
 
 namespace ZSpace {
 
-/// The base of objects that log: it holds a reference to a book and forwards to it.
+/// The base of objects that log: it holds a reference to a book and forwards to that.
 ///
 /// It starts with a dummy book. Books can be attached and detached any number of times, but not while another
 /// thread logs through the same object. Without a book, operations do nothing and return false or an empty
@@ -18,12 +18,12 @@ public:
     ZLoggable(const ZLoggable&) = default;
     ZLoggable& operator=(const ZLoggable&) = default;
 
-    /// Called after a book was attached or detached, for derived classes to override.
+    /// Called after a book was attached, for derived classes to override.
     virtual void onLogBookAttached(ZRef<ZLogBook> book);
-    /// Called after the log book was taken away.
+    /// Called after the book was detached.
     virtual void onLogBookDetached();
 
-    /// Hands raw data to the log book.
+    /// Passes raw data to the book.
     virtual void writeStream(unsigned char tag, int number, const void* data, long length);
     virtual ~ZLoggable();
 
@@ -35,23 +35,23 @@ public:
     /// thread and the values whose text is not empty.
     virtual void addLogRecord(const ZLogRecord& record);
 
-    /// As the log book's; does nothing without one.
+    /// As `ZLogBook::setLastError`; does nothing without a book.
     void setLastError(int op, const char* caller, const char* callee, int result, const char* text);
     /// The same with the operation number `m_logOp`; does nothing while that is 0.
     void setLastError(const char* caller, const char* callee, int result, const char* text);
-    /// As the log book's; false without one.
+    /// As in `ZLogBook`; false without a book.
     bool getLastError(ZRef<ZLogLastError>& out, int op, pthread_t thread);
-    /// As the log book's; empty without one.
+    /// As in `ZLogBook`; empty without a book.
     ZLogBook::Errors getLastThreadErrors(pthread_t thread);
-    /// As the log book's; empty without one.
+    /// As in `ZLogBook`; empty without a book.
     ZLogBook::Errors getLastOpErrors(int op);
-    /// As the log book's; empty without one.
+    /// As in `ZLogBook`; empty without a book.
     ZLogBook::Errors getLastErrors();
-    /// As the log book's; false without one.
+    /// As in `ZLogBook`; false without a book.
     bool hasLastError(int op, pthread_t thread);
-    /// As the log book's; does nothing without one.
+    /// As in `ZLogBook`; does nothing without a book.
     void clearLastError(int op, pthread_t thread);
-    /// Hands raw data to the log book.
+    /// Passes raw data to the book.
     void writeStream(unsigned char tag, int number, const TZBinary<unsigned char>& data);
 
     /// The calling thread as it appears in lines: "Thread[1a03]", the system's thread number in hexadecimal.

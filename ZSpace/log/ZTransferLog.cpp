@@ -16,7 +16,7 @@ ZTransferLog* theLog = nullptr;
 
 namespace {
 
-/// A transfer log that is never destroyed, because another thread may still refer to it when it is turned off.
+/// A transfer log that is never destroyed, because another thread may still use it when it is turned off.
 struct ImmortalLog {
     ZTransferLog log;
     ImmortalLog* next = nullptr;
@@ -43,7 +43,7 @@ ZTransferLog* exchangeLog(ZTransferLog* log) noexcept
     return std::exchange(theLog, log);
 }
 
-/// Lends a book to a loggable for one record of the calling thread.
+/// Makes the calling thread's next record through a loggable go to a given book.
 class Loan {
 public:
     Loan(const ZLoggable& borrower, ZLogBook& book) noexcept
@@ -55,13 +55,13 @@ public:
     ~Loan() { detail::t_lentBook = m_outer; }
 
 private:
-    detail::LentBook m_outer; // of a line during which this one is logged
+    detail::LentBook m_outer; // of an outer line that is not finished yet
 };
 
 } // namespace
 
-/// `theLog` and a reference of one's own to its book. Both are taken at the same moment, so the book lives until
-/// this goes, even if another thread exchanges or detaches it.
+/// `theLog` and a shared reference to its book, taken at the same moment. The book lives at least as long as this, even
+/// if another thread exchanges or detaches it.
 struct ZTransferLog::Channel {
     Channel()
     {
@@ -73,7 +73,7 @@ struct ZTransferLog::Channel {
     /// Whether the book takes records. Aborts with a report if there is a log without a book.
     [[nodiscard]] bool isOn() const { return log && !book->isInactive(); }
 
-    /// Releases the book that was attached to a log which another thread has turned off meanwhile.
+    /// Releases the book that was attached to a log which another thread has meanwhile turned off.
     static void takeBack(ZTransferLog& log, const ZRef<ZLogBook>& book)
     {
         ZRef<ZLogBook> released; // destroyed after unlocking

@@ -12,8 +12,8 @@ namespace ZSpace {
 ///     ZTransferLog::useLogBook(ZRef<ZLogBook>(new ZLogBookFile(L"/var/log/mine.txt")));
 ///     ZTransferLog::log("started");
 ///
-/// Books may be exchanged and detached while other threads log. A line that has begun reaches the book that was
-/// attached then, and the last user of a book destroys it. A transfer log that was turned off stays allocated.
+/// Books may be exchanged and detached while other threads log. A line goes to the book that was attached when it
+/// began, and the last user of a book destroys it. A transfer log that was turned off stays allocated.
 class ZTransferLog : public ZLoggable {
 public:
     ~ZTransferLog() override;
@@ -25,8 +25,7 @@ public:
     static bool log(const char* text);
     /// Whether there is an active book.
     static bool isOn();
-    /// Whether the book refuses records at the moment. Aborts after a report through `z_dbg_error` if there is
-    /// no book.
+    /// Whether the book currently refuses records. Aborts after a report through `z_dbg_error` if there is no book.
     bool isInactive();
 
 private:

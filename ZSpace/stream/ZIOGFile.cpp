@@ -48,10 +48,9 @@ FILE* openDuplicate(int descriptor, const char* mode)
     return file;
 }
 
-/// The function that a call of the virtual `member` on `object` runs. The language has no means to ask, but
-/// the C++ ABI that all hosts share does: `object` begins with a pointer to its vtable, and a pointer to a
-/// virtual member begins with the offset of its entry there. (Where code may have odd addresses, the lowest
-/// bit is a flag.)
+/// The function that a call of the virtual `member` on `object` runs. C++ cannot tell, but the ABI that all
+/// hosts share can: `object` begins with a pointer to its vtable, and a pointer to a virtual member begins
+/// with the offset of its entry there. (Where code may have odd addresses, the lowest bit is a flag.)
 template <typename Class, typename Member>
 const void* finalOverrider(const Class& object, Member Class::*member) noexcept
 {
@@ -233,7 +232,8 @@ bool ZIOGFile<File, T, TX>::writeAsync(WriteCallback* callback, DataRef data)
         return Ex::writeAsync(callback, std::move(data));
     if (this->isWriting())
         return false;
-    // The stream may be destroyed before its thread starts. The file stays open: no destructor closes it.
+    // The stream may be destroyed before the thread starts. The file stays open, because no destructor closes
+    // it.
     const auto work = [stream = this, file = m_file](WriteCallback* toCall, const DataRef& toWrite) {
         const auto write = [file](T const* items, long count, long& written) {
             return writeTo(file, items, count, written);
@@ -261,7 +261,7 @@ int ZIOGFile<File, T, TX>::readFrom(File file, T* buffer, long count, long& got)
 {
     if (!file)
         return -1;
-    // The count is a signed 32-bit value by definition, so it wraps beyond 2 GiB.
+    // The count is defined as a signed 32-bit value, so it wraps beyond 2 GiB.
     got = count > 0 ? static_cast<int>(fread(buffer, 1, static_cast<std::size_t>(count), file)) : 0;
     return ferror(file);
 }
@@ -273,8 +273,7 @@ bool ZIOGFile<File, T, TX>::readAsync(ReadCallback* callback, long count)
         return Ex::readAsync(callback, count);
     if (this->isReading())
         return false;
-    // The destructors of derived classes may run before the one that waits, so the thread calls nothing
-    // virtual.
+    // Calls no virtual function: the destructors of derived classes may run before the one that waits.
     const auto work = [stream = this, file = m_file](ReadCallback* toCall, long toRead) {
         const auto read = [file](
                               T* buffer, long size, long& got) { return readFrom(file, buffer, size, got); };
@@ -311,7 +310,7 @@ long ZIOGFile<File, T, TX>::writeAtOnce(T const* data, long count) noexcept
             done += static_cast<std::size_t>(written);
         else if (written == 0 || errno != EINTR)
             return static_cast<long>(
-                done + fwrite(data + done, 1, size - done, m_file)); // sets the indicator
+                done + fwrite(data + done, 1, size - done, m_file)); // sets the error indicator
     }
     return count;
 }

@@ -17,15 +17,13 @@ namespace ZSpace {
 ///     file.close();
 ///
 /// The destructor does not close the file; call `close` first. It waits for an outstanding asynchronous read.
-/// An outstanding write goes on without the stream and needs only the file, which must then stay open; its
-/// callback must not use the stream pointer after the destruction. The same holds for derived classes that do
-/// not override `write`.
+/// An outstanding write continues without the stream: the file must stay open, and the callback must not use
+/// the stream pointer after the destruction. The same holds for derived classes that do not override `write`.
 ///
-/// Buffering, the end-of-file and error indicators, and the rule to flush or move between reading and writing
-/// are those of the C library. Child processes do not inherit the descriptor.
+/// Buffering, the end-of-file and error indicators, and the rule to flush or to set the position between
+/// reading and writing are those of the C library. Child processes do not inherit the descriptor.
 ///
-/// On a closed stream `EOS` returns true, `BOS` false, `State` and `close` 0, and everything else -1,
-/// whatever the arguments.
+/// On a closed stream `EOS` returns true, `BOS` false, `State` and `close` 0, and everything else -1.
 template <typename File = FILE*, typename T = char, typename TX = ZStreamTransaction>
 class ZIOGFile : public ZStreamEx<T, TX> {
     using Ex = ZStreamEx<T, TX>;
@@ -62,11 +60,11 @@ public:
     /// @return 0, or the error number (EINVAL for an unknown mode); the stream is then closed.
     virtual int open(wchar_t const* path, int mode);
     virtual int open(char const* path, int mode);
-    /// Closes the stream, then takes over an open descriptor. It is closed with the stream, and on failure. The
-    /// file is neither created nor truncated.
+    /// Closes the stream, then adopts an open descriptor: closes it with the stream, and on failure. The file is
+    /// neither created nor truncated.
     /// @return 0, or the error number (EINVAL for a mode that is unknown or does not suit the descriptor).
     int adopt(int descriptor, int mode);
-    /// The descriptor, still owned by the stream; -1 for a closed stream.
+    /// The descriptor, still owned by the stream; -1 if closed.
     [[nodiscard]] int descriptor() const noexcept { return m_file ? fileno(m_file) : -1; }
 
     /// @return 0, even if buffered data cannot be written: call `flush` first to find out.
@@ -105,22 +103,21 @@ public:
     /// `write` this is `ZStreamEx::writeAsync`: such a class must call `waitForWrite` in its destructor.
     bool writeAsync(WriteCallback* callback, DataRef data) override;
 
-    /// Turns buffering off: each `write` becomes one system call, whatever its length, and is continued if
-    /// the system takes only a part. For lines that several processes append to one file. Call it right after
-    /// `open`.
+    /// Turns buffering off: each `write` becomes one system call, whatever its length, and partial writes are
+    /// continued. For lines that several processes append to one file. Call it right after `open`.
     /// @return false if the stream is closed.
     bool writeThrough();
 
     /// Writes `count` items with a system call that bypasses the C library. Interrupted calls are repeated
-    /// and partial writes continued; failure sets the error indicator. The cheapest way to append where
-    /// nobody asks for the position, of which the C library does not learn. Only after `writeThrough`.
+    /// and partial writes continued; failure sets the error indicator. The fastest way to append, but the C
+    /// library does not learn of the new position. Only after `writeThrough`.
     /// @return the number of items written; 0 for a closed stream or a `count` below 1.
     long writeAtOnce(T const* data, long count) noexcept;
 
-    /// The error indicator: whether an operation has failed since the file was opened or the indicator
-    /// cleared. False for a closed stream.
+    /// Whether an operation has failed since the file was opened or the error indicator cleared. False for a
+    /// closed stream.
     [[nodiscard]] bool hasError() const noexcept { return m_file && ferror(m_file); }
-    /// Clears the error and end marks of the file.
+    /// Clears the error and end-of-file indicators.
     void clearError() noexcept
     {
         if (m_file)

@@ -11,7 +11,7 @@ namespace ZSpace {
 /// The transaction policy of all streams by default: it takes no lock and costs nothing.
 using ZStreamTransaction = TZThreadSafeTransaction<ZThreadPseudoLock_T<pthread_mutex_t>>;
 
-/// The base that both halves of a stream share: position, size, state and closing.
+/// The common base of both halves of a stream: position, size, state and closing.
 ///
 /// Streams take no lock: threads that share one need a lock of their own, for example
 /// `std::lock_guard guard(lock)` with a `ZThreadLock_T<pthread_mutex_t>` around each span of operations.
@@ -21,7 +21,7 @@ class ZStreamBase : public TX {
 public:
     // The order of the virtual operations is part of the interface, here and in all derived classes.
 
-    ZStreamBase(const ZStreamBase&) = delete; // a stream is one place in one file
+    ZStreamBase(const ZStreamBase&) = delete; // a stream has one position
     ZStreamBase& operator=(const ZStreamBase&) = delete;
     virtual ~ZStreamBase() = default;
 
@@ -31,7 +31,7 @@ public:
     virtual long long Size() = 0;
     /// Whether the position is the beginning.
     [[nodiscard]] virtual bool BOS() = 0;
-    /// Whether a read has hit the end; a position at the end is not enough.
+    /// Whether a read has reached the end; a position at the end is not enough.
     [[nodiscard]] virtual bool EOS() = 0;
     /// The position in items; -1 on failure.
     [[nodiscard]] virtual long long Position() = 0;
@@ -75,7 +75,7 @@ public:
 template <typename T = char, typename TX = ZStreamTransaction>
 class ZOutStream : public virtual ZStreamBase<TX> {
 public:
-    /// Writes `count` items and sets `written` to the number that was taken.
+    /// Writes `count` items and sets `written` to the number of items written.
     /// @return 0, or a status that the stream defines.
     virtual int write(T const* data, long count, long& written) = 0;
     /// Writes `count` items; a negative `count` means the length of the null-terminated string `data` (0 for

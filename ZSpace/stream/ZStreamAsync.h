@@ -22,17 +22,17 @@
 
 namespace ZSpace {
 
-/// A stream with operations that run later and report to a callback.
+/// A stream with operations that run in the background and report to a callback.
 ///
 ///     using Stream = ZStreamAsync<>;
 ///     auto show = zMakeDelegate<Stream::ReadCallback>(
 ///         [](Stream*, int status, long, char const* buffer, long got) { ... });
 ///     if (stream.readAsync(show.get(), 4096))
-///         show.release(); // the worker thread destroys it
+///         show.release(); // the worker thread now owns it
 ///
-/// Each request returns whether it was started; a refused one changes neither callback nor stream. Do not use
-/// the stream in other ways until the callback has returned, except that one read and one write may be
-/// outstanding at the same time.
+/// Each request returns whether it was started; a refused one changes neither callback nor stream. One read
+/// and one write may be outstanding at the same time; do not use the stream in other ways until the callback
+/// has returned.
 template <typename T = char, typename TX = ZStreamTransaction>
 class ZStreamAsync : public ZStream<T, TX> {
 public:
@@ -42,7 +42,7 @@ public:
     // The first argument of every callback is the stream.
     /// Receives a size or a position.
     using NumberCallback = ZDelegate2<void, ZStreamAsync*, long long>;
-    /// Receives an answer of yes or no.
+    /// Receives a yes or no.
     using FlagCallback = ZDelegate2<void, ZStreamAsync*, bool>;
     /// Receives a status.
     using StatusCallback = ZDelegate2<void, ZStreamAsync*, int>;
@@ -60,7 +60,7 @@ public:
     virtual bool SizeAsync(NumberCallback* callback) = 0;
     /// Asks whether the position is the beginning.
     virtual bool BOSAsync(FlagCallback* callback) = 0;
-    /// Asks whether a read has hit the end.
+    /// Asks whether a read has reached the end.
     virtual bool EOSAsync(FlagCallback* callback) = 0;
     /// Asks for the position.
     virtual bool PositionAsync(NumberCallback* callback) = 0;
@@ -87,23 +87,23 @@ public:
 ///
 /// One read and one write may be outstanding; further ones are refused until the callback has returned. The
 /// callback runs on the worker thread. If the system cannot create a thread, the request still returns true,
-/// but nothing is done, the callback is not called, and that of a read stays with its owner. If allocation
+/// but does nothing: the callback is not called, and that of a read stays with its owner. If allocation
 /// fails, the request throws `std::bad_alloc` before it starts anything.
 ///
 /// Before a module that contains this library or a callback is unloaded (`dlclose`), wait for its outstanding
 /// requests and close its streams: the threads run code of the module, and nothing else closes the files.
 ///
 /// The destructor waits for an outstanding read, unless the callback of that read destroys the stream. An
-/// outstanding write goes on. When this destructor runs, the members of derived classes are already gone: a
-/// class that implements `read` must call `waitForRead` in its own destructor, and one whose `write` uses the
-/// object must call `waitForWrite`.
+/// outstanding write continues. When this destructor runs, the members of derived classes are already
+/// destroyed: a class that implements `read` must call `waitForRead` in its own destructor, and one whose
+/// `write` uses the object must call `waitForWrite`.
 template <typename T = char, typename TX = ZStreamTransaction>
 class ZStreamEx : public ZStreamAsync<T, TX> {
     using Async = ZStreamAsync<T, TX>;
 
 public:
     using typename Async::DataRef;
-    /// Receives an answer of yes or no.
+    /// Receives a yes or no.
     using typename Async::FlagCallback;
     using typename Async::MoveCallback;
     /// Receives a size or a position.
@@ -139,8 +139,8 @@ public:
     /// Reads up to `count` items into a buffer of that size. If it cannot be allocated, the callback receives
     /// the status ENOMEM, a null buffer and no items.
     bool readAsync(ReadCallback* callback, long count) override;
-    /// Writes until everything is written or a write fails; the callback receives that status and the number
-    /// of items written before. An empty handle aborts after a report through `z_dbg_error`.
+    /// Writes until everything is written or a write fails; the callback receives the status and the number
+    /// of items written. An empty handle aborts after a report through `z_dbg_error`.
     bool writeAsync(WriteCallback* callback, DataRef data) override;
 
     /// Waits until no read is outstanding; the next `readAsync` is then not refused. Returns at once in the
@@ -172,12 +172,12 @@ protected:
     /// The body of a write, on the worker thread.
     void executeWrite(std::unique_ptr<WriteBinder> binder, WriteCallback* callback, DataRef data);
 
-    /// Calls `read`, a function like the stream's operation, and then `callback`, which it destroys. Does not
-    /// use `stream` itself, only passes it on.
+    /// Calls `read`, a function like the stream's operation, and then `callback`, which it destroys. Passes
+    /// `stream` on without using it.
     template <typename Read>
     static void readOnce(Read read, ZStreamEx* stream, ReadCallback* callback, long count);
-    /// Calls `write`, a function like the stream's operation, until everything is written or it fails, then
-    /// `callback`. Does not use `stream` itself, only passes it on.
+    /// Calls `write`, a function like the stream's operation, until everything is written or it fails, and
+    /// then `callback`. Passes `stream` on without using it.
     template <typename Write>
     static void writeAll(Write write, ZStreamEx* stream, WriteCallback* callback, const DataRef& data);
 
@@ -241,7 +241,7 @@ template <typename T, typename TX>
 void ZStreamEx<T, TX>::executeWrite(
     std::unique_ptr<WriteBinder> binder, WriteCallback* callback, DataRef data)
 {
-    static_cast<void>(data->Count()); // an empty handle is reported here, where the mistake is
+    static_cast<void>(data->Count()); // reports an empty handle in the call that passed it
     execute<WriteCallback*, DataRef>(Operation::Write, std::move(binder), callback, std::move(data));
 }
 

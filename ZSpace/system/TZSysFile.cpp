@@ -20,7 +20,7 @@ namespace ZSpace {
 
 namespace {
 
-/// A path as system calls take it: narrow and never null.
+/// A path as system calls need it: narrow and never null.
 class SystemPath {
 public:
     explicit SystemPath(const char* path) noexcept
@@ -58,9 +58,8 @@ bool isKind(const char* path, mode_t kind) noexcept
     return stat(path, &status) == 0 && (status.st_mode & S_IFMT) == kind;
 }
 
-/// Whether `stat` reports a directory. Most entries already tell that they are neither one nor a link to one.
-/// An entry that is one may still be out of reach: without search permission, or as an unreachable mount
-/// point.
+/// Whether `stat` reports a directory. The type of most entries rules that out without a call. `stat` itself
+/// may fail for a directory: without search permission, or for an unreachable mount point.
 bool isReachableDirectory(DIR* directory, const dirent& entry) noexcept
 {
     if (entry.d_type != DT_DIR && entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
@@ -146,7 +145,7 @@ bool isSameFile(const struct stat& one, const struct stat& other) noexcept
     return S_ISREG(one.st_mode) && one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-/// Truncates a regular file. An empty one needs that only for its modification time, which writing sets
+/// Truncates a regular file. If it is empty, only the modification time needs that, and writing sets it
 /// anyway.
 bool truncate(const Descriptor& target, const struct stat& status, bool willBeWritten) noexcept
 {
@@ -287,10 +286,10 @@ int TZSysFile<T>::copyFile(const T* from, const T* to)
     struct stat ofSource;
     if (!source || fstat(source.number(), &ofSource) != 0)
         return s_sourceNotOpened;
-    // Truncated only when known to be another file. A check before opening could be outdated by then.
+    // Opened without O_TRUNC, because it may be the source. A check before opening could be outdated by then.
     Descriptor target(targetPath, O_WRONLY | O_CREAT);
     struct stat ofTarget;
-    if (!target) // perhaps since a read-only file is copied onto itself
+    if (!target) // perhaps a read-only file that is copied onto itself
         return stat(targetPath, &ofTarget) == 0 && isSameFile(ofSource, ofTarget) ? 0 : s_targetNotOpened;
     if (fstat(target.number(), &ofTarget) != 0)
         return s_targetNotOpened;
@@ -301,7 +300,7 @@ int TZSysFile<T>::copyFile(const T* from, const T* to)
     const bool isCopied = Host::copyContents(source.number(), target.number()) == 0;
     if (target.close() && isCopied)
         return 0;
-    if (S_ISREG(ofTarget.st_mode)) // devices, fifos and the like hold no partial copy
+    if (S_ISREG(ofTarget.st_mode)) // devices, fifos and the like keep no partial copy
         unlink(targetPath);
     return s_copyFailed;
 }

@@ -10,14 +10,14 @@
 
 namespace ZSpace {
 
-/// A flag that may be unknown. All other numbers mean unknown, too.
+/// A flag that may be unknown. All other numbers mean unknown as well.
 enum class ZTRISTATE : int {
     No = 0,
     Yes = 1,
     Unknown = -1,
 };
 
-/// File-system operations on paths; an object is a directory entry that caches what it has looked up.
+/// File-system operations on paths; an object is a directory entry that caches what it looks up.
 ///
 ///     ZList<TZSysFile<char>> entries;
 ///     if (TZSysFile<char>::readDirectory("/var/log", entries) == 0)
@@ -28,9 +28,9 @@ enum class ZTRISTATE : int {
 /// strings from the system are widened byte by byte. A null path counts as empty.
 ///
 /// Operations return 0 or an error number unless stated otherwise, and throw nothing but `std::bad_alloc`. If
-/// allocation fails while a string is converted or appended to, they call `std::terminate` as the strings do.
-/// They may be called from any thread; `changeDirectory` affects the whole process. An object must be
-/// used by one thread at a time, even if const, because it caches size and times.
+/// allocation fails while a string is converted or appended to, they call `std::terminate` like the string
+/// classes. They may be called from any thread; `changeDirectory` affects the whole process. An object must
+/// be used by one thread at a time, even if const, because it caches size and times.
 template <typename T>
 class TZSysFile {
 public:
@@ -40,9 +40,9 @@ public:
     static constexpr int s_sourceNotOpened = 0x0F000004;
     /// `copyFile`: the target cannot be opened.
     static constexpr int s_targetNotOpened = 0x0F000005;
-    /// The results of operations that are not implemented.
+    /// What operations return that are not implemented.
     static constexpr int s_notImplemented = static_cast<int>(0x80000000);
-    /// Listing: neither a pattern nor a kind was asked for.
+    /// What listing by pattern returns, which is not implemented.
     static constexpr int s_noPatterns = -1;
 
     // Directories
@@ -84,7 +84,7 @@ public:
     static int removeFile(const T* path);
     /// Copies the content only. A file copied onto itself does not change. If reading or writing fails, the
     /// target is removed.
-    /// @return 0 or one of the three codes above.
+    /// @return 0 or one of the three error codes above.
     static int copyFile(const T* from, const T* to);
 
     // Queries; they follow links
@@ -104,8 +104,8 @@ public:
     /// As `lastAccessTimeOf`, for the last change of the content.
     static int lastChangeTimeOf(const T* path, ZTime& time);
 
-    // Not implemented: they change nothing and return `s_notImplemented`, except for `setCreationTimeOf`,
-    // which returns 0.
+    // Not implemented: these change nothing and return `s_notImplemented`, except that `setCreationTimeOf`
+    // returns 0.
 
     /// Not implemented.
     static int getAttributes(const T* path, unsigned long long& attributes);
@@ -131,7 +131,7 @@ public:
     // Directory entries
 
     /// Looks up the kind if `directory` is unknown, and nothing else. A size below 1 and cleared times mean
-    /// not yet known.
+    /// that they are not yet known.
     TZSysFile(ZStrToken<T> path, ZTRISTATE directory, unsigned long long attributes, long long size,
         const ZTime& created, const ZTime& accessed, const ZTime& modified);
 
@@ -151,21 +151,21 @@ public:
     /// Whether this entry is a directory, as far as it is known.
     [[nodiscard]] bool isDirectory() const { return m_isDirectory != 0; }
 
-    /// Looks the size up until it is above 0, then caches it.
+    /// Looks up the size until it is above 0, then caches it.
     long long Size() const;
     /// As given at construction; never looked up.
     [[nodiscard]] unsigned long long Attributes() const { return m_attributes; }
     /// Never looked up.
     [[nodiscard]] ZTime TimeCreated() const { return m_created; }
-    /// Look the time up until that succeeds, then cache it.
+    /// Looks up the time until that succeeds, then caches it.
     ZTime TimeAccessed() const;
     /// The time of the last change of the content.
     ZTime TimeModified() const;
-    /// Sets the remembered time of creation; the file stays as it is.
+    /// Sets the cached creation time; does not change the file.
     void TimeCreated(const ZTime& time) { m_created = time; }
-    /// Sets the remembered time of the last access; the file stays as it is.
+    /// Sets the cached access time; does not change the file.
     void TimeAccessed(const ZTime& time) { m_accessed = time; }
-    /// Sets the remembered time of the last change; the file stays as it is.
+    /// Sets the cached modification time; does not change the file.
     void TimeModified(const ZTime& time) { m_modified = time; }
 
     /// Moves the file; this object keeps the old path.

@@ -80,7 +80,7 @@ ZMStr<wchar_t> ZAppContext::getEnv(const char* name)
     const ZStrToken<char> value(name ? std::getenv(name) : nullptr);
     if (value.isEmpty())
         return {};
-    ZMStr<wchar_t> result(value.Length() + 1); // throws if there is no memory; a conversion would terminate
+    ZMStr<wchar_t> result(value.Length() + 1); // throws if allocation fails; a conversion would terminate
     result.appendValueOf(static_cast<const char*>(value), value.Length());
     return result;
 }

@@ -31,7 +31,7 @@ public:
     ZAppContext& operator=(const ZAppContext&) = default;
     virtual ~ZAppContext();
 
-    /// Records the calling thread as main thread, appends the executable's path to `Path()`, and sets the
+    /// Records the calling thread as the main thread, appends the executable's path to `Path()`, and sets the
     /// exit value to 0.
     void loadProcessData();
     /// Updates the process id, which changes in a child created by `fork`.
@@ -51,7 +51,7 @@ public:
     /// As `Arg`.
     [[nodiscard]] ZGStr<wchar_t> ArgW(long index) const;
 
-    /// The full path of the executable; empty if the system does not know it.
+    /// The full path of the executable; empty if it cannot be determined.
     [[nodiscard]] ZMStr<wchar_t> Path() const { return m_path; }
     /// Whether the calling thread is the recorded main thread.
     [[nodiscard]] bool isMainThread() const noexcept;

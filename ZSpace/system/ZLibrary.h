@@ -13,7 +13,7 @@ public:
     /// A function of a library; cast it to its real type.
     using Callable = int (*)();
 
-    /// Copies both strings; stores handle and function.
+    /// Copies both strings; stores the handle and the function.
     ZLibraryResource(const wchar_t* path, const wchar_t* name, void* handle, Callable function);
 
     /// Does nothing on this platform and returns 0.

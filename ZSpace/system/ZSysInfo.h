@@ -30,7 +30,7 @@ public:
     ZSysInfoObject(const wchar_t* key, const wchar_t* name, const ValueHandle& value);
     /// An object with a list of values.
     ZSysInfoObject(const wchar_t* key, const wchar_t* name, const ValueList& values);
-    /// An object with a pointer of the host's.
+    /// An object with a native pointer.
     ZSysInfoObject(const wchar_t* key, const wchar_t* name, void* native);
     /// An object with further objects by key.
     ZSysInfoObject(const wchar_t* key, const wchar_t* name, const ZSysInfoKeyMap& keys);
@@ -67,9 +67,9 @@ public:
     ZSysInfoProvider& operator=(const ZSysInfoProvider&) = delete;
     virtual ~ZSysInfoProvider();
 
-    /// The key of what this provider provides.
+    /// The key of this provider's facts.
     [[nodiscard]] virtual const wchar_t* Key() const = 0;
-    /// The display name of what this provider provides.
+    /// The display name of this provider's facts.
     [[nodiscard]] virtual const wchar_t* Name() const = 0;
     /// Updates cached facts.
     virtual void refreshInfo() = 0;
@@ -82,15 +82,15 @@ public:
     virtual unsigned int getObject(const wchar_t* key, ZRef<ZSysInfoObject>& out) = 0;
 
 protected:
-    /// Makes an object; see its constructors.
+    /// Creates an object; see its constructors.
     static ZRef<ZSysInfoObject> createObject(
         const wchar_t* key, const wchar_t* name, const ZSysInfoObject::ValueHandle& value);
-    /// Makes an object; see its constructors.
+    /// Creates an object; see its constructors.
     static ZRef<ZSysInfoObject> createObject(
         const wchar_t* key, const wchar_t* name, const ZSysInfoObject::ValueList& values);
-    /// Makes an object; see its constructors.
+    /// Creates an object; see its constructors.
     static ZRef<ZSysInfoObject> createObject(const wchar_t* key, const wchar_t* name, void* native);
-    /// Makes an object; see its constructors.
+    /// Creates an object; see its constructors.
     static ZRef<ZSysInfoObject> createObject(
         const wchar_t* key, const wchar_t* name, const ZSysInfoKeyMap& keys);
 };

@@ -28,9 +28,9 @@ constexpr const wchar_t* s_defaultTempDirectory = L"/tmp";
 constexpr const wchar_t* s_logDirectoryName = L"CdLogs";
 constexpr unsigned int s_unknownKey = 0xFFFFFFFF;
 
-// Strings call `std::terminate` when an append finds no memory, and only their construction throws. Setting up logging
-// must not end a program, so what is needed there is appended to buffers that are large enough. An append that fills a
-// buffer completely reallocates it, so each has one character to spare.
+// An append that fails to allocate calls `std::terminate`, while a constructor throws. Setting up logging must not end a
+// program, so strings are appended to large enough buffers, each with one spare character: an append that fills a buffer
+// completely reallocates it.
 
 /// A copy of `path` that ends with a separator, with the capacity for `extra` more characters.
 ZMStr<wchar_t> withSeparator(const ZStrToken<wchar_t>& path, long extra = 0)

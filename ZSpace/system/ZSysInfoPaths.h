@@ -21,7 +21,7 @@ inline constexpr const wchar_t* Z_SYS_ENV_PATH_SEPW = L"/";
 inline constexpr const char* Z_SYS_ENV_PATH_SELF = "./";
 /// The current directory.
 inline constexpr const wchar_t* Z_SYS_ENV_PATH_SELFW = L"./";
-/// The home directory of a user who has none.
+/// The home directory if HOME is empty.
 inline constexpr const wchar_t* Z_SYS_ALT_HOMEDIR = L"./";
 
 /// Keys and display names of the path facts. Maps compare keys by address, so look them up with these.
@@ -53,8 +53,8 @@ public:
     void refreshInfo() override;
     void releaseInfo() override;
     void getKeys(ZSysInfoKeyMap& keys) const override;
-    /// Knows the keys of the two directories, and that of the group, whose fact is a map of the two. Compares
-    /// keys as strings.
+    /// Knows the keys of the two directories, and `ZSysInfoPath_Paths`, whose fact is a map of the two.
+    /// Compares keys as strings.
     /// @return 0, or 0xFFFFFFFF for any other key; `out` is then unchanged.
     unsigned int getObject(const wchar_t* key, ZRef<ZSysInfoObject>& out) override;
 

@@ -47,8 +47,8 @@ BookLock::Stripe& BookLock::stripe() noexcept
     return m_stripes[own.index];
 }
 
-/// The owner needs only a few instructions, unless the scheduler has stopped it. A sleep lets it go on whatever the
-/// priorities.
+/// The owner needs only a few instructions, unless it has been preempted. Sleeping lets it continue whatever its
+/// priority.
 void BookLock::Stripe::lock() noexcept
 {
     constexpr int attempts = 100;

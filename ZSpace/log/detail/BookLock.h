@@ -9,11 +9,11 @@
 
 namespace ZSpace::detail {
 
-/// Guards which book a loggable refers to, so that a book can be exchanged while other threads log.
+/// Guards the references of loggables to their books, so that books can be exchanged while other threads log.
 ///
 /// The lock is split into stripes. A thread that takes a reference to the book locks one stripe, usually its own, so
-/// threads that log do not contend; a thread that exchanges a book locks all. No section calls foreign code, waits
-/// or takes another lock.
+/// threads that log do not contend; a thread that exchanges a book locks all. No critical section calls foreign code,
+/// waits or takes another lock.
 class BookLock {
 public:
     static BookLock& instance() noexcept;

@@ -35,8 +35,8 @@ Conversion nextConversion(const char* format) noexcept
     return {percent, skip(percent + 1, "0123456789$*.-+ #'IhlqLjzZt")};
 }
 
-/// What replaces a `%n`: a string of at most 0 characters, which is never read, for its argument and for each
-/// "*" in it.
+/// The replacement for a `%n`: for its argument and for each "*" in it, a string conversion of at most 0
+/// characters, which never reads the string.
 std::string replacementOf(const Conversion& conversion)
 {
     constexpr const char* empty = "%.0s";
@@ -87,7 +87,8 @@ void formatBounded(char* to, std::size_t size, const char* format, std::va_list 
     std::va_list again;
     va_copy(again, arguments);
     if (std::vsnprintf(to, size, storeless.get(), arguments) < 0) {
-        // Libraries differ in whether they terminate what they had formatted: over zeros it is terminated.
+        // C libraries differ in whether they terminate what they had formatted, so the second try starts with
+        // zeros.
         std::memset(to, 0, size);
         static_cast<void>(std::vsnprintf(to, size, storeless.get(), again));
     }

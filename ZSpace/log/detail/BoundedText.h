@@ -10,8 +10,8 @@
 
 namespace ZSpace::detail {
 
-/// A printf format in which each `%n` is replaced by a conversion that takes the same argument and neither
-/// stores nor prints anything: whoever controls a format must not be able to write to memory.
+/// A printf format in which each `%n` is replaced by a conversion that takes the same argument but neither
+/// stores nor prints anything: a format must not be able to write to memory.
 class StorelessFormat {
 public:
     /// Allocates only for a format that contains `%n`. Throws `std::bad_alloc` if that fails.
@@ -28,8 +28,8 @@ private:
     std::string m_rewritten; // empty if the caller's format is used
 };
 
-/// Formats into an array of `size` bytes and cuts, without notice, what does not fit. A null format is empty. If
-/// the C library gives up, the array holds what it had formatted until then.
+/// Formats into an array of `size` bytes and truncates the output to fit. A null format counts as empty. If formatting
+/// fails, the array holds the output up to the failure.
 void formatBounded(char* to, std::size_t size, const char* format, std::va_list arguments);
 
 /// A formatted string on the stack, cut to its first `size` - 1 bytes.
@@ -51,7 +51,8 @@ public:
     [[nodiscard]] const char* get() const noexcept { return m_text; }
 
 private:
-    /// The most frequent format does not need the formatter, and a string that fits is not even copied.
+    /// The most frequent format, a string alone, bypasses the formatter; a string that fits is not even
+    /// copied.
     void takeString(std::va_list arguments) noexcept
     {
         std::va_list copy;

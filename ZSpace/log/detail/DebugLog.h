@@ -5,6 +5,6 @@
 
 #include <atomic>
 
-/// 1 when debug lines are written. Set by `CNSInitLog` and never cleared. Declared apart from the front end
+/// 1 if debug lines are written. Set by `CNSInitLog` and never cleared. Declared apart from the front end
 /// because `ZLoggable` reads it, too.
 extern std::atomic<unsigned char> debugLogEnabled;

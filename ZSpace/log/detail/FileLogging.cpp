@@ -17,7 +17,7 @@ namespace ZSpace {
 
 namespace {
 
-/// Logging must never stop a program: whatever its set-up throws is dropped here.
+/// Logging must never stop a program: ignores whatever its set-up throws.
 template <typename SetUp>
 void dropFailures(SetUp setUp) noexcept
 {
@@ -27,7 +27,7 @@ void dropFailures(SetUp setUp) noexcept
     }
 }
 
-/// Opens a report file relative to its directory, so that nothing another user has planted there is used.
+/// Opens a report file relative to its directory, so that nothing that another user has put there is used.
 /// @return the descriptor, or a negative error number.
 int openReport(const char* path)
 {
@@ -48,7 +48,7 @@ int openReport(const char* path)
 void useLogDirectory(const char* directory) noexcept
 {
     dropFailures([=] {
-        // Appended to a buffer of sufficient size, because only construction throws if there is no memory.
+        // Appended to a large enough buffer: an append that allocates would terminate instead of throwing.
         const ZStrToken<char> path(directory);
         ZMStr<wchar_t> wide(path.Length() + 1);
         wide.appendValueOf(static_cast<const char*>(path), path.Length());
@@ -64,7 +64,7 @@ void enableFileLogging(const char* tag) noexcept
         const ZGStr<wchar_t> wide = ZSysInfoPaths::getNewLogFileNameW(prefix, ".txt");
         ZMStr<char> path(wide.length() + 1);
         path.appendValueOf(static_cast<const wchar_t*>(wide), wide.length());
-        // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): what it throws is dropped above
+        // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): ignored by the caller
         ZTransferLog::useLogBook(ZRef<ZLogBook>(new ZLogBookFile(ZLogBookFile::OpenFile{openReport(path)})));
     });
 }

@@ -22,7 +22,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds s_patience(100);
+constexpr std::chrono::milliseconds s_timeout(100);
 
 /// The locks of all books that exist.
 class LiveLocks {
@@ -54,7 +54,7 @@ public:
     void beforeFork() noexcept
     {
         m_mutex.lock();
-        const Clock::time_point end = Clock::now() + s_patience;
+        const Clock::time_point end = Clock::now() + s_timeout;
         for (Entry& entry : entries())
             entry.isHeld = tryLockUntil(*entry.mutex, end);
         BookLock::instance().lock();
@@ -75,7 +75,7 @@ public:
             if (entry.isHeld)
                 freeInChild(*entry.mutex);
             else
-                std::construct_at(entry.mutex); // held by a thread that is not in the child
+                std::construct_at(entry.mutex); // its owner does not exist in the child
         }
         m_mutex.unlock();
     }
@@ -104,7 +104,7 @@ private:
 
     [[nodiscard]] std::span<Entry> entries() noexcept { return {m_locks, m_count}; }
 
-    /// Without exceptions, so that making a book stays possible where memory is short.
+    /// Does not throw, so that a book can be created even if this allocation fails.
     bool grow() noexcept
     {
         const std::size_t capacity = 2 * m_capacity + 16;
@@ -122,7 +122,7 @@ private:
     std::size_t m_capacity = 0;
 };
 
-/// Registers the handlers before the first line, which may need no book.
+/// Registers the handlers before the first line is logged, which may need no book.
 [[maybe_unused]] const LiveLocks& s_registered = LiveLocks::instance();
 
 } // namespace

@@ -7,16 +7,16 @@
 
 #include <pthread.h>
 
-/// Keeps the locks of the log usable in a child that is forked while other threads log: `fork` holds them all, so
-/// that nothing is copied in the middle of a change, and the child gets free ones.
+/// Keeps the locks of the log usable in a child that is forked while other threads log: all locks are held during
+/// `fork`, so that no change is copied half-done, and are free in the child.
 ///
-/// A thread that is stuck in a write, for example to a pipe that nobody reads, keeps its book's lock. It delays
-/// `fork` by a tenth of a second.
+/// A thread that is stuck in a write, for example to a pipe without a reader, keeps its book's lock. It delays `fork`
+/// by a tenth of a second.
 namespace ZSpace::detail {
 
 using BookMutex = ZThreadLock_T<pthread_mutex_t>;
 
-/// Includes the lock of a book until `leaveForkSafety`. Best effort: not included if allocation fails.
+/// Adds the lock of a book until `leaveForkSafety`. Best effort: does nothing if allocation fails.
 void enterForkSafety(BookMutex& mutex) noexcept;
 void leaveForkSafety(BookMutex& mutex) noexcept;
 

@@ -106,7 +106,7 @@ void appendString(LogLine& line, const wchar_t* text)
     line.append('"');
 }
 
-/// A null pointer is no value for a C string; for a string it is the empty one.
+/// A null pointer means no value for a C string, and an empty string for a `ZGStr`.
 template <typename T>
 void appendCString(LogLine& line, const T* text)
 {
@@ -133,7 +133,7 @@ void appendReal(LogLine& line, double number, const char* format)
     std::snprintf(digits, sizeof digits, format, number);
     for (char* c = digits; *c; ++c) {
         if (!std::strchr("0123456789+-eE", *c))
-            *c = '.'; // whatever the locale has for a decimal point
+            *c = '.'; // the locale's decimal point may be another character
     }
     append(line, digits);
 }

@@ -10,8 +10,8 @@ class ZLoggable;
 
 namespace detail {
 
-/// The book that the calling thread's next record through `borrower` goes to, whatever book that has by then: a line
-/// of the front end reaches the book that was attached when it began. Null pointers if there is no such line.
+/// The destination of the calling thread's next record through `borrower`, even if another book is attached by then: a
+/// line of the front end goes to the book that was attached when it began. Null pointers if there is no such line.
 struct LentBook {
     const ZLoggable* borrower = nullptr;
     ZLogBook* book = nullptr;

@@ -7,7 +7,7 @@
 
 namespace ZSpace::detail {
 
-/// A file that lines are appended to, without the C library's buffer. For one thread at a time.
+/// A file that lines are appended to without a buffer. Must be used by one thread at a time.
 class LineFile {
 public:
     LineFile() noexcept = default;
@@ -22,7 +22,7 @@ public:
 
     /// The size in bytes; 0 for a closed file.
     [[nodiscard]] long long size() const noexcept;
-    /// Appends a line with one `write`. Ends a line that was cut before.
+    /// Appends a line with one `write`. Ends a line that was cut before with a line feed.
     void append(const char* line, long length) noexcept;
 
 private:

@@ -21,14 +21,14 @@ constexpr long s_milliseconds = s_secondLength + 1;
 constexpr long s_thread = s_milliseconds + 3 + 1;
 constexpr long s_prefixCapacity = s_thread + 7 + 8 + 2; // "Thread[", 32 bits and "]:"
 
-/// The beginning of one thread's lines, and what it was formatted for.
+/// The beginning of one thread's lines, and the second and thread that it was formatted for.
 struct Prefix {
     char text[s_prefixCapacity] = {};
     long length = 0; // with the colon
     unsigned int thread = 0;
     time_t second = 0;
-    bool hasThread = false; // every number, 0 included, may be that of a thread
-    bool hasSecond = false; // the clock may stand at 0
+    bool hasThread = false; // any number, including 0, may be a thread's
+    bool hasSecond = false; // any second, including 0, may be the clock's
 };
 thread_local constinit Prefix t_prefix;
 
@@ -74,7 +74,7 @@ Prefix& prefixOfThread() noexcept
     return prefix;
 }
 
-/// The capacity that the text form of any value needs, except for the kinds of variable length.
+/// The capacity that suffices for the text form of any value, except for the kinds of variable length.
 constexpr long s_printedCapacity = 64;
 
 long printedLength(const TZValueBase<ZTypeId>& value) noexcept
@@ -149,7 +149,7 @@ void LogLine::appendRecord(const ZLogRecord& record)
     append('\n');
 }
 
-/// Keeps the low 8 bits of each unit and stops where those are 0, as narrow strings do.
+/// Keeps the low 8 bits of each unit and stops at the first unit where those are 0, as narrow strings do.
 void LogLine::appendNarrowed(const wchar_t* characters)
 {
     for (; characters && static_cast<char>(*characters); ++characters)
@@ -165,7 +165,7 @@ void LogLine::appendInteger(Integer number)
     append(digits, decimal.length());
 }
 
-/// Strings terminate the process when an append finds no memory, and only their construction throws. So the
+/// Appending to a string calls `std::terminate` if allocation fails, while its construction throws. So the
 /// buffer is made large enough first.
 void LogLine::appendPrinted(const TZValueBase<ZTypeId>& value)
 {

@@ -12,17 +12,17 @@
 
 namespace ZSpace::detail {
 
-/// "Thread[1a03]": the calling thread's number in hexadecimal without leading zeros. Points into storage of
-/// the calling thread.
+/// "Thread[1a03]": the calling thread's number in hexadecimal without leading zeros. The result views
+/// thread-local storage.
 [[nodiscard]] ZStrToken<char> threadId() noexcept;
 
 /// The beginning of a line: "2026-03-04T05:06:07.089 Thread[1a03]:", the current time in UTC and the calling
-/// thread. Points into storage of the calling thread, which its next call overwrites.
+/// thread. The result views thread-local storage, which the thread's next call overwrites.
 ///
 /// Reads the clock once. Formats the second and the thread only when they have changed.
 [[nodiscard]] ZStrToken<char> linePrefix() noexcept;
 
-/// A line under construction. Up to 1,024 bytes it stays on the stack; a longer one moves to the heap.
+/// A line under construction. Up to 1,024 bytes are stored on the stack; longer lines move to the heap.
 ///
 /// Appending throws `std::bad_alloc` if allocation fails.
 class LogLine {

@@ -18,13 +18,13 @@ namespace {
 constexpr std::size_t s_spareCount = 8;
 constexpr long s_largestCapacity = 15;
 
-/// The kinds whose content is overwritten by a plain assignment.
+/// The kinds whose content can be overwritten by plain assignment.
 constexpr ZTypeId s_plainKinds = ZTypeId_bool | ZTypeId_unsigned_char | ZTypeId_signed_char
     | ZTypeId_unsigned_short | ZTypeId_short | ZTypeId_unsigned_int | ZTypeId_int | ZTypeId_unsigned_long_long
     | ZTypeId_long_long | ZTypeId_float | ZTypeId_double | ZTypeId_char | ZTypeId_wchar_t | ZTypeId_cstring
     | ZTypeId_wcstring | ZTypeId_time | ZTypeId_guid;
 
-/// The kind of a value that can be used again; none otherwise.
+/// The kind of a value that can be reused; none otherwise.
 ZTypeId reusableKindOf(const ZRef<LogValue>& value) noexcept
 {
     if (value.RefCount() != 1 || !value->Name().isEmpty())
@@ -33,7 +33,6 @@ ZTypeId reusableKindOf(const ZRef<LogValue>& value) noexcept
     return (type & s_plainKinds) && value->Content() ? type : ZTypeId_none;
 }
 
-/// What one thread keeps.
 struct Spares {
     void keep(std::unique_ptr<ZRef<LogValue>> value) noexcept
     {
@@ -43,7 +42,7 @@ struct Spares {
         values[place] = std::move(value);
     }
 
-    /// The list of a record: empty, or with the one value that it had.
+    /// The list of a finished record, either empty or with its only value.
     LogValues list;
     std::array<std::unique_ptr<ZRef<LogValue>>, s_spareCount> values;
     std::size_t count = 0;
@@ -52,14 +51,14 @@ struct Spares {
 
 struct ThreadSpares {
     Spares* spares = nullptr;
-    bool isUnavailable = false; // the thread is ending, or there was no memory
+    bool isUnavailable = false; // the thread is ending, or allocation has failed
 };
 thread_local constinit ThreadSpares t_own;
 
 /// Frees a thread's spares when the thread ends.
 ///
-/// A key of the system instead of a thread-local object with a destructor, because the C library ends the program if it
-/// has no memory for registering such a destructor.
+/// Uses a key instead of a thread-local object with a destructor, because the C library aborts if it cannot allocate the
+/// registration of such a destructor.
 class ThreadEnd {
 public:
     ThreadEnd() noexcept
@@ -68,7 +67,7 @@ public:
     }
     ThreadEnd(const ThreadEnd&) = delete; // one for the process
     ThreadEnd& operator=(const ThreadEnd&) = delete;
-    /// Before a plug-in's code is unloaded, which threads that end later must not call.
+    /// Runs before a plug-in is unloaded, because threads that end later must not call its code.
     ~ThreadEnd()
     {
         if (m_isValid.exchange(false))
@@ -91,7 +90,7 @@ private:
     std::atomic<bool> m_isValid;
 };
 
-/// Creates the calling thread's spares at their first use.
+/// Creates the calling thread's spares on first use.
 Spares* makeSpares() noexcept
 {
     static ThreadEnd s_threadEnd;

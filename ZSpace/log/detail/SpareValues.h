@@ -9,25 +9,23 @@
 
 #include <memory>
 
-/// The heap blocks of a thread's finished records, kept for its next ones: most records look like the one before.
+/// Keeps heap blocks of a thread's finished records for its next ones, since most records resemble the one before.
 namespace ZSpace::detail {
 
 using LogValue = TZValueBase<ZTypeId>;
 using LogValues = ZList<ZRef<LogValue>>;
 
-/// Fills an empty list that has no capacity with one value of the kind `type`, as `takeSpareValue` returns it, if the
-/// thread's last record had just such a value.
+/// Adds to an empty list without capacity one value of the kind `type`, as `takeSpareValue` returns it. Returns false
+/// if the thread's last record was not a single such value.
 [[nodiscard]] bool takeSpareRecord(LogValues& values, ZTypeId type) noexcept;
 
-/// A value of the kind `type`, unnamed and referenced by nobody else, whose content is to be overwritten. Null if
-/// the thread has none.
+/// An unnamed value of the kind `type`, to be overwritten, that nothing else refers to. Null if the thread has none.
 [[nodiscard]] std::unique_ptr<ZRef<LogValue>> takeSpareValue(ZTypeId type) noexcept;
 
-/// Gives capacity to an empty list that has none, if the thread has some to spare.
+/// Transfers spare capacity of the thread, if any, to an empty list that has none.
 void takeSpareCapacity(LogValues& values) noexcept;
 
-/// Empties a list. Keeps what the next records can use: its capacity, and each value of fixed size that nobody else
-/// refers to.
+/// Empties a list. Keeps its capacity, and each value of fixed size that nothing else refers to, for the next records.
 void recycle(LogValues& values) noexcept;
 
 } // namespace ZSpace::detail

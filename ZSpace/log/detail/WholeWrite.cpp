@@ -91,7 +91,7 @@ long writeWhole(int descriptor, const char* bytes, long count, SignalRisk risk) 
 void appendLine(int descriptor, const char* line, long length, SignalRisk risk, bool& isLastLineCut) noexcept
 {
     if (isLastLineCut && writeWhole(descriptor, "\n", 1, risk) == 0)
-        return; // still no space: this line would be lost, too
+        return; // still no space on the disk, so this line is lost, too
     const long written = writeWhole(descriptor, line, length, risk);
     isLastLineCut = written > 0 && written < length;
 }

@@ -10,12 +10,12 @@ namespace ZSpace::detail {
 /// Whether writing to a descriptor may raise SIGPIPE or SIGXFSZ.
 enum class SignalRisk : bool { No, Yes };
 
-/// Looks at the descriptor once: writing to a regular file raises no signal unless the process has a file size
-/// limit. A limit that is set later is not noticed.
+/// Checks the descriptor once: writing to a regular file raises no signal unless the process has a file size limit.
+/// Does not notice a limit that is set later.
 [[nodiscard]] SignalRisk signalRiskOf(int descriptor) noexcept;
 
-/// Blocks SIGPIPE and SIGXFSZ in the calling thread while it lives, and then discards those that were raised
-/// meanwhile. The dispositions, which belong to the whole process, stay as they are.
+/// Blocks SIGPIPE and SIGXFSZ in the calling thread during its lifetime, then discards those raised
+/// meanwhile. The dispositions, which belong to the whole process, do not change.
 class SignalShield {
 public:
     SignalShield() noexcept;
@@ -32,7 +32,7 @@ private:
 /// @return the number of bytes written, less than `count` after an error.
 long writeWhole(int descriptor, const char* bytes, long count, SignalRisk risk) noexcept;
 
-/// Appends a line with one `write`. A line that was cut by an error is ended by a line feed before the next one.
+/// Appends a line with one `write`. Ends a line that an error has cut with a line feed before the next one.
 void appendLine(int descriptor, const char* line, long length, SignalRisk risk, bool& isLastLineCut) noexcept;
 
 } // namespace ZSpace::detail

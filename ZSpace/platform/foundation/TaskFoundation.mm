@@ -34,8 +34,7 @@ void endFailedChild(void*)
 {
     if (t_launcher == 0 || getpid() == t_launcher)
         return; // an ordinary end of the thread
-    t_isRegistered =
-        false; // `exit` has removed the registration from the memory shared with this process
+    t_isRegistered = false; // `exit` has removed the registration from the memory shared with this process
     _exit(EXIT_FAILURE);
 }
 

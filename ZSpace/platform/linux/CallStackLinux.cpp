@@ -63,7 +63,7 @@ struct Module {
     std::uintptr_t bias = 0; // the address in memory minus the address in the file
 };
 
-/// Without a string: nothing may throw through `dl_iterate_phdr`, which holds the loader's lock.
+/// Contains no string, because nothing may throw through `dl_iterate_phdr`, which holds the loader's lock.
 struct ModuleSearch {
     std::uintptr_t address;
     const char* path = "";

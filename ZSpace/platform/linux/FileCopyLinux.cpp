@@ -13,13 +13,13 @@ namespace ZSpace::Host {
 namespace {
 
 // The kernel's own limit per call is just below twice this.
-constexpr std::size_t s_mostAtOnce = std::size_t{1} << 30;
+constexpr std::size_t s_maxBytesPerCall = std::size_t{1} << 30;
 
 /// Lets the kernel copy until it refuses or reports the end of the file.
 void copyInKernel(int from, int to) noexcept
 {
     for (;;) {
-        const ssize_t copied = copy_file_range(from, nullptr, to, nullptr, s_mostAtOnce, 0);
+        const ssize_t copied = copy_file_range(from, nullptr, to, nullptr, s_maxBytesPerCall, 0);
         if (copied == 0 || (copied < 0 && errno != EINTR))
             return;
     }

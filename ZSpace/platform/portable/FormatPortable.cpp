@@ -160,9 +160,9 @@ private:
         }
         while (isDigit(*m_next)) {
             number.isGiven = true;
-            constexpr int most = std::numeric_limits<int>::max();
+            constexpr int max = std::numeric_limits<int>::max();
             const int digit = *m_next++ - '0';
-            number.value = number.value > (most - digit) / 10 ? most : number.value * 10 + digit;
+            number.value = number.value > (max - digit) / 10 ? max : number.value * 10 + digit;
         }
     }
 

@@ -158,12 +158,12 @@ private:
         return m_next - begin >= 3;
     }
 
-    bool readNumber(int& number, int least, int most)
+    bool readNumber(int& number, int min, int max)
     {
         const char* const begin = m_next;
         for (number = 0; *m_next >= '0' && *m_next <= '9' && m_next - begin < 4; ++m_next)
             number = number * 10 + (*m_next - '0');
-        return m_next > begin && number >= least && number <= most;
+        return m_next > begin && number >= min && number <= max;
     }
 
     /// "-1:30" and the like.
@@ -175,8 +175,8 @@ private:
         int hours = 0;
         int minutes = 0;
         int seconds = 0;
-        constexpr int mostHours = 167; // one week, so that a rule can name another day than that of the change
-        if (!readNumber(hours, 0, mostHours) || (take(':') && !readNumber(minutes, 0, 59))
+        constexpr int maxHours = 167; // one week, so that a rule can name another day than that of the change
+        if (!readNumber(hours, 0, maxHours) || (take(':') && !readNumber(minutes, 0, 59))
             || (take(':') && !readNumber(seconds, 0, 59)))
             return false;
         time = hours * s_hour + minutes * s_minute + seconds;
@@ -249,7 +249,7 @@ public:
     [[nodiscard]] bool isWhole() const { return m_isWhole; }
     [[nodiscard]] std::size_t end() const { return m_end; }
 
-    /// Whether `seconds` is after the last change, where the rule behind the block applies.
+    /// Whether `seconds` is after the last change, where the rule after the block applies.
     [[nodiscard]] bool isPast(Seconds seconds) const
     {
         return m_changeCount == 0 || seconds >= time(m_changeCount - 1);
@@ -328,14 +328,14 @@ std::optional<Seconds> offsetByFile(const std::string& file, Seconds seconds)
 /// The content of a regular file of moderate size; empty if it is anything else.
 std::string contentOf(const std::string& path)
 {
-    constexpr std::size_t most = 256UL * 1024; // the largest zones have a few KiB
+    constexpr std::size_t maxSize = 256UL * 1024; // the largest zones have a few KiB
     const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (file < 0)
         return {};
     std::string content;
     struct stat status { };
     if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0
-        && static_cast<std::size_t>(status.st_size) <= most) {
+        && static_cast<std::size_t>(status.st_size) <= maxSize) {
         content.resize(static_cast<std::size_t>(status.st_size));
         const ssize_t size = read(file, content.data(), content.size());
         content.resize(size > 0 ? static_cast<std::size_t>(size) : 0);

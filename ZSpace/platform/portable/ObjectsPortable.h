@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// The objects behind the handles of `ZSpace/platform/Foundation.h` on a host without Foundation.
+/// The objects of the handles of `ZSpace/platform/Foundation.h` on a host without Foundation.
 ///
 /// Every class has `NSObject` as its first and only direct or indirect base, so that the address of an object
 /// is also that of its `NSObject`. The handles and, for `%@`, the formatter rely on that.

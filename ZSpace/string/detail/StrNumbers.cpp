@@ -121,7 +121,7 @@ long writeFraction(char* to, Fraction fraction, long limit) noexcept
     return std::min(n, limit);
 }
 
-/// The quotients `digit` / 10^`place` of the first places after the point, as division gives them.
+/// The quotients `digit` / 10^`place` of the first places after the point, as division computes them.
 constexpr long s_quotientPlaces = 22; // powers of ten that are exact
 constexpr auto s_quotients = [] {
     std::array<std::array<double, 10>, s_quotientPlaces> quotients{};
@@ -193,7 +193,7 @@ void writeHex(T* to, unsigned long long value, long digits) noexcept
 template <StrChar T>
 void writeHexBytes(T* to, const void* bytes, long n) noexcept
 {
-    // Backward, so that bytes in front of `to` are read before digits overwrite them.
+    // Backward, so that bytes before `to` are read before digits overwrite them.
     const auto* from = static_cast<const unsigned char*>(bytes);
     for (long i = n; i-- > 0;)
         writePair(to + 2 * i, s_hexPairs[from[i]]);
