@@ -11,6 +11,10 @@
 using namespace ZSpace;
 
 struct Printer {
+    explicit Printer(const char* printerName)
+        : name(printerName)
+    {
+    }
     const char* name;
 };
 

@@ -48,5 +48,6 @@ int main()
     ZLogRecord record;
     record << "line" << 3;
     stopHere();
-    return static_cast<int>(list.Count() + second.RefCount() + !noString + !wide + !empty + token.Length()) * 0;
+    return static_cast<int>(list.Count() + second.RefCount() + !noString + !wide + !empty + token.Length())
+        * 0;
 }
