@@ -14,7 +14,17 @@ import gdb
 import gdb.printing
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from zspace_kinds import CONTENT, KIND, KINDS, NAME  # noqa: E402
+from zspace_kinds import (  # noqa: E402
+    CONTENT,
+    GUID_SIZE,
+    KIND,
+    KINDS,
+    LENGTHS,
+    NAME,
+    TIME_SIZE,
+    guid_text,
+    time_text,
+)
 
 def lookup(name):
     if name.endswith("*"):
@@ -22,9 +32,13 @@ def lookup(name):
     return gdb.lookup_type(name)
 
 
-def integer_at(address):
-    """The 64-bit number at an address: the layout of an atomic counter is that of its number."""
-    return int(address.cast(gdb.lookup_type("unsigned long").pointer()).dereference())
+def read(address, size):
+    return bytes(gdb.selected_inferior().read_memory(address, size))
+
+
+def integer_at(address, size=8):
+    """The number at an address; the layout of an atomic counter is that of its number."""
+    return int.from_bytes(read(address, size), "little")
 
 
 def template_name(value):
@@ -32,29 +46,18 @@ def template_name(value):
 
 
 class StringPrinter:
-    """ZMStr and ZStrToken."""
+    """ZGStr, ZMStr and ZStrToken."""
 
-    def __init__(self, value):
-        self.text = value["m_buffer" if template_name(value) == "ZMStr" else "m_text"]
-        self.length = int(value["m_length"])
+    def __init__(self, name, address):
+        kind, character = name.replace("ZSpace::", "").rstrip(">").split("<")
+        self.text = gdb.Value(integer_at(address)).cast(gdb.lookup_type(character).pointer())
+        offset = LENGTHS[kind]
+        self.length = -1 if offset is None else max(0, integer_at(address + offset, 4))
 
     def to_string(self):
-        if int(self.text) == 0 or self.length <= 0:
+        if int(self.text) == 0 or self.length == 0:
             return ""
         return self.text.lazy_string(length=self.length)
-
-    def display_hint(self):
-        return "string"
-
-
-class OwnedStringPrinter:
-    """ZGStr, which stores no length."""
-
-    def __init__(self, value):
-        self.text = value["m_text"]
-
-    def to_string(self):
-        return "" if int(self.text) == 0 else self.text.lazy_string()
 
     def display_hint(self):
         return "string"
@@ -109,9 +112,9 @@ class HandlePrinter:
         if int(self.value["m_ptValue"]) == 0:
             return "%s (empty)" % self.name
         if self.name == "ZRef":
-            count = integer_at(self.value["m_ptCounter"]) & 0xFFFFFFFF
+            count = integer_at(int(self.value["m_ptCounter"]), 4)
         else:
-            count = integer_at(self.value["m_ptCounted"]["m_counter"].address) & 0xFFFFFFFF
+            count = integer_at(int(self.value["m_ptCounted"]["m_counter"].address), 4)
         return "%s, 1 of %d" % (self.name, count)
 
     def children(self):
@@ -119,40 +122,51 @@ class HandlePrinter:
             yield "object", self.value["m_ptValue"].dereference()
 
 
-class TimePrinter:
-    def __init__(self, value):
-        self.value = value
+class TextPrinter:
+    def __init__(self, text):
+        self.text = text
 
     def to_string(self):
-        names = ("year", "month", "day", "hour", "minute", "second", "milliseconds")
-        return "%04d-%02d-%02dT%02d:%02d:%02d.%03d" % tuple(int(self.value["m_" + name]) for name in names)
+        return self.text
 
 
-class GuidPrinter:
-    def __init__(self, value):
-        self.value = value
+def time_printer(value):
+    return TextPrinter(time_text(read(int(value.address), TIME_SIZE)))
 
-    def to_string(self):
-        rest = "".join("%02x" % int(self.value["data4"][i]) for i in range(8))
-        fields = tuple(int(self.value["data%d" % i]) for i in (1, 2, 3))
-        return "{%08x-%04x-%04x-%s-%s}" % (fields + (rest[:4], rest[4:]))
+
+def guid_printer(value):
+    return TextPrinter(guid_text(read(int(value.address), GUID_SIZE)))
+
+
+def string_printer(value):
+    return StringPrinter(str(value.type.strip_typedefs().unqualified()), int(value.address))
 
 
 class ValuePrinter:
     """TZValueBase and its derived classes."""
 
     def __init__(self, value):
-        address = value.address.cast(gdb.lookup_type("char").pointer())
-        self.kind = integer_at(address + KIND) & 0xFFFFFFFF
-        self.content_address = gdb.Value(integer_at(address + CONTENT))
-        self.name = gdb.Value(integer_at(address + NAME)).cast(gdb.lookup_type("char").pointer())
+        address = int(value.address)
+        self.kind = integer_at(address + KIND, 4)
+        self.content_address = integer_at(address + CONTENT)
+        self.name = integer_at(address + NAME)
 
     def content(self):
         """What the value holds; None if it cannot be shown."""
         name = KINDS.get(self.kind)
-        if name is None or int(self.content_address) == 0:
+        address = self.content_address
+        if name is None or address == 0:
             return None
-        return self.content_address.cast(lookup(name).pointer()).dereference()
+        if name == "ZSpace::ZTime":
+            return time_text(read(address, TIME_SIZE))
+        if name == "ZSpace::ZGUID":
+            return guid_text(read(address, GUID_SIZE))
+        if name.startswith("ZSpace::ZGStr"):
+            return StringPrinter(name, address).to_string()
+        try:
+            return gdb.Value(address).cast(lookup(name).pointer()).dereference()
+        except gdb.error:  # the program knows no such type
+            return None
 
     def to_string(self):
         name = KINDS.get(self.kind)
@@ -161,8 +175,8 @@ class ValuePrinter:
         return name.replace("ZSpace::", "")
 
     def children(self):
-        if int(self.name) != 0:
-            yield "name", self.name.string()
+        if self.name != 0:
+            yield "name", gdb.Value(self.name).cast(gdb.lookup_type("char").pointer()).string()
         content = self.content()
         if content is not None:
             yield "value", content
@@ -188,14 +202,13 @@ class RecordPrinter:
 def printers():
     collection = gdb.printing.RegexpCollectionPrettyPrinter("zspace")
     for name, pattern, printer in (
-        ("ZGStr", "^ZSpace::ZGStr<.*>$", OwnedStringPrinter),
-        ("ZMStr", "^ZSpace::(ZMStr|ZStrToken)<.*>$", StringPrinter),
+        ("ZGStr", "^ZSpace::(ZGStr|ZMStr|ZStrToken)<.*>$", string_printer),
         ("ZArray", "^ZSpace::ZArray<.*>$", lambda value: SequencePrinter(value, False)),
         ("ZList", "^ZSpace::(ZList|ZListing|ZSet)<.*>$", lambda value: SequencePrinter(value, True)),
         ("ZMap", "^ZSpace::ZMap<.*>$", MapPrinter),
         ("ZRef", "^ZSpace::(ZRef|ZReference)<.*>$", HandlePrinter),
-        ("ZTime", "^ZSpace::ZTime$", TimePrinter),
-        ("ZGUID", "^ZSpace::ZGUID$", GuidPrinter),
+        ("ZTime", "^ZSpace::ZTime$", time_printer),
+        ("ZGUID", "^ZSpace::ZGUID$", guid_printer),
         ("TZValueBase", "^ZSpace::(TZValueBase<.*>|ZValue<.*>)$", ValuePrinter),
         ("ZLogRecord", "^ZSpace::ZLogRecord$", RecordPrinter),
     ):

@@ -1,11 +1,33 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
-"""What the debuggers know of a TZValueBase (ZSpace/value/TZValue.h and ZTypeId.h).
+"""Layouts, which do not change within a version of the binary interface.
 
-Its bytes are read by their offsets, since a program's debug information may lack the class.
+Objects are read by their bytes, since a program's debug information may lack what only the library instantiates.
 """
 
+import struct
+
+# The offsets in a TZValueBase.
 CONTENT, KIND, NAME = 8, 16, 24
+
+# The offset of the length, if the object has one; the pointer to the characters comes first.
+LENGTHS = {"ZGStr": None, "ZStrToken": 8, "ZMStr": 16}
+
+TIME_SIZE = 10
+GUID_SIZE = 16
+
+
+def time_text(data):
+    """The text of the bytes of a ZTime."""
+    milliseconds, second, minute, hour, day, _, month, year = struct.unpack("<HBBBBBBH", data)
+    return "%04d-%02d-%02dT%02d:%02d:%02d.%03d" % (year, month, day, hour, minute, second, milliseconds)
+
+
+def guid_text(data):
+    """The text of the bytes of a ZGUID."""
+    first, second, third, rest = struct.unpack("<IHH8s", data)
+    return "{%08x-%04x-%04x-%s-%s}" % (first, second, third, rest[:2].hex(), rest[2:].hex())
+
 
 # The kinds with the type of the content.
 KINDS = {

@@ -9,7 +9,7 @@ A line with this command in ~/.lldbinit loads it each time.
 
 import lldb
 
-from zspace_kinds import CONTENT, KIND, KINDS, NAME
+from zspace_kinds import CONTENT, GUID_SIZE, KIND, KINDS, LENGTHS, NAME, TIME_SIZE, guid_text, time_text
 
 
 def member(value, name):
@@ -32,45 +32,48 @@ def read_number(value, address, size=8):
     return value.GetProcess().ReadUnsignedFromMemory(address, size, lldb.SBError())
 
 
-def quoted(pointer, length=None):
-    """The characters at a pointer, up to the terminator unless the length is given."""
-    address = pointer.GetValueAsUnsigned()
-    width = pointer.GetType().GetPointeeType().GetByteSize()
-    text = ""
-    while address != 0 and len(text) < (1000 if length is None else min(length, 1000)):
-        code = read_number(pointer, address, width)
+def read(value, address, size):
+    return value.GetProcess().ReadMemory(address, size, lldb.SBError()) or bytes(size)
+
+
+def quoted(value, address, width, length=None):
+    """The characters at an address, up to the terminator unless the length is given."""
+    codes = []
+    while address != 0 and len(codes) < (1000 if length is None else min(length, 1000)):
+        code = read_number(value, address, width)
         if code == 0 and length is None:
             break
-        text += chr(code) if code < 0x110000 else "\ufffd"
+        codes.append(code)
         address += width
     if width == 1:
-        text = text.encode("latin-1", "replace").decode("utf-8", "replace")
+        text = bytes(codes).decode("utf-8", "replace")
+    else:
+        text = "".join(chr(code) if code < 0x110000 else "\ufffd" for code in codes)
     return '%s"%s"' % ("L" if width > 1 else "", text.replace("\\", "\\\\").replace('"', '\\"').replace("\n", "\\n"))
 
 
+def string_text(value, name, address):
+    """The string of this class at an address."""
+    kind, character = name.replace("ZSpace::", "").rstrip(">").split("<")
+    offset = LENGTHS[kind]
+    length = None if offset is None else read_number(value, address + offset, 4)
+    return quoted(value, read_number(value, address), 4 if "wchar_t" in character else 1, length)
+
+
+def address_of(value):
+    return value.GetNonSyntheticValue().GetLoadAddress()
+
+
 def string_summary(value, _):
-    return quoted(member(value, "m_text"))
-
-
-def builder_summary(value, _):
-    return quoted(member(value, "m_buffer"), number(value, "m_length"))
-
-
-def token_summary(value, _):
-    return quoted(member(value, "m_text"), number(value, "m_length"))
+    return string_text(value, value.GetType().GetCanonicalType().GetUnqualifiedType().GetName(), address_of(value))
 
 
 def time_summary(value, _):
-    names = ("year", "month", "day", "hour", "minute", "second", "milliseconds")
-    fields = tuple(member(value, "m_" + name).GetValueAsUnsigned() for name in names)
-    return "%04d-%02d-%02dT%02d:%02d:%02d.%03d" % fields
+    return time_text(read(value, address_of(value), TIME_SIZE))
 
 
 def guid_summary(value, _):
-    data = member(value, "data4").GetData().uint8s
-    rest = "".join("%02x" % byte for byte in data)
-    fields = tuple(member(value, "data%d" % i).GetValueAsUnsigned() for i in (1, 2, 3))
-    return "{%08x-%04x-%04x-%s-%s}" % (fields + (rest[:4], rest[4:]))
+    return guid_text(read(value, address_of(value), GUID_SIZE))
 
 
 def handle_summary(value, _):
@@ -96,25 +99,32 @@ def value_text(value, address):
         prefix = "%s = " % value.GetProcess().ReadCStringFromMemory(name, 100, lldb.SBError())
     if kind == 0:
         return prefix + "no value"
-    held = content_of(value, kind, content)
-    shown = held.GetSummary() or held.GetValue() if held is not None and held.IsValid() else None
+    shown = content_text(value, kind, content)
     if shown is None:
         return prefix + "value of kind 0x%x" % kind
     return "%s%s %s" % (prefix, KINDS[kind].replace("ZSpace::", ""), shown)
 
 
-def value_summary(value, _):
-    return value_text(value, value.GetNonSyntheticValue().GetLoadAddress())
-
-
-def content_of(value, kind, address):
+def content_text(value, kind, address):
+    """What a value holds; None if it cannot be shown."""
     name = KINDS.get(kind)
     if name is None or address == 0:
         return None
+    if name == "ZSpace::ZTime":
+        return time_text(read(value, address, TIME_SIZE))
+    if name == "ZSpace::ZGUID":
+        return guid_text(read(value, address, GUID_SIZE))
+    if name.startswith("ZSpace::ZGStr"):
+        return string_text(value, name, address)
     content = value.GetTarget().FindFirstType(name.rstrip(" *"))
     if name.endswith("*"):
         content = content.GetPointerType()
-    return value.CreateValueFromAddress("value", address, content) if content.IsValid() else None
+    held = value.CreateValueFromAddress("value", address, content) if content.IsValid() else None
+    return (held.GetSummary() or held.GetValue()) if held is not None and held.IsValid() else None
+
+
+def value_summary(value, _):
+    return value_text(value, address_of(value))
 
 
 def record_summary(value, _):
@@ -197,9 +207,7 @@ def pair_summary(value, _):
 
 def __lldb_init_module(debugger, _):
     summaries = (
-        ("ZGStr<.*>", "string_summary", True),
-        ("ZMStr<.*>", "builder_summary", True),
-        ("ZStrToken<.*>", "token_summary", True),
+        ("(ZGStr|ZMStr|ZStrToken)<.*>", "string_summary", True),
         ("ZTime", "time_summary", True),
         ("ZGUID", "guid_summary", True),
         ("(ZRef|ZReference)<.*>", "handle_summary", False),
