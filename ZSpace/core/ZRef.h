@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <compare>
-#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -68,11 +67,15 @@ enum class HandleCheck : unsigned int { MemberAccess = 534, Indirection = 543 };
 /// Aborts after a report through `z_dbg_error`.
 [[noreturn]] void reportEmptyHandle(HandleCheck check) noexcept;
 
+/// Whether `delete` of a `To*` may end the lifetime of a `From`.
+template <typename From, typename To>
+inline constexpr bool s_mayDeleteAs =
+    std::is_same_v<std::remove_cv_t<From>, std::remove_cv_t<To>> || std::has_virtual_destructor_v<To>;
+
 /// Whether a handle on a `From` converts to one on a `To`, which must be able to delete the object.
 template <typename From, typename To>
 concept ConvertibleHandle =
-    !std::same_as<From,
-        To> && std::convertible_to<From*, To*> && (std::same_as<std::remove_cv_t<From>, std::remove_cv_t<To>> || std::has_virtual_destructor_v<To>);
+    !std::is_same_v<From, To> && std::is_convertible_v<From*, To*> && s_mayDeleteAs<From, To>;
 
 /// An object and its count in one block. The count comes first, so that its address is that of the block.
 template <typename T, typename Counter>
