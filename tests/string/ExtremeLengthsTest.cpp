@@ -5,6 +5,7 @@
 #include "ZSpace/string/ZMStr.h"
 #include "tests/string/StringTestSupport.h"
 #include "tests/support/AllocationFaults.h"
+#include "tests/support/DeathTests.h"
 
 #include <gtest/gtest.h>
 
@@ -149,7 +150,7 @@ TYPED_TEST(ExtremeLengthsDeathTest, AppendingWhatNoMemoryHoldsTerminates)
                 const AllocationFault fault(1, AllocationFault::Kind::Lasting);
                 operation();
             },
-            "terminat(e called|ing)")
+            s_terminateMessage)
             << "operation " << &operation - operations;
     }
 }

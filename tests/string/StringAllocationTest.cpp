@@ -4,6 +4,7 @@
 #include "ZSpace/string/ZMStr.h"
 #include "tests/string/StringTestSupport.h"
 #include "tests/support/AllocationFaults.h"
+#include "tests/support/DeathTests.h"
 
 #include <gtest/gtest.h>
 
@@ -156,7 +157,7 @@ protected:
                     const AllocationFault fault(1, AllocationFault::Kind::Lasting);
                     operations[i]();
                 },
-                "terminat(e called|ing)")
+                s_terminateMessage)
                 << "operation " << i;
         }
     }
