@@ -4,6 +4,8 @@
 #include "ZSpace/string/detail/StrSearch.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstddef>
 
 namespace ZSpace::detail {
 
@@ -49,17 +51,55 @@ std::uint64_t wordAt(const T* text) noexcept
     return word;
 }
 
-/// The first index in [from, end) that passes the test, `end` if none does. Whole blocks are tested without a
-/// branch, so that compilers use vector instructions.
-template <StrChar T, typename Test>
+/// Which characters of a block pass a test: a byte each, 1 or 0, in words that are tested at once. Without branches, so
+/// that compilers use vector instructions.
+class BlockHits {
+public:
+    template <typename Test>
+    BlockHits(long from, Test test) noexcept
+    {
+        std::array<unsigned char, s_block> hits{};
+        for (long k = 0; k < s_block; ++k)
+            hits[static_cast<std::size_t>(k)] = static_cast<unsigned char>(test(from + k));
+        m_words = std::bit_cast<Words>(hits);
+    }
+
+    [[nodiscard]] bool any() const noexcept
+    {
+        return ((m_words[0] | m_words[1]) | (m_words[2] | m_words[3])) != 0;
+    }
+    /// Precondition: `any()`.
+    [[nodiscard]] long first() const noexcept
+    {
+        const auto* word = std::find_if(m_words.begin(), m_words.end(), isSet);
+        return (word - m_words.begin()) * s_wordSize
+            + (s_isLittleEndian ? std::countr_zero(*word) : std::countl_zero(*word)) / 8;
+    }
+    /// Precondition: `any()`.
+    [[nodiscard]] long last() const noexcept
+    {
+        const auto word = std::find_if(m_words.rbegin(), m_words.rend(), isSet);
+        return (m_words.rend() - word) * s_wordSize - 1
+            - (s_isLittleEndian ? std::countl_zero(*word) : std::countr_zero(*word)) / 8;
+    }
+
+private:
+    static constexpr long s_wordSize = sizeof(std::uint64_t);
+    using Words = std::array<std::uint64_t, s_block / s_wordSize>;
+    static constexpr bool s_isLittleEndian = std::endian::native == std::endian::little;
+
+    static bool isSet(std::uint64_t word) noexcept { return word != 0; }
+
+    Words m_words;
+};
+
+/// The first index in [from, end) that passes the test, `end` if none does.
+template <typename Test>
 long firstWhere(long from, long end, Test test) noexcept
 {
     for (; from + s_block <= end; from += s_block) {
-        std::make_unsigned_t<T> any = 0;
-        for (long k = 0; k < s_block; ++k)
-            any |= static_cast<unsigned char>(test(from + k));
-        if (any)
-            break;
+        if (const BlockHits hits(from, test); hits.any())
+            return from + hits.first();
     }
     while (from < end && !test(from))
         ++from;
@@ -67,19 +107,17 @@ long firstWhere(long from, long end, Test test) noexcept
 }
 
 /// The last index in [0, from] that passes the test, -1 if none does.
-template <StrChar T, typename Test>
+template <typename Test>
 long lastWhere(long from, Test test) noexcept
 {
     for (; from + 1 >= s_block; from -= s_block) {
-        std::make_unsigned_t<T> any = 0;
-        for (long k = 0; k < s_block; ++k)
-            any |= static_cast<unsigned char>(test(from - s_block + 1 + k));
-        if (any)
-            break;
+        const long begin = from + 1 - s_block;
+        if (const BlockHits hits(begin, test); hits.any())
+            return begin + hits.last();
     }
     while (from >= 0 && !test(from))
         --from;
-    return from < 0 ? -1 : from;
+    return std::max(from, -1L); // a negative position stays one
 }
 
 } // namespace
@@ -103,7 +141,7 @@ long mismatch(const T* a, const T* b, long n) noexcept
 template <StrChar T>
 long mismatchIgnoreCase(const T* a, const T* b, long n) noexcept
 {
-    return firstWhere<T>(0, n, [=](long i) { return lowerOf(a[i]) != lowerOf(b[i]); });
+    return firstWhere(0, n, [=](long i) { return lowerOf(a[i]) != lowerOf(b[i]); });
 }
 
 template <StrChar T>
@@ -117,7 +155,7 @@ long find(const T* text, long n, const T* what, long m, long from) noexcept
     const T last = what[toLast];
     const long end = n - m + 1;
     const auto matchesAtEnds = [=](long i) { return (text[i] == first) & (text[i + toLast] == last); };
-    for (long i = from; (i = firstWhere<T>(i, end, matchesAtEnds)) < end; ++i) {
+    for (long i = from; (i = firstWhere(i, end, matchesAtEnds)) < end; ++i) {
         if (equalChars(text + i, what, m))
             return i;
     }
@@ -127,7 +165,7 @@ long find(const T* text, long n, const T* what, long m, long from) noexcept
 template <StrChar T>
 long findLast(const T* text, T c, long from) noexcept
 {
-    return lastWhere<T>(from, [=](long i) { return text[i] == c; });
+    return lastWhere(from, [=](long i) { return text[i] == c; });
 }
 
 template <StrChar T>
@@ -137,7 +175,7 @@ long findLast(const T* text, const T* what, long m, long from) noexcept
     const long toLast = m - 1;
     const T last = what[toLast];
     const auto matchesAtEnds = [=](long i) { return (text[i] == first) & (text[i + toLast] == last); };
-    for (long i = from; (i = lastWhere<T>(i, matchesAtEnds)) >= 0; --i) {
+    for (long i = from; (i = lastWhere(i, matchesAtEnds)) >= 0; --i) {
         if (equalChars(text + i, what, m))
             return i;
     }
@@ -166,7 +204,7 @@ long countOf(const T* text, long n, const T* what, long m, long limit) noexcept
 template <StrChar T>
 long leadingRun(const T* text, long n, T c) noexcept
 {
-    return firstWhere<T>(0, n, [=](long i) { return text[i] != c; });
+    return firstWhere(0, n, [=](long i) { return text[i] != c; });
 }
 
 template <StrChar T>
