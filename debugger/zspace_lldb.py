@@ -57,7 +57,13 @@ def string_text(value, name, address):
     kind, character = name.replace("ZSpace::", "").rstrip(">").split("<")
     offset = LENGTHS[kind]
     length = None if offset is None else read_number(value, address + offset, 4)
-    return quoted(value, read_number(value, address), 4 if "wchar_t" in character else 1, length)
+    characters = read_number(value, address)
+    if character == "":  # a class that is only declared has no argument: guess by the first unit
+        first = read(value, characters, 4)
+        width = 4 if first[0] != 0 and first[1:] == bytes(3) else 1
+    else:
+        width = 4 if character == "wchar_t" else 1
+    return quoted(value, characters, width, length)
 
 
 def address_of(value):

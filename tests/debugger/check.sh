@@ -31,7 +31,8 @@ if [ "$debugger" = gdb ]; then
     } >"$folder/commands"
     gdb -nx -batch -iex "set auto-load safe-path $folder" -iex "set auto-load scripts-directory $scripts" \
         -x "$folder/commands" "$program" >"$folder/shown" 2>&1 || true
-    sed -n -e '/^warning: /d' -e 's/0x[0-9a-f]* //g' -e 's/object = {<.*/object = .../' -e '/^[a-zA-Z]*: /p' "$folder/shown" >"$folder/found"
+    sed -n -e "/^warning: /d" -e "s/0x[0-9a-f]* //g" -e "s/object = {<.*/object = .../" -e "/^[a-zA-Z]*: /p" \
+        "$folder/shown" >"$folder/found"
 else
     # Debian's package does not find its own Python files.
     installed=$(cd "$(dirname "$(readlink -f "$(command -v lldb)" || echo /)")/.." && pwd)
