@@ -9,6 +9,10 @@
 
 #include "ZSpace/log/LogFrontEnd.h"
 #include "ZSpace/log/ZLogBookFile.h"
+#include "ZSpace/log/ZLogBookFilter.h"
+#include "ZSpace/log/ZLogBookJson.h"
+#include "ZSpace/log/ZLogBookRolling.h"
+#include "ZSpace/log/ZLogBookSystem.h"
 #include "ZSpace/log/ZTransferLog.h"
 #include "ZSpace/system/ZSysInfoPaths.h"
 
@@ -24,7 +28,10 @@
 #include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/spdlog.h>
 #include <string>
+#include <sys/socket.h>
 #include <sys/syscall.h>
+#include <sys/un.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -124,17 +131,92 @@ void BareFloor(benchmark::State& state)
 
 ZSpace::ZRef<ZSpace::ZLogBook> g_book;
 
-/// A record with one C string, added to the book of a report file.
-void Book(benchmark::State& state)
+/// A record with one C string, added to the book that `make` creates from a path.
+template <typename Make>
+void measureBook(benchmark::State& state, Make make)
 {
     measure(
         state,
-        [](const fs::path& folder) {
+        [make](const fs::path& folder) {
             const std::string path = (folder / "book").string();
-            g_book = ZSpace::ZRef<ZSpace::ZLogBook>(
-                new ZSpace::ZLogBookFile(std::wstring(path.begin(), path.end()).c_str()));
+            g_book = make(std::wstring(path.begin(), path.end()).c_str());
         },
         [](const char* text) { g_book->add(ZSpace::ZLogRecord() << text); }, [] { g_book = nullptr; });
+}
+
+void Book(benchmark::State& state)
+{
+    measureBook(state, [](const wchar_t* path) { return ZSpace::makeRef<ZSpace::ZLogBookFile>(path); });
+}
+
+void BookRolling(benchmark::State& state)
+{
+    measureBook(state, [](const wchar_t* path) {
+        return ZSpace::makeRef<ZSpace::ZLogBookRolling>(
+            path, ZSpace::ZLogBookRolling::Limits{.sizeInBytes = 1'000'000, .isDaily = true});
+    });
+}
+
+void BookJson(benchmark::State& state)
+{
+    measureBook(state, [](const wchar_t* path) { return ZSpace::makeRef<ZSpace::ZLogBookJson>(path); });
+}
+
+/// In front of a report file, and in front of nothing: a record that is refused.
+void BookFilter(benchmark::State& state)
+{
+    measureBook(state, [](const wchar_t* path) {
+        const ZSpace::ZRef<ZSpace::ZLogBook> file = ZSpace::makeRef<ZSpace::ZLogBookFile>(path);
+        return ZSpace::makeRef<ZSpace::ZLogBookFilter>(file, ZSpace::ZLogLevel::Info);
+    });
+}
+
+void BookFilterRefusing(benchmark::State& state)
+{
+    measureBook(state, [](const wchar_t*) {
+        const ZSpace::ZRef<ZSpace::ZLogBook> none = ZSpace::makeRef<ZSpace::ZLogBookDummy>();
+        return ZSpace::makeRef<ZSpace::ZLogBookFilter>(none, ZSpace::ZLogLevel::Error);
+    });
+}
+
+/// To a socket in the place of journald's, which a thread empties.
+class Journal {
+public:
+    explicit Journal(const std::string& path)
+        : m_socket(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        path.copy(address.sun_path, sizeof address.sun_path - 1);
+        if (bind(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
+            m_reader = std::thread([this] {
+                char buffer[4096];
+                while (recv(m_socket, buffer, sizeof buffer, 0) > 0) { }
+            });
+    }
+    Journal(const Journal&) = delete;
+    Journal& operator=(const Journal&) = delete;
+    ~Journal()
+    {
+        shutdown(m_socket, SHUT_RDWR);
+        if (m_reader.joinable())
+            m_reader.join();
+        close(m_socket);
+    }
+
+private:
+    int m_socket;
+    std::thread m_reader;
+};
+
+void BookSystem(benchmark::State& state)
+{
+    std::unique_ptr<Journal> journal;
+    measureBook(state, [&journal](const wchar_t* path) {
+        const std::string socketPath{ZSpace::ZGStr<char>(path)};
+        journal = std::make_unique<Journal>(socketPath);
+        return ZSpace::makeRef<ZSpace::ZLogBookSystem>("bench", socketPath.c_str());
+    });
 }
 
 void FrontEnd(benchmark::State& state)
@@ -210,6 +292,11 @@ void lengthsAndFolders(benchmark::internal::Benchmark* benchmark)
 
 BENCHMARK(BareFloor)->Apply(lengthsAndFolders);
 BENCHMARK(Book)->Apply(lengthsAndFolders);
+BENCHMARK(BookRolling)->Apply(lengthsAndFolders);
+BENCHMARK(BookJson)->Apply(lengthsAndFolders);
+BENCHMARK(BookFilter)->Apply(lengthsAndFolders);
+BENCHMARK(BookFilterRefusing)->Apply(lengthsAndFolders);
+BENCHMARK(BookSystem)->Apply(lengthsAndFolders);
 BENCHMARK(FrontEnd)->Apply(lengthsAndFolders);
 BENCHMARK(FrontEndFinishedText)->Apply(lengthsAndFolders);
 BENCHMARK(Spdlog)->Apply(lengthsAndFolders);
