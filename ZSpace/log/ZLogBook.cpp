@@ -7,6 +7,7 @@
 #include "ZSpace/string/ZMStr.h"
 
 #include <mutex>
+#include <utility>
 
 namespace ZSpace {
 
@@ -122,9 +123,16 @@ void ZLogBook::clearLastError(int op, pthread_t thread)
     const Selection selection(op, thread);
     bool hasRemoved = false;
     {
+        // In linear time: whoever logs may wait for the lock.
         const std::lock_guard guard(m_lock);
-        for (long i = m_trail.Count() - 1; i >= 0; --i)
-            hasRemoved |= selection.matches(m_trail[i]) && m_trail.il_removeAt(i);
+        long kept = 0;
+        for (ZRef<ZLogLastError>& entry : m_trail) {
+            if (!selection.matches(entry))
+                std::swap(m_trail[kept++], entry);
+        }
+        hasRemoved = kept < m_trail.Count();
+        while (m_trail.Count() > kept)
+            static_cast<void>(m_trail.takeLast());
     }
     if (hasRemoved)
         add(create() << clearErrorMessage(op));

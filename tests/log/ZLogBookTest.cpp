@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <new>
 #include <pthread.h>
@@ -54,6 +55,25 @@ TEST(ZLogBook, TheMessageIsOneStringValue)
     book.setLastError(1, "a", "b", 2, nullptr);
     EXPECT_EQ(book.m_count, 1);
     EXPECT_EQ(book.m_type, 0x100000U);
+}
+
+/// Whoever logs may wait for the trail's lock.
+TEST(ZLogBook, ClearingTakesNoLongerThanFilling)
+{
+    using Clock = std::chrono::steady_clock;
+    constexpr int count = 200'000;
+    ZLogBookDummy book;
+    const auto start = Clock::now();
+    for (int i = 0; i < count; ++i)
+        book.setLastError(1 + i % 2, "caller", "callee", i, nullptr);
+    const auto filled = Clock::now();
+    book.clearLastError(1, s_anyThread);
+    const auto cleared = Clock::now();
+    const ZLogBook::Errors rest = book.getLastErrors();
+    ASSERT_EQ(rest.Count(), count / 2);
+    for (int i = 0; i < count / 2; ++i)
+        ASSERT_EQ(rest[i]->result(), 2 * i + 1);
+    EXPECT_LT((cleared - filled).count(), 2 * (filled - start).count());
 }
 
 TEST(ZLogBook, FindsTheNewestEntryThatMatches)
