@@ -25,6 +25,7 @@ try ./scripts/test.sh tsan
 try ./scripts/test.sh gnustep-asan
 try ./scripts/test.sh gnustep-tsan
 try ./scripts/soak.sh
+try ./scripts/fuzz.sh 15 # five minutes in all
 try ./scripts/build-macos.sh --tests
 try ./scripts/docs.sh
 try ./scripts/packages.sh
