@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <fcntl.h>
 #include <limits>
 #include <random>
@@ -44,7 +45,7 @@ protected:
     }
 
     static constexpr int s_randomCount = 500;
-    static constexpr int s_lineCount = 3 + 255 + s_randomCount;
+    static constexpr std::size_t s_lineCount = 3 + 255 + s_randomCount;
 
 private:
     static void addEveryKind(ZLogBook& book)
