@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 
-# Warnings are errors for us and invisible to users: they are on only where we are the top project.
+# Warnings are errors for us and invisible to users: they are on only in the top project.
 function(zspace_private_flags target)
     if(PROJECT_IS_TOP_LEVEL)
         target_compile_options(${target} PRIVATE
@@ -9,18 +9,18 @@ function(zspace_private_flags target)
     endif()
 endfunction()
 
-# Functions of ours are never meant to be replaced at load time: with this, position-independent code may inline them
-# and call them directly. On macOS that is so by itself.
+# Our functions are never replaced at load time: with this option, position-independent code may inline them and call
+# them directly. On macOS that is the default.
 if(NOT APPLE)
     add_compile_options(-fno-semantic-interposition)
 endif()
 
-# std::filesystem came to macOS with 10.15: the product does without it, the tests use it.
+# std::filesystem requires macOS 10.15: the product does without it, the tests use it.
 if(APPLE AND NOT DEFINED ZSPACE_TEST_TARGET)
     set(ZSPACE_TEST_TARGET -mmacosx-version-min=10.15)
 endif()
 
-# For the folders of what is run here and not shipped: tests, fuzz targets and benchmarks.
+# For the directories of what is run here but not shipped: tests, fuzz targets and benchmarks.
 macro(zspace_flags_for_tests)
     add_compile_options(${ZSPACE_TEST_TARGET})
     add_link_options(${ZSPACE_TEST_TARGET})

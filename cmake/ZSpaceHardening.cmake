@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 
-# Mitigations for what is shipped, the same as Debian's own: the program runs as root, and the library in other people's
-# processes. tests/app reads the binaries for them. Sanitized and instrumented builds are for tests and do without.
+# Mitigations for what is shipped, the same as Debian's: the program runs as root, and the library in other programs.
+# tests/app checks the binaries for them. Sanitized and instrumented builds are for tests and do without.
 
 include(CheckCXXCompilerFlag)
 include(CheckLinkerFlag)
@@ -29,8 +29,8 @@ if(NOT ZSPACE_SANITIZE AND NOT ZSPACE_COVERAGE)
     endif()
 endif()
 
-# zspace_harden(<target>): compiles a library or program with these options, and links it with them if it is linked. It is
-# compiled position-independent, too, but linked as its own options say: statically or not.
+# zspace_harden(<target>): compiles a library or program with these options, and links it with them if it is linked. The
+# code is position-independent, too, but the target's own options decide whether it is linked statically.
 function(zspace_harden target)
     target_compile_options(${target} PRIVATE ${ZSPACE_HARDENING_OPTIONS})
     get_target_property(type ${target} TYPE)

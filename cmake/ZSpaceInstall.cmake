@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 
 # Installs four components:
-#   program        CdkRSUninstaller, its manual page and what its licenses ask for
+#   program        CdkRSUninstaller, its manual page and what its licenses require
 #   runtime        libzspace.so.1, if the library is shared
 #   development    the headers, the library to link to, and what find_package and pkg-config read
 #   documentation  the README and the pages it leads to
@@ -38,7 +38,7 @@ install(TARGETS zspace EXPORT ZSpaceTargets
 # Bridges to other libraries; not part of the verified header set, since they compile only where those are installed.
 install(FILES ZSpace/interop/Fmt.h ZSpace/interop/StdFormat.h
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ZSpace/interop" COMPONENT development)
-# What debuggers show of our classes; see docs/debuggers.md. GDB looks for a script named after a shared library.
+# For debuggers, to show our classes; see docs/debuggers.md. GDB looks for a script named after a shared library.
 install(FILES debugger/zspace_gdb.py debugger/zspace_kinds.py debugger/zspace_lldb.py
     DESTINATION "${CMAKE_INSTALL_DATADIR}/zspace/debugger" COMPONENT development)
 if(BUILD_SHARED_LIBS AND NOT APPLE)
@@ -55,8 +55,8 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/ZSpaceConfigVersion.cmak
 install(FILES "${PROJECT_BINARY_DIR}/ZSpaceConfig.cmake" "${PROJECT_BINARY_DIR}/ZSpaceConfigVersion.cmake"
     DESTINATION "${ZSPACE_CMAKE_DIRECTORY}" COMPONENT development)
 
-# Every directory in zspace.pc starts at the file's own place, so that the installed tree can be moved. A directory that
-# was given in full stays as it is.
+# Every directory in zspace.pc is relative to the file, so that the installed tree can be moved. A directory that was
+# given as an absolute path stays.
 set(pkgconfig_directory "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
     set(ZSPACE_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
@@ -73,7 +73,7 @@ foreach(directory IN ITEMS LIBDIR INCLUDEDIR)
     endif()
 endforeach()
 
-# What the library itself links to: a static library leaves that to its users.
+# The library's own dependencies: users of a static library must link to them.
 set(needed "")
 foreach(library IN LISTS ZSPACE_FOUNDATION_LIBRARIES)
     if(NOT library MATCHES "^-")

@@ -32,7 +32,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME cdkrsuninstaller)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libzspace1)
-# What Debian's policy asks of a package with a shared library.
+# Debian's policy for a package with a shared library.
 if(BUILD_SHARED_LIBS)
     file(WRITE "${PROJECT_BINARY_DIR}/debian/shlibs" "libzspace 1 libzspace1 (>= ${PROJECT_VERSION})\n")
     file(WRITE "${PROJECT_BINARY_DIR}/debian/triggers" "activate-noawait ldconfig\n")
@@ -53,8 +53,8 @@ set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "C++20 library of strings, values, s
  Headers of ZSpace, the library to link to, and what CMake and pkg-config
  need to find them.")
 
-# What Debian's policy asks of every package: a changelog and a copyright file under its own name. The time is that of
-# the release and not of the build, so that two builds give the same bytes.
+# Debian's policy for every package: a changelog and a copyright file under its own name. The time is that of the
+# release and not of the build, so that builds are reproducible.
 if(ZSPACE_DPKG AND ZSPACE_GZIP)
     if(DEFINED ENV{SOURCE_DATE_EPOCH})
         string(TIMESTAMP ZSPACE_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)

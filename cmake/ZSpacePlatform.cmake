@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 
-# Which side of `platform/` is built: "portable" brings its own strings, lists and tasks; "foundation" stands on
-# Foundation, which is Apple's on macOS and GNUstep's elsewhere.
+# Which side of `platform/` is built: "portable" has its own strings, lists and tasks; "foundation" uses Foundation,
+# which is Apple's on macOS and GNUstep's elsewhere.
 if(APPLE)
     set(default_platform foundation)
 else()
@@ -17,7 +17,7 @@ if(APPLE AND ZSPACE_PLATFORM STREQUAL portable)
     message(FATAL_ERROR "ZSPACE_PLATFORM=portable is for hosts without Foundation; macOS has its own")
 endif()
 
-# zspace_foundation: what the files on Foundation are compiled with, and what they are linked to.
+# zspace_foundation: what the files on Foundation are compiled with and linked to.
 if(ZSPACE_PLATFORM STREQUAL foundation)
     if(NOT CMAKE_OBJCXX_COMPILER)
         if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
@@ -33,6 +33,6 @@ if(ZSPACE_PLATFORM STREQUAL foundation)
     else()
         include(ZSpaceGNUstep)
     endif()
-    # Counts are kept by hand: see platform/foundation/OwnershipFoundation.h.
+    # Objects are retained and released explicitly: see platform/foundation/OwnershipFoundation.h.
     target_compile_options(zspace_foundation INTERFACE $<$<COMPILE_LANGUAGE:OBJCXX>:-fno-objc-arc>)
 endif()

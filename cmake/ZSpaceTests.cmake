@@ -18,18 +18,18 @@ function(zspace_add_tests target)
     target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
     zspace_private_flags(${target})
-    # The tests themselves need no speed, and compile faster without.
+    # The tests need no speed, and compile faster without optimization.
     target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
-    # g++ 12 sees overflows that are not there where std::string's `+` is inlined.
+    # g++ 12 reports overflows that do not exist where std::string's `+` is inlined.
     target_compile_options(${target} PRIVATE
         "$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-array-bounds;-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread>")
-    # Tests ask for more memory than there is on purpose, which g++ 14 notices.
+    # Tests request more memory than exists on purpose, which g++ 14 reports.
     if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 13)
         target_compile_options(${target} PRIVATE
             $<$<COMPILE_LANGUAGE:CXX>:-Wno-alloc-size> $<$<COMPILE_LANGUAGE:CXX>:-Wno-alloc-size-larger-than>)
     endif()
     target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-    # In ctest a test is called <what is tested>.<suite>.<test>: short enough for one line of a terminal.
+    # In ctest a test is called <subject>.<suite>.<test>: short enough for one line of a terminal.
     string(REGEX REPLACE "_tests$" "" prefix ${target})
     gtest_discover_tests(${target} TEST_PREFIX "${prefix}."
         DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60)

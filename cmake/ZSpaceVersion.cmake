@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 
-# The version has one source, project() in CMakeLists.txt. ZSpace/Version.h repeats it, so that the header can be read and
-# used without a build; this refuses a header that repeats it wrongly.
+# The version has one source, project() in CMakeLists.txt. ZSpace/Version.h repeats it, so that the header can be used
+# without a build; configuring fails if they differ.
 file(READ "${PROJECT_SOURCE_DIR}/ZSpace/Version.h" header)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/ZSpace/Version.h")
 foreach(line IN ITEMS

@@ -64,7 +64,7 @@ class StringPrinter:
 
 
 class SequencePrinter:
-    """ZArray, whose elements stand side by side, and the lists, which hold pointers to theirs."""
+    """ZArray, whose elements are contiguous, and the lists, which hold pointers to theirs."""
 
     def __init__(self, value, holds_pointers):
         self.name = template_name(value)

@@ -144,7 +144,7 @@ def record_summary(value, _):
 
 
 class Elements:
-    """The elements of ZArray, side by side, or of the lists, each behind a pointer."""
+    """The elements of ZArray, which are contiguous, or of the lists, which hold pointers to them."""
 
     holds_pointers = False
 

@@ -5,7 +5,7 @@
 #
 #     cmake -DPROGRAM=... -DARGUMENTS=... -DFILES=... -DEXPECTED=... -DDIRECTORY=... -P CompareOutput.cmake
 #
-# DIRECTORY is the working directory. The file "lines.txt" is created there, which some examples read. Times and thread
+# DIRECTORY is the working directory. Some examples read the file "lines.txt", which is created there. Times and thread
 # numbers are replaced by <time> and <thread>.
 
 file(REMOVE_RECURSE "${DIRECTORY}")

@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# check-exports.sh LIBRARY: compares what a shared library exports with packaging/abi/zspace.map. Every exported name has
-# to be on the list, and every line of the list has to stand for something.
+# check-exports.sh LIBRARY: compares what a shared library exports with packaging/abi/zspace.map. Every exported name
+# must be on the list, and every line of the list must match a name.
 set -eu
 cd "$(dirname "$0")/.."
 library=$1

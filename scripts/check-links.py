@@ -10,7 +10,7 @@ import sys
 import urllib.parse
 
 
-# Doxygen's list of contents names this where all macros of a page are in groups of their own.
+# Doxygen's table of contents names this where all macros of a page are in groups of their own.
 WITHOUT_ANCHOR = {"define-members"}
 
 

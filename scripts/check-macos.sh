@@ -60,7 +60,7 @@ llvm-objdump --macho --private-headers "$program" >"$work/headers"
 for table in bind lazy-bind weak-bind; do
     llvm-objdump --macho "--$table" "$program" | sed 1,4d >"$work/$table" # file, empty line, title, headings
 done
-# The symbol table also lists names that nothing refers to any more; what counts is what the loader binds.
+# The symbol table also lists names that nothing refers to any more; only what the loader binds counts.
 cat "$work/bind" "$work/lazy-bind" | awk '{ print $(NF - 1), $NF }' | sort -u >"$work/imports"
 
 header=$(sed -n 's/^MH_MAGIC_64 *//p' "$work/headers")

@@ -2,9 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# Runs every test of the coverage preset and tells, folder by folder, which lines no test runs. Fails if the tests run
-# less than 98 % of the lines or 90 % of the branches. Branches that only an exception takes do not count: almost every
-# call has one. The files of other hosts do not count either, because they are not compiled here.
+# Runs every test of the coverage preset and lists, directory by directory, the lines that no test runs. Fails if the
+# tests run less than 98 % of the lines or 90 % of the branches. Branches that only an exception takes do not count:
+# almost every call has one. The files of other hosts do not count either, because they are not compiled here.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh

@@ -100,7 +100,7 @@ awk -v group="$group" '
         return substr(line, RSTART, RLENGTH)
     }
 
-    # Groups open inside the namespace, since those that are open around it would hold the namespace alone.
+    # Opens groups inside the namespace, because a group around it would contain the namespace alone.
     NR == FNR { inNamespace = inNamespace || $0 ~ namespaceStart; next }
     FNR == 1 { print inNamespace ? "/** @file */" : "/** @file */ /** @addtogroup " group; next }
     FNR == 2 { print inNamespace ? "" : "@{ */"; next }
@@ -129,7 +129,7 @@ awk -v group="$group" '
         } else if (name != "" || $0 ~ /^(class|struct) /) {
             lastName = ""
         }
-        # A comment stands in front of a template as a whole.
+        # A comment goes before a template as a whole.
         if (!documented && $0 ~ /^ *(template <.*>|requires .*[^;{])$/ && $0 !~ /=/) {
             held[++heldCount] = $0
             next

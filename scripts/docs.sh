@@ -22,14 +22,14 @@ if [ -s build/docs/warnings.txt ]; then
 fi
 [ "$status" -eq 0 ]
 
-# A free function, a member that three classes inherit, a static one, a function of a header's own, a global, a constant.
+# One name of each kind: a free function, an inherited and a static member, a global and a constant among them.
 for name in CNSLog subString appendHexOf GetTickCount theLog Z_SYS_ENV_HOMEDIR; do
     if ! grep -q "\['$name'" build/docs/html/search/all_*.js; then
         echo "The reference's search does not find $name" >&2
         exit 1
     fi
 done
-# Files that pages link to and that are no pages: docs-page.sh writes these links.
+# Files that pages link to and that are not pages: docs-page.sh writes these links.
 grep -oh 'href="source/[^"]*\.txt"' build/docs/html/*.html | sort -u | sed 's|href="source/\(.*\)\.txt"|\1|' |
     while read -r file; do
         mkdir -p "build/docs/html/source/$(dirname "$file")"

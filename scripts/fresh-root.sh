@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 #
 # Tries what the README shows on a fresh machine: a minimal Debian with git and nothing else, in a directory that is the
-# root of a mount namespace. Needs root. Packages come from the mirror that this machine itself is set up for.
+# root of a mount namespace. Needs root. Packages come from the mirror that this machine uses.
 #
 #   ./scripts/fresh-root.sh bookworm user           both commands of the README, as an ordinary user who may use sudo
 #   ./scripts/fresh-root.sh trixie root run         only ./scripts/run.sh, as root
@@ -26,14 +26,14 @@ case $who in root | user) ;; *) usage ;; esac
 }
 require_packages debootstrap
 
-# The mirror that apt uses here; its name is written nowhere.
+# The mirror that apt uses here; its name is stored nowhere.
 mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Label: Debian' | head -n 1)
 [ -n "$mirror" ] || {
     echo "$0: apt has no Debian mirror here" >&2
     exit 1
 }
 
-# The fresh system is made once for each suite and kept as an archive.
+# The fresh system is created once for each suite and kept as an archive.
 cache=$PWD/build/fresh
 archive=$cache/$suite.tar
 if [ ! -e "$archive" ]; then
@@ -59,7 +59,7 @@ echo "fresh" >"$root/etc/hostname"
 echo "127.0.0.1 localhost fresh" >"$root/etc/hosts"
 cp -L /etc/resolv.conf "$root/etc/resolv.conf"
 
-# The tracked files as they are here, owned by the one who works with them.
+# The tracked files as they are here, owned by the user who works with them.
 home=/root
 if [ "$who" = user ]; then
     home=/home/visitor
@@ -70,8 +70,8 @@ mkdir "$root$home/zspace"
 git ls-files -z | tar -cf - --null --files-from=- | tar -C "$root$home/zspace" --no-same-owner -xf -
 [ "$who" = root ] || chroot "$root" chown -R visitor: "$home/zspace"
 
-# enter COMMAND...: runs a command in the fresh machine, in the sources' directory. It sees processes and mounts of its
-# own; a user of it has the PATH that Debian gives to users.
+# enter COMMAND...: runs a command in the fresh machine, in the sources' directory. It has its own processes and mounts;
+# an ordinary user has the PATH that Debian sets.
 enter() {
     unshare --mount --pid --fork --kill-child -- sh -c '
         set -eu
@@ -98,7 +98,7 @@ enter() {
     ' sh "$root" "$who" "$home/zspace" "$@"
 }
 
-# What differs from run to run becomes one word; a line that the README cuts short with "..." ends there.
+# What differs from run to run becomes a single word; a line that the README cuts with "..." ends there.
 masked() {
     sed -e 's/[0-9]\{4\}-[0-9][0-9]-[0-9][0-9]T[0-9][0-9][:-][0-9][0-9][:-][0-9][0-9]\.[0-9]*/TIME/g' \
         -e 's/Thread\[[0-9a-f]*\]/Thread[N]/g' -e 's|\(Application Support/\).*\(com\.coraldesk\)|\1\2|' \

@@ -23,7 +23,7 @@ echo "Checking the format"
 git ls-files '*.h' '*.cpp' '*.mm' | xargs clang-format --dry-run -Werror
 
 echo "Checking the shell scripts"
-# SC2016: programs for sed and awk stand in single quotes, `$` and backquotes included.
+# SC2016: programs for sed and awk are in single quotes, including `$` and backquotes.
 git ls-files -z 'scripts/*' 'tests/*.sh' 'packaging/*.sh' 'examples/*' .ci/run |
     xargs -0 grep -lE '^#!/(bin/sh|usr/bin/env (ba)?sh)' | xargs shellcheck -x -e SC2016
 
@@ -32,7 +32,7 @@ if [ $# -eq 0 ]; then
     set -- $(git ls-files 'app/*.cpp' 'ZSpace/*.cpp' ':!ZSpace/platform/darwin' ':!ZSpace/platform/foundation')
 fi
 echo "Linting $# files"
-# A build folder of its own: this needs no tests, and so no GoogleTest.
+# A build directory of its own: this needs no tests, and so no GoogleTest.
 cmake --preset clang -B build/lint -DZSPACE_BUILD_TESTS=OFF -DZSPACE_BUILD_EXAMPLES=OFF >/dev/null
 printf '%s\n' "$@" | xargs -n 1 -P "$(getconf _NPROCESSORS_ONLN)" clang-tidy -p build/lint --quiet
 echo "Format, scripts and lint are clean."

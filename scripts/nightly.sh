@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# What is too long for every merge, and runs once a night: the remaining presets, fresh machines, the site of the documents. Goes on
-# after a failure and names all of them at the end. Needs root.
+# What takes too long for every merge, and runs once a night: the remaining presets, fresh machines, the site of the
+# documents. Continues after a failure and names all of them at the end. Needs root.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh

@@ -23,7 +23,7 @@ fail() {
     exit 1
 }
 
-# configure DIRECTORY SOURCE OPTION...; make DIRECTORY TARGET...: quiet as long as all is well.
+# configure DIRECTORY SOURCE OPTION...; make DIRECTORY TARGET...: print nothing unless they fail.
 configure() {
     directory=$1 source=$2
     shift 2
@@ -72,14 +72,14 @@ for kind in static shared; do
     done
     ok "packages, $kind: $(cd "$out/$kind" && echo *.deb *.tar.gz)"
 
-    # The project has no mail address of its own that Debian would accept: see RELEASING.md. The scripts that call
-    # ldconfig are CPack's, which cannot be told to leave them out.
+    # The project has no mail address that Debian would accept: see RELEASING.md. The scripts that call ldconfig are
+    # CPack's, which cannot omit them.
     tags=bogus-mail-host,bogus-mail-host-in-debian-changelog,maintscript-calls-ldconfig
     lintian --allow-root --fail-on error,warning --suppress-tags "$tags" \
         "$out/$kind"/*.deb || fail "lintian"
     ok "lintian"
 
-    # A root of its own, into which dpkg installs and from which it removes.
+    # A separate root, into which dpkg installs and from which it removes.
     root=$work/$kind-root
     mkdir -p "$root/var/lib/dpkg/updates" "$root/var/lib/dpkg/info"
     : >"$root/var/lib/dpkg/status"
@@ -117,7 +117,7 @@ for kind in static shared; do
     prints "consumer 42" "$work/$kind-c322/consumer"
     ok "find_package, also as CMake 3.22 reads it (simulated: the package is told that version)"
 
-    # By pkg-config, for each place that libraries have, after the installed tree was moved.
+    # With pkg-config, for each library directory, after the installed tree was moved.
     for libdir in lib lib64 lib/x86_64-linux-gnu; do
         configure "$build" . -DCMAKE_INSTALL_LIBDIR=$libdir
         cmake --install "$build" --prefix "$work/first" >"$work/log" 2>&1

@@ -8,7 +8,7 @@
 set -eu
 [ $# -ge 2 ] || { echo "usage: $0 ROOT COMMAND..." >&2; exit 2; }
 
-# The part that mounts exists only as this text, so it cannot run anywhere but in the new namespace, whatever the
+# The part that mounts exists only as this string, so it cannot run anywhere but in the new namespace, whatever the
 # caller's environment contains.
 # shellcheck disable=SC2016 # expanded by the inner shell
 inside='

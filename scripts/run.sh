@@ -12,7 +12,7 @@ cd "$(dirname "$0")/.."
 
 # shellcheck disable=SC2154,SC2086 # set in setup.sh; the list is to be split
 require_packages $build_packages
-# The tests need more packages than the program; a build that has them keeps them.
+# The tests need more packages than the program; a build that includes tests keeps them.
 [ -e build/release/CMakeCache.txt ] || configure_options=-DZSPACE_BUILD_TESTS=OFF
 build release CdkRSUninstaller
 program=$PWD/build/release/app/CdkRSUninstaller

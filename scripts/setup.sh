@@ -3,11 +3,11 @@
 #
 # Sourced by the other scripts: installs what is missing on a Debian host or a Mac, and says what is needed elsewhere.
 
-# Debian keeps chroot and others where the PATH of an ordinary user does not look.
+# Debian installs chroot and others where the PATH of an ordinary user does not look.
 PATH=$PATH:/usr/sbin:/sbin
 export PATH
 
-# require_packages PACKAGE...: makes sure that every one of these Debian packages is installed, or its like on a Mac.
+# require_packages PACKAGE...: makes sure that these Debian packages, or their equivalents on a Mac, are installed.
 require_packages() {
     if [ "$(uname)" = Darwin ]; then
         require_on_mac "$@"
@@ -34,7 +34,7 @@ require_packages() {
     }
 }
 
-# run_apt COMMAND...: apt-get as root. Its output goes to build/apt.log; what it fetches is shown.
+# run_apt COMMAND...: apt-get as root. Its output goes to build/apt.log; what it downloads is shown.
 run_apt() {
     as_root=
     [ "$(id -u)" -eq 0 ] || as_root=sudo
@@ -53,8 +53,8 @@ clang_runtime() {
     apt-cache depends clang | sed -n 's/.*Depends: clang-\([0-9][0-9]*\)$/libclang-rt-\1-dev/p'
 }
 
-# What these Debian packages stand for on a Mac: Xcode's tools, and from Homebrew what else is missing. The variable
-# ZSPACE_GTEST_SOURCE may name a folder with GoogleTest's sources; they are then built with the tests.
+# The equivalents of these Debian packages on a Mac: Xcode's tools, and the rest from Homebrew. The variable
+# ZSPACE_GTEST_SOURCE may name a directory with GoogleTest's sources; they are then built with the tests.
 require_on_mac() {
     if ! xcrun --find clang++ >/dev/null 2>&1; then
         echo "Xcode's command line tools are missing: xcode-select --install" >&2
@@ -82,7 +82,7 @@ require_on_mac() {
     brew install --quiet $missing >/dev/null
 }
 
-# On a host without apt the tools may be there all the same.
+# Without apt, the tools may be installed all the same.
 have_tools() {
     command -v cmake >/dev/null 2>&1 && command -v ninja >/dev/null 2>&1 && command -v c++ >/dev/null 2>&1
 }
@@ -91,7 +91,7 @@ build_packages="g++ cmake ninja-build"
 default_preset=release
 [ "$(uname)" != Darwin ] || default_preset=macos-native
 
-# build PRESET TARGET...: configures and builds, with the options in $configure_options. Shows how far it is; the output
+# build PRESET TARGET...: configures and builds, with the options in $configure_options. Shows the progress; the output
 # of the tools goes to build/PRESET.log.
 configure_options=
 build() {
@@ -116,7 +116,7 @@ build() {
     fi
 }
 
-# Of the build's output, shows every tenth part of the way.
+# Shows every tenth part of the build's progress.
 show_progress() {
     awk 'match($0, /^\[[0-9]+\/[0-9]+\] /) {
         split(substr($0, 2, RLENGTH - 3), step, "/")

@@ -13,9 +13,9 @@ set(zspace_zig_packages "${ZSPACE_ZIG_FOLDER}/node_modules/@zigc")
 set(zspace_zig "${zspace_zig_packages}/linux-x64/bin/zig")
 set(zspace_sdk "${CMAKE_CURRENT_LIST_DIR}/../../packaging/macos/sdk")
 
-# Programs use macOS's own C++ library, as if built there, so that there is one C++ runtime and its exceptions and those of
-# Objective-C pass through each other's frames. Zig must not link its own library. Its libc++ headers are configured as
-# Apple configures them: they refuse what the oldest supported macOS lacks.
+# Programs use macOS's own C++ library, as if built there: with a single C++ runtime, C++ and Objective-C exceptions
+# pass through each other's frames. Zig must not link its own library. Its libc++ headers are configured as Apple
+# configures them: they refuse what the oldest supported macOS lacks.
 #
 # These arguments belong to the compiler, since CMake's first test of it needs them: without them, that test would build
 # all of libc++.
@@ -31,7 +31,7 @@ set(ZSPACE_TEST_TARGET --target=x86_64-macos.10.15)
 # The minimum version is part of the target, so CMake must not add one.
 set(CMAKE_OSX_SYSROOT "")
 set(CMAKE_OSX_DEPLOYMENT_TARGET "")
-# Ignore libraries and packages of the building machine.
+# Ignores the build machine's libraries and packages.
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
@@ -47,10 +47,10 @@ set(CMAKE_EXE_LINKER_FLAGS_INIT "-F${zspace_sdk}/Frameworks -L${zspace_sdk}/lib"
 set(CMAKE_CXX_STANDARD_LIBRARIES "${zspace_sdk}/lib/libc++.1.tbd")
 set(CMAKE_OBJCXX_STANDARD_LIBRARIES "${CMAKE_CXX_STANDARD_LIBRARIES}")
 
-# The archiver and ranlib are parts of the same program.
+# The archiver and ranlib are subcommands of the same program.
 set(CMAKE_AR "${zspace_zig}")
 set(CMAKE_RANLIB "${zspace_zig}")
-set(CMAKE_INSTALL_NAME_TOOL "${zspace_zig}") # no installed file has such names
+set(CMAKE_INSTALL_NAME_TOOL "${zspace_zig}") # never run, but CMake requires one
 foreach(language IN ITEMS C CXX OBJC OBJCXX)
     set(CMAKE_${language}_ARCHIVE_CREATE "<CMAKE_AR> ar qc <TARGET> <OBJECTS>")
     set(CMAKE_${language}_ARCHIVE_APPEND "<CMAKE_AR> ar q <TARGET> <OBJECTS>")
@@ -64,5 +64,5 @@ foreach(language IN ITEMS C CXX OBJC OBJCXX)
         "${CMAKE_CURRENT_LIST_DIR}/../../packaging/macos/finish-executable.py <TARGET>")
 endforeach()
 
-# Zig compiles precompiled headers with another front end than the one that reads them.
+# Zig compiles precompiled headers with a front end other than the one that reads them.
 set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)

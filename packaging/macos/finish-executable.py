@@ -59,14 +59,14 @@ class Executable:
         return next((offset for offset, found in self.commands() if found == kind), None)
 
     def segment(self, name):
-        """The offset of the segment's load command, and the segment's place in the file."""
+        """The offset of the segment's load command, and the segment's offset in the file."""
         for offset, kind in self.commands():
             if kind == LC_SEGMENT_64 and self.content[offset + 8 : offset + 24].rstrip(b"\0") == name:
                 return (offset, *struct.unpack_from("<2Q", self.content, offset + 40))
         raise UnexpectedFile(f"no segment {name.decode()}")
 
     def first_section_start(self):
-        """The place in the file where the space for load commands ends."""
+        """The file offset at which the space for load commands ends."""
         starts = []
         for offset, kind in self.commands():
             if kind != LC_SEGMENT_64:
@@ -200,7 +200,7 @@ def sort_weak_binds(executable):
 
 
 def add_signature_command(executable):
-    """Makes room for a signature at the end of the file; returns where it starts and its size."""
+    """Reserves space for a signature at the end of the file; returns its offset and size."""
     link_edit, link_edit_start, _ = executable.segment(b"__LINKEDIT")
     command = executable.command(LC_CODE_SIGNATURE)
     if command is not None:  # signed before

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 
-# An overlay port: builds the repository that it is a part of. Not run by its authors.
+# An overlay port that builds the repository that contains it. Not run by its authors.
 get_filename_component(SOURCE_PATH "${CMAKE_CURRENT_LIST_DIR}/../../.." ABSOLUTE)
 vcpkg_cmake_configure(SOURCE_PATH "${SOURCE_PATH}"
     OPTIONS -DZSPACE_BUILD_PROGRAM=OFF -DZSPACE_BUILD_TESTS=OFF -DZSPACE_BUILD_EXAMPLES=OFF)
