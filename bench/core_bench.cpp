@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Handles, containers, calls and locks, compared in the same run with the standard library (`...Std`) and with
-// the least code that does the same work, written by hand (`...Floor`). Run with
-// --benchmark_enable_random_interleaving=true --benchmark_repetitions=9 to interleave them.
+// Handles, containers, calls and locks, compared in the same run with the standard library (`...Std`) and with the
+// minimum of code that does the same work (`...Baseline`). Run with --benchmark_enable_random_interleaving=true
+// --benchmark_repetitions=9 to interleave them.
 
 #include "ZSpace/core/ZArray.h"
 #include "ZSpace/core/ZDelegate.h"
@@ -34,27 +34,27 @@ const std::string s_string = "a string that exceeds the internal buffer of std::
 
 // Handles
 
-/// An object with its count, as written by hand.
+/// An object with its count, written by hand.
 struct Counted {
     std::atomic<std::uint64_t> count{1};
     int value = 1;
 };
 
-void dropFloor(Counted* object)
+void dropCounted(Counted* object)
 {
     if (object->count.fetch_sub(1) == 1)
         delete object;
 }
 
-void handleMakeFloor(benchmark::State& state)
+void handleMakeBaseline(benchmark::State& state)
 {
     for (auto _ : state) {
         auto* object = new Counted;
         benchmark::DoNotOptimize(object);
-        dropFloor(object);
+        dropCounted(object);
     }
 }
-BENCHMARK(handleMakeFloor);
+BENCHMARK(handleMakeBaseline);
 
 void handleMakeRef(benchmark::State& state)
 {
@@ -88,7 +88,7 @@ void handleMakeStd(benchmark::State& state)
 }
 BENCHMARK(handleMakeStd);
 
-void handleCopyFloor(benchmark::State& state)
+void handleCopyBaseline(benchmark::State& state)
 {
     static Counted object;
     for (auto _ : state) {
@@ -96,10 +96,10 @@ void handleCopyFloor(benchmark::State& state)
         benchmark::DoNotOptimize(copy);
         copy->count.fetch_add(1);
         benchmark::DoNotOptimize(copy);
-        dropFloor(copy);
+        dropCounted(copy);
     }
 }
-BENCHMARK(handleCopyFloor)->Threads(1)->Threads(2);
+BENCHMARK(handleCopyBaseline)->Threads(1)->Threads(2);
 
 void handleCopy(benchmark::State& state)
 {
@@ -163,7 +163,7 @@ BENCHMARK(handleDereferenceStd);
 
 // Lists, compared with containers whose elements have stable addresses
 
-void listAddFloor(benchmark::State& state)
+void listAddBaseline(benchmark::State& state)
 {
     for (auto _ : state) {
         std::string** slots = nullptr;
@@ -186,7 +186,7 @@ void listAddFloor(benchmark::State& state)
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(listAddFloor)->Arg(10)->Arg(1'000)->Arg(100'000);
+BENCHMARK(listAddBaseline)->Arg(10)->Arg(1'000)->Arg(100'000);
 
 void listAdd(benchmark::State& state)
 {
@@ -364,7 +364,7 @@ struct Pair {
     const wchar_t* value;
 };
 
-void mapFindFloor(benchmark::State& state)
+void mapFindBaseline(benchmark::State& state)
 {
     std::vector<wchar_t> keys(static_cast<std::size_t>(state.range(0)));
     std::vector<std::unique_ptr<Pair>> owner;
@@ -386,7 +386,7 @@ void mapFindFloor(benchmark::State& state)
         i = i + 1 == keys.size() ? 0 : i + 1;
     }
 }
-BENCHMARK(mapFindFloor)->Arg(3)->Arg(8)->Arg(16);
+BENCHMARK(mapFindBaseline)->Arg(3)->Arg(8)->Arg(16);
 
 void mapFind(benchmark::State& state)
 {

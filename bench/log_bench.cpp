@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// What one record costs on its way to a file: the log front end beside the bare floor (read the clock, format
-// by hand, one write) and beside other ways to log that hand each record to the system before they return.
+// The cost of one record on its way to a file: the log front end next to a baseline (read the clock, format
+// by hand, one write) and to other ways to log that hand each record to the system before they return.
 //
-// Each benchmark takes the length of the text and the kind of file system: 0 for the temporary folder, 1 for
-// the shared memory file system. Compare ratios within one run.
+// Each benchmark takes the length of the string and the kind of file system: 0 for the temporary directory, 1
+// for the shared memory file system. Compare ratios within one run.
 
 #include "ZSpace/log/LogFrontEnd.h"
 #include "ZSpace/log/ZLogBookFile.h"
@@ -51,7 +51,7 @@ std::string textOf(const benchmark::State& state)
     return std::string(static_cast<std::size_t>(state.range(0)), 'x');
 }
 
-/// Runs `log` for one text again and again; the first thread sets up and clears away.
+/// Runs `log` for one string repeatedly; the first thread sets up and tears down.
 template <typename SetUp, typename Log, typename TearDown>
 void measure(benchmark::State& state, SetUp setUp, Log log, TearDown tearDown)
 {
@@ -77,8 +77,8 @@ char* appendTwo(char* to, int number, char separator)
     return to;
 }
 
-/// The least that any logger with such lines must do.
-void bareFloor(const char* text)
+/// The minimum that any logger with such lines must do.
+void baselineLog(const char* text)
 {
     thread_local const unsigned int thread = static_cast<unsigned int>(syscall(SYS_gettid));
     thread_local time_t cachedSecond = -1;
@@ -119,14 +119,14 @@ void bareFloor(const char* text)
     benchmark::DoNotOptimize(write(g_file, line, static_cast<std::size_t>(to - line)));
 }
 
-void BareFloor(benchmark::State& state)
+void Baseline(benchmark::State& state)
 {
     measure(
         state,
         [](const fs::path& folder) {
-            g_file = open((folder / "floor").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+            g_file = open((folder / "baseline").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
         },
-        bareFloor, [] { close(g_file); });
+        baselineLog, [] { close(g_file); });
 }
 
 ZSpace::ZRef<ZSpace::ZLogBook> g_book;
@@ -290,7 +290,7 @@ void lengthsAndFolders(benchmark::internal::Benchmark* benchmark)
     benchmark->ArgNames({"bytes", "shm"})->Threads(1)->Threads(2)->UseRealTime();
 }
 
-BENCHMARK(BareFloor)->Apply(lengthsAndFolders);
+BENCHMARK(Baseline)->Apply(lengthsAndFolders);
 BENCHMARK(Book)->Apply(lengthsAndFolders);
 BENCHMARK(BookRolling)->Apply(lengthsAndFolders);
 BENCHMARK(BookJson)->Apply(lengthsAndFolders);

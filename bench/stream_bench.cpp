@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Streams and the file toolbox, compared in the same run with the least that any program must do for the same
-// work ("Bare": C library or system calls) and with the standard library ("Std"). Files are in a private
+// Streams and the file toolbox, compared in the same run with the minimum that any program must do for the
+// same work ("Bare": C library or system calls) and with the standard library ("Std"). Files are in a private
 // directory below TMPDIR.
 
 #include "ZSpace/stream/ZIOGFile.h"
@@ -287,7 +287,7 @@ void names(benchmark::State& state)
 }
 BENCHMARK(names)->Arg(10)->Arg(10'000);
 
-/// What a list holds of an entry, by pointer.
+/// What a list stores of an entry, by pointer.
 struct Kept {
     std::unique_ptr<char, decltype(&std::free)> text{nullptr, &std::free};
     long length = 0;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The strings beside the standard library, {fmt} and Abseil, in the same run.
+// The strings next to the standard library, {fmt} and Abseil, in the same run.
 
 #include "ZSpace/string/ZMStr.h"
 
@@ -112,7 +112,7 @@ void appendTextsFmt(benchmark::State& state)
 }
 BENCHMARK(appendTextsFmt);
 
-// A line as logs have it: a time, a number, a text
+// A log line: a time, a number, a string
 
 void logLine(benchmark::State& state)
 {
@@ -408,7 +408,7 @@ void numberToHexFmt(benchmark::State& state)
 }
 BENCHMARK(numberToHexFmt);
 
-// Searching: words of a text, with what is looked for at its end
+// Searching the words of a string, with the match at its end
 
 std::string words(long n)
 {
@@ -550,7 +550,7 @@ void replaceTextAbseil(benchmark::State& state)
 }
 BENCHMARK(replaceTextAbseil)->Arg(10)->Arg(1000);
 
-// Comparing: texts that differ in their last character
+// Comparing strings that differ in their last character
 
 void compareTexts(benchmark::State& state)
 {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Times, GUIDs and values, each next to the usual alternatives. A "floor" is code written by hand for exactly
-// this work, into a buffer of the caller: the least that any program must do.
+// Times, GUIDs and values, each next to the usual alternatives. A "baseline" is code written by hand for
+// exactly this work, into a buffer of the caller: the minimum that any program must do.
 
 #include "ZSpace/value/TZValue.h"
 #include "ZSpace/value/ZGUID.h"
@@ -56,7 +56,7 @@ void run(benchmark::State& state, Operation operation)
         benchmark::DoNotOptimize(operation());
 }
 
-// Hand-written floors
+// Hand-written baselines
 
 constexpr std::array<std::array<char, 2>, 100> s_pairs = [] {
     std::array<std::array<char, 2>, 100> pairs{};
@@ -132,11 +132,11 @@ void runInto(benchmark::State& state, Write write)
 
 // Time fields to text: 2024-03-05T07:08:09.042
 
-void timeText_floor(benchmark::State& state)
+void timeText_baseline(benchmark::State& state)
 {
     runInto(state, [](char* to) { return putFieldsAndMilliseconds(to, opaque(s_fields)) - to; });
 }
-BENCHMARK(timeText_floor);
+BENCHMARK(timeText_baseline);
 
 void timeText_strftime(benchmark::State& state)
 {
@@ -202,11 +202,11 @@ BENCHMARK(timeText_abslFormatTime);
 
 constexpr unsigned int s_seconds = 1709622489;
 
-void secondsText_floor(benchmark::State& state)
+void secondsText_baseline(benchmark::State& state)
 {
     runInto(state, [](char* to) { return putFields(to, fieldsOf(opaque(s_seconds), 0)) - to; });
 }
-BENCHMARK(secondsText_floor);
+BENCHMARK(secondsText_baseline);
 
 void secondsText_ZTime(benchmark::State& state)
 {
@@ -233,7 +233,7 @@ BENCHMARK(secondsText_strftime);
 
 // Now to text
 
-void nowText_floor(benchmark::State& state)
+void nowText_baseline(benchmark::State& state)
 {
     runInto(state, [](char* to) {
         timespec now{};
@@ -243,7 +243,7 @@ void nowText_floor(benchmark::State& state)
         return putFieldsAndMilliseconds(to, fields) - to;
     });
 }
-BENCHMARK(nowText_floor);
+BENCHMARK(nowText_baseline);
 
 void nowText_ZTime(benchmark::State& state)
 {
@@ -273,7 +273,7 @@ BENCHMARK(nowText_strftime);
 
 const char* const s_timeText = "2024-03-05T07:08:09";
 
-void timeParse_floor(benchmark::State& state)
+void timeParse_baseline(benchmark::State& state)
 {
     run(state, [] {
         const char* text = opaque(s_timeText);
@@ -281,7 +281,7 @@ void timeParse_floor(benchmark::State& state)
             pairAt(text + 11), pairAt(text + 14), pairAt(text + 17), 0};
     });
 }
-BENCHMARK(timeParse_floor);
+BENCHMARK(timeParse_baseline);
 
 void timeParse_ZTime(benchmark::State& state)
 {
@@ -396,7 +396,7 @@ constexpr std::array<std::array<char, 2>, 256> s_hexPairs = [] {
 /// Where each byte of a GUID is in its text form.
 constexpr int s_hexPlaces[]{7, 5, 3, 1, 12, 10, 17, 15, 20, 22, 25, 27, 29, 31, 33, 35};
 
-void guidText_floor(benchmark::State& state)
+void guidText_baseline(benchmark::State& state)
 {
     runInto(state, [](char* to) {
         unsigned char bytes[sizeof(ZGUID)];
@@ -408,7 +408,7 @@ void guidText_floor(benchmark::State& state)
         return 38;
     });
 }
-BENCHMARK(guidText_floor);
+BENCHMARK(guidText_baseline);
 
 void guidText_ZGUID(benchmark::State& state)
 {
@@ -456,7 +456,7 @@ constexpr std::array<unsigned char, 256> s_hexValues = [] {
     return values;
 }();
 
-void guidParse_floor(benchmark::State& state)
+void guidParse_baseline(benchmark::State& state)
 {
     run(state, [] {
         const auto* text = reinterpret_cast<const unsigned char*>(opaque(s_guidText));
@@ -468,7 +468,7 @@ void guidParse_floor(benchmark::State& state)
         return bytes;
     });
 }
-BENCHMARK(guidParse_floor);
+BENCHMARK(guidParse_baseline);
 
 #if __has_include(<uuid/uuid.h>)
 void guidText_libuuid(benchmark::State& state)
