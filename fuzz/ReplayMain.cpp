@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Runs a fuzz target over every file of the folders given, so that the corpus is an ordinary test with any
-// compiler. Exits with 1 when a folder holds nothing, since a replay of no input proves nothing.
+// Runs a fuzz target over every file of the given directories, so that the corpus is an ordinary test with
+// any compiler. Exits with 1 if a directory is empty, since a replay of no input proves nothing.
 
 #include <cstddef>
 #include <cstdint>

@@ -54,7 +54,7 @@ void requireSame(const ZBITFIELD& field, const Bits& bits)
     require(field == fieldOf(bits) && field == ZBITFIELD(field), "equality");
 }
 
-/// Runs an operation, which must throw just if `throws` says so.
+/// Runs an operation, which must throw exactly if `throws` is true.
 template <typename Operation>
 void runChecked(bool throws, Operation operation)
 {

@@ -149,7 +149,7 @@ public:
         require(copy && copy->State() == m_state, "a clone has the same state");
         copy->close();
         if (m_state != 0)
-            move(2, m_position); // the clone shares the offset, of which this stream's buffer knows nothing
+            move(2, m_position); // the clone has moved the shared offset without this stream's buffer
     }
 
     void check()
@@ -166,7 +166,7 @@ public:
     }
 
 private:
-    /// The C library asks for a move between reading and writing.
+    /// The C library requires a move between reading and writing.
     void switchDirection()
     {
         check();
@@ -221,7 +221,7 @@ private:
         m_content.replace(static_cast<std::size_t>(m_position), data.size(), data);
         m_position = static_cast<long long>(end);
         if (m_isAppending)
-            m_file.flush(); // only then the library knows where the end was
+            m_file.flush(); // only then does the library know the end
     }
 
     static constexpr long long s_mostBytes = 100'000;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// A conversion put together from the input, with any flags, width, precision and length, in the plain form
-// and in the one with positions: it must print what the C library prints.
+// A conversion built from the input, with any flags, width, precision and length, in the plain form and in
+// the one with positions: both must print what the C library prints.
 
 #include "ZSpace/platform/Foundation.h"
 #include "fuzz/FuzzText.h"
@@ -65,8 +65,8 @@ struct Number {
     int value;
 };
 
-/// The two forms of one conversion; both take the width, the precision and the value, in this order, though
-/// they need not look at all of them.
+/// The two forms of one conversion; both take the width, the precision and the value, in this order, even if
+/// they do not use all of them.
 class Formats {
 public:
     explicit Formats(Input& input)
@@ -105,8 +105,8 @@ private:
         return flags;
     }
 
-    // With positions, every argument must be named: the width and the precision are then taken in any case. A
-    // width below zero by position would meet a fault of glibc's, which puts the flag 0 behind the number.
+    // With positions, every argument must be used, so the width and the precision are always taken. A
+    // negative width by position would meet a bug of glibc's, which puts the flag 0 after the number.
     template <typename Value>
     void comparePositions(const char* conversion, Value value) const
     {
