@@ -15,8 +15,8 @@ namespace {
 
 using namespace ZSpace;
 
-/// What the callback has seen so far. It runs on a worker thread, but never while the main thread is past
-/// `waitForRead`, so no lock is needed.
+/// What the callback has counted so far. It runs on a worker thread, but never after the main thread has
+/// returned from `waitForRead`, so no lock is needed.
 struct Totals {
     long pieces = 0;
     long bytes = 0;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// A log book of one's own that prints each record as a line of JSON. It shows how a book reads the values of a record;
-// for real use there is ZLogBookJson.
+// A custom log book that prints each record as a line of JSON. It shows how a book reads the values of a record; for
+// real use there is ZLogBookJson.
 
 #include "ZSpace/log/ZLogBook.h"
 #include "ZSpace/log/ZLogLevel.h"

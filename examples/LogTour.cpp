@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // A tour of the framework as a library: the log front end, records with values of every kind, last errors, a
-// hoster with two books, a book of one's own, and an asynchronous read. Writes into the folder given, by
-// default
+// hoster with two books, a custom book, and an asynchronous read. Writes to the given directory, by default
 // "./log-tour", and prints what it does.
 
 #include "ZSpace/ZSpace.h"
@@ -15,7 +14,7 @@ namespace {
 
 using namespace ZSpace;
 
-/// A book of one's own: prints each record's values on one line.
+/// A custom book: prints each record's values on one line.
 class PrintingBook : public ZLogBook {
 public:
     void add(const ZLogRecord& record) override
@@ -30,7 +29,7 @@ public:
     bool getSessionTransferLog(ZGStr<wchar_t>&) override { return false; }
 };
 
-/// A hoster for any books; it only has to say that it keeps no text of the session.
+/// A hoster for any books. Keeps no session text.
 class Books : public ZLogBookHoster {
 public:
     using ZLogBookHoster::ZLogBookHoster;

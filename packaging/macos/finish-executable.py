@@ -59,7 +59,7 @@ class Executable:
         return next((offset for offset, found in self.commands() if found == kind), None)
 
     def segment(self, name):
-        """The offset of the segment's load command, and the segment's offset in the file."""
+        """The offset of the segment's load command and its offset in the file."""
         for offset, kind in self.commands():
             if kind == LC_SEGMENT_64 and self.content[offset + 8 : offset + 24].rstrip(b"\0") == name:
                 return (offset, *struct.unpack_from("<2Q", self.content, offset + 40))

@@ -19,7 +19,7 @@
 
 namespace ZSpace::Testing {
 
-/// The test builds of the program, on every host and without privileges: builds of the same `main` that take its two
+/// The test builds of the program, on every host and without privileges: builds of the same `main` that take both
 /// directories from the environment.
 class AnywhereFixture : public testing::Test {
 protected:

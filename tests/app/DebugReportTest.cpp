@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The program's own way of writing a fatal report, which replaces the library's in this test program as it
-// does in the program itself.
+// The program's own definition of the fatal report, which replaces the library's in this test program as in
+// the program itself.
 
 #include "ZSpace/core/detail/DebugReport.h"
 

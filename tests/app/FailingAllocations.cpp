@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // The test build of the program in which an allocation fails: the one whose number is in the environment, counted from
-// `main` on, and with a "+" behind the number all later ones, too. Prints how many have failed.
+// `main` on; if a "+" follows the number, all later ones fail, too. Prints how many have failed.
 
 #include "tests/app/PrivatePaths.h"
 
@@ -11,7 +11,7 @@
 
 #ifdef ZSPACE_SANITIZED
 
-// The sanitizers have an allocator of their own, so only `operator new` fails, and leaks are found.
+// The sanitizers have an allocator of their own, so only `operator new` fails, and leaks are detected.
 #include "tests/support/AllocationFaults.h"
 
 namespace {

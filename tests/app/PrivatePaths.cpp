@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// What the test build of the program has instead of the host's directory look-up and the fixed directory of reports. The
+// Replaces, in the test build of the program, the host's directory look-up and the fixed directory of reports. The
 // program that is shipped contains neither.
 
 #include "tests/app/PrivatePaths.h"

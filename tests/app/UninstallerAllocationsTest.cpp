@@ -27,8 +27,8 @@ protected:
         bool hasStruck;
         std::string logged;
     };
-    /// Runs the program with one failing allocation, which must end with status 0 and whole lines.
-    /// @param fault the number of the allocation; with a "+" behind it all later ones fail as well.
+    /// Runs the program with one failing allocation, which must end with status 0 and complete lines.
+    /// @param fault the number of the allocation; if a "+" follows it, all later ones fail as well.
     [[nodiscard]] Run runWith(const std::string& fault) const
     {
         fs::remove_all(logs());
@@ -65,7 +65,7 @@ protected:
     }
 };
 
-TEST_F(UninstallerAllocations, AfterASingleFailureTheInstallerRunsOnceOrALineTellsWhyNot)
+TEST_F(UninstallerAllocations, AfterASingleFailureTheInstallerRunsOnceOrALineSaysWhyNot)
 {
     installCounting();
     std::map<std::string, bool> hasFailed;
@@ -94,7 +94,7 @@ TEST_F(UninstallerAllocations, AfterASingleFailureTheInstallerRunsOnceOrALineTel
     }
 }
 
-TEST_F(UninstallerAllocations, WithoutMemoryFromAnyPointOnItEndsWithStatusZero)
+TEST_F(UninstallerAllocations, IfAllocationsFailFromAnyPointOnTheStatusIsZero)
 {
     installCounting();
     int nth = 1;
@@ -106,7 +106,7 @@ TEST_F(UninstallerAllocations, WithoutMemoryFromAnyPointOnItEndsWithStatusZero)
         EXPECT_EQ(count, 1) << run;
 }
 
-TEST_F(UninstallerAllocations, AFailedStartEndsWithStatusZeroWhateverFailsBesides)
+TEST_F(UninstallerAllocations, AFailedStartEndsWithStatusZeroWhateverElseFails)
 {
     int nth = 1;
     while (runWith(std::to_string(nth)).hasStruck && runWith(std::to_string(nth) + "+").hasStruck)

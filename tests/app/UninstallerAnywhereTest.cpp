@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The test build of the program, on every host and without privileges: a build of the same `main` that takes its two
+// The test build of the program, on every host and without privileges: a build of the same `main` that takes both
 // directories from the environment.
 
 #include "tests/app/AnywhereFixture.h"
@@ -52,7 +52,7 @@ TEST_F(UninstallerAnywhere, LogsTheStartThatFailedAndEndsWithStatusZero)
             + ", exception:NSInvalidArgumentException reason:"));
 }
 
-TEST_F(UninstallerAnywhere, TheShippedProgramHasNoSuchSeam)
+TEST_F(UninstallerAnywhere, TheShippedProgramReadsNoneOfTheseVariables)
 {
     EXPECT_THAT(contentOf(ZSPACE_UNINSTALLER_ANYWHERE), HasSubstr(ZSPACE_PRIVATE_LIBRARY));
     EXPECT_THAT(contentOf(ZSPACE_UNINSTALLER), Not(HasSubstr(ZSPACE_PRIVATE_LIBRARY)));

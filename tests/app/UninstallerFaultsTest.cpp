@@ -24,7 +24,7 @@ struct Call {
     int ordinal;
 };
 
-/// A way to disturb a run, as strace takes it behind "inject=".
+/// How to disturb a run, as strace expects it after "inject=".
 struct Fault {
     std::string injection;
     bool mayEndTheProgram = false;
@@ -58,7 +58,7 @@ protected:
         return 126;
     }
 
-    /// The calls from `main` on, whose first one asks for descriptor 0.
+    /// The calls from `main` on, the first of which queries descriptor 0.
     [[nodiscard]] std::vector<Call> calls() const
     {
         m_root.run([] { return exec({"strace", "-o", "/tmp/trace", ZSPACE_UNINSTALLER}); });
@@ -127,7 +127,7 @@ protected:
         return static_cast<long>(runs.size());
     }
 
-    /// A report has nothing but whole records: each call that finished has written all of its line.
+    /// Every line of a report is a complete record, because each call writes all of its line.
     static void expectWholeLines(const std::string& report)
     {
         EXPECT_TRUE(report.empty() || report.ends_with('\n')) << report;
@@ -148,7 +148,7 @@ protected:
         }
     }
 
-    /// The number of reports' lines that tell of a start.
+    /// The number of lines in the reports that announce a start.
     [[nodiscard]] long startLines() const
     {
         long count = 0;
@@ -158,7 +158,7 @@ protected:
     }
 };
 
-/// The errors of a call that the program may meet; none for calls that cannot fail.
+/// The errors of a call that can occur in the program; none for calls that cannot fail.
 std::vector<std::string> errorsOf(const std::string& call)
 {
     static const std::map<std::string, std::vector<std::string>> s_errors{

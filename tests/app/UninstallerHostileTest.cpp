@@ -23,7 +23,7 @@ using testing::Not;
 
 class UninstallerHostile : public Uninstaller {
 protected:
-    /// Longer than any run takes that does not wait for somebody.
+    /// Longer than any run that does not block.
     static constexpr unsigned int s_patience = 30;
 
     /// Runs the program with `name` as argument 0.

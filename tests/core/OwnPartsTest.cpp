@@ -133,7 +133,7 @@ TYPED_TEST(OwnPartsTest, AddingAnElementOrAChildOfOne)
     expectChildren(container[0].children);
 }
 
-TYPED_TEST(OwnPartsTest, AddingToAChildWhatContainsIt)
+TYPED_TEST(OwnPartsTest, AddingAContainerToItsOwnChild)
 {
     TypeParam container = grown<TypeParam>();
     container[0].children.add(container[0]);

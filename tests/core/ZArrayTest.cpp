@@ -240,7 +240,7 @@ TEST(ZArrayTest, NegativeCountsCountAsZero)
 
 TEST(ZArrayTest, NullSourceMeansValueInitializedElements)
 {
-    std::memset(std::malloc(100), 'x', 100); // leaves garbage for an uninitialized block to show
+    std::memset(std::malloc(100), 'x', 100); // garbage that an uninitialized block would contain
     EXPECT_THAT(ZArray<char>(nullptr, 5), testing::Each('\0'));
     EXPECT_EQ(ZArray<char>(nullptr, 5).Count(), 5);
     EXPECT_THAT(PointerArray(nullptr, 3), ElementsAre(nullptr, nullptr, nullptr));

@@ -52,7 +52,7 @@ static_assert(sizeof(Delegate) == sizeof(void*));
 static_assert(sizeof(void(Both::*)(int, std::string)) == 2 * sizeof(void*));
 static_assert(sizeof(Binder) == sizeof(void*) + 3 * sizeof(void*));
 
-/// A delegate as its users write it.
+/// A delegate as users write one.
 template <int N, typename Base, typename R, typename... P>
 class Sum final : public Base {
 public:
@@ -126,7 +126,7 @@ TEST(ZDelegator2VTest, AdjustsThisForMembersOfASecondBase)
 TEST(ZDelegator2VTest, StoresTheMemberPointerAndThenTheObject)
 {
     Both object;
-    const Binder::Function function = &Both::plain; // of the second base, so that there is something to add
+    const Binder::Function function = &Both::plain; // of the second base, so `this` is adjusted
     const Binder binder(&object, function);
     EXPECT_EQ(wordAt(&binder, 1), wordAt(&function, 0));
     EXPECT_EQ(wordAt(&binder, 2), wordAt(&function, 1));

@@ -108,7 +108,7 @@ TEST(ZExceptionTest, AccessorsAreVirtual)
     expectTexts(base, "computed what", "computed where", "computed why");
 }
 
-TEST(ZExceptionTest, ConstantExceptionAnswersTheVirtualCode)
+TEST(ZExceptionTest, ConstExceptionReturnsTheVirtualCode)
 {
     const Computed computed("stored");
     const ZException& base = computed;

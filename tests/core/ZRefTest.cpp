@@ -211,7 +211,7 @@ TEST_F(ZRefTest, ReleaseDropsTheCountAndKeepsThePointers)
 {
     const Handle a(new Counted(1));
     alignas(Handle) unsigned char storage[sizeof(Handle)];
-    auto* b = new (storage) Handle(a); // never destroyed: its share is given up by hand
+    auto* b = new (storage) Handle(a); // never destroyed: `release` drops its share
     b->release();
     EXPECT_EQ(a.RefCount(), 1);
     EXPECT_EQ(b->get(), a.get());
@@ -222,7 +222,7 @@ TEST_F(ZRefTest, ReleaseDropsTheCountAndKeepsThePointers)
     EXPECT_TRUE(!empty);
 }
 
-/// Notes the blocks alive while it is destroyed.
+/// Records the live blocks while it is destroyed.
 struct BlockCounter {
     long& blocks;
     ~BlockCounter() { blocks = blocksAlive(); }

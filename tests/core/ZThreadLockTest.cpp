@@ -19,7 +19,7 @@ static_assert(sizeof(Lock) == sizeof(pthread_mutex_t));
 static_assert(!std::is_copy_constructible_v<Lock> && !std::is_copy_assignable_v<Lock>);
 static_assert(std::is_empty_v<TZThreadSafeTransaction<PseudoLock>>);
 
-/// Whether another thread would have to wait for the lock.
+/// Whether another thread would block on the lock.
 bool isTaken(Lock& lock)
 {
     bool taken = false;
@@ -66,7 +66,7 @@ TEST(ZThreadLockTest, ExcludesOtherThreads)
     EXPECT_EQ(count, 4 * s_rounds);
 }
 
-TEST(ZThreadPseudoLockTest, BlocksNobody)
+TEST(ZThreadPseudoLockTest, NeverBlocks)
 {
     PseudoLock lock;
     lock.lock();

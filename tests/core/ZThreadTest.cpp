@@ -44,7 +44,7 @@ private:
     std::function<void()> m_work;
 };
 
-/// Blocks those who wait until it is opened.
+/// Blocks threads until it is opened.
 class Gate {
 public:
     void open() { m_promise.set_value(); }
@@ -253,7 +253,7 @@ TEST(ZThreadTest, WorkIsDeletedAfterItsRun)
     EXPECT_EQ(*token, 1);
 }
 
-// Hooks are plain functions, so their notes are global.
+// Hooks are plain functions, so their records are global.
 std::vector<std::string> s_notes;
 
 TEST(ZThreadTest, HooksRunBeforeAndAfterTheWork)

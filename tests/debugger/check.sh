@@ -17,7 +17,7 @@ variables="string wide noString builder token list strings array map handle empt
     timeValue stringValue record"
 
 if [ "$debugger" = gdb ]; then
-    # As the shared library is installed, with the program in its place.
+    # As the shared library is installed, with the program instead of it.
     scripts=$folder/share/gdb/auto-load
     mkdir -p "$scripts${program%/*}" "$folder/share/zspace"
     cp -R "$printers" "$folder/share/zspace/debugger"

@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# check-removed.sh PROGRAM: runs the uninstaller in private file trees, one for each thing that can happen on a machine,
-# and compares what examples/fleet/check-removed says of each.
+# check-removed.sh PROGRAM: runs the uninstaller in private file trees, one for each possible result, and compares what
+# examples/fleet/check-removed reports for each.
 set -eu
 program=$1
 here=$(cd "$(dirname "$0")/../.." && pwd)
@@ -29,7 +29,7 @@ installed() {
 uninstall() {
     "$here/scripts/private-root.sh" "$root" /program/CdkRSUninstaller 2>/dev/null
 }
-# says STATUS TEXT: what check-removed is to say of this machine; TEXT is how the line begins.
+# says STATUS TEXT: what check-removed must report for this machine; TEXT is the beginning of the line.
 says() {
     status=0
     line=$("$here/examples/fleet/check-removed" "$root") || status=$?

@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 #
 # collect.sh PROGRAM: tries the configurations in examples/fleet with the real rsyslogd, at both ends, and the real
-# logrotate. Needs root, rsyslog and logrotate; status 77 says that one of them is missing.
+# logrotate. Needs root, rsyslog and logrotate; status 77 means that one of them is missing.
 set -eu
 program=$1
 here=$(cd "$(dirname "$0")/../.." && pwd)

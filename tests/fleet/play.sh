@@ -3,7 +3,8 @@
 # SPDX-License-Identifier: MIT
 #
 # play.sh PROGRAM: runs examples/fleet/uninstall.yml with the real ansible-playbook against two private file trees, one
-# whose service goes and one whose installer is missing. Needs ansible and root; status 77 says that it is not there.
+# whose service is removed and one whose installer is missing. Needs ansible and root; status 77 means that one is
+# missing.
 set -eu
 program=$1
 here=$(cd "$(dirname "$0")/../.." && pwd)

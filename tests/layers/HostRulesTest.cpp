@@ -20,7 +20,7 @@ namespace {
 
 const std::string s_linuxDirectory = "ZSpace/platform/linux/";
 
-/// Names in full.
+/// Complete names.
 const std::set<std::string_view> s_linuxOnlyNames{
     // descriptors, files and pipes
     "accept4",
@@ -136,7 +136,7 @@ const std::set<std::string_view> s_linuxOnlyNames{
     "gnu_get_libc_version",
 };
 
-/// Beginnings of names that come in families.
+/// Prefixes of names that come in families.
 const std::vector<std::string_view> s_linuxOnlyFamilies{"epoll_", "eventfd", "fanotify_", "inotify_",
     "io_uring_", "pidfd_", "pthread_barrier_", "pthread_spin_", "signalfd", "timerfd_", "F_OFD_", "F_SEAL_",
     "F_SETPIPE_", "IN_CLOSE_", "PR_SET_", "__NR_", "SYS_"};
@@ -179,7 +179,7 @@ std::vector<std::string_view> words(std::string_view code)
     return found;
 }
 
-TEST(HostRules, HostSwitchesStandInPlatformOnly)
+TEST(HostRules, HostSwitchesAreInPlatformOnly)
 {
     const std::regex pattern(
         "__APPLE__|__linux__|__OBJC__|__GNUSTEP__|__FreeBSD__|_WIN32|__has_include|__GLIBC__");
@@ -190,7 +190,7 @@ TEST(HostRules, HostSwitchesStandInPlatformOnly)
     }
 }
 
-TEST(HostRules, WhatOnlyLinuxHasIsUsedInLinuxFilesOnly)
+TEST(HostRules, LinuxOnlyNamesAreUsedInLinuxFilesOnly)
 {
     const std::regex files("\"/proc\\b|\"/sys/|\"/dev/full\"|\"/dev/shm");
     for (const Source& source : sourcesOf(s_product)) {
@@ -208,7 +208,7 @@ TEST(HostRules, WhatOnlyLinuxHasIsUsedInLinuxFilesOnly)
     }
 }
 
-TEST(HostRules, CallsThatCameAfterMacOS1013StandInLinuxFilesOnly)
+TEST(HostRules, CallsNewerThanMacOS1013AreInLinuxFilesOnly)
 {
     const std::regex pattern("\\b(aligned_alloc|timespec_get|preadv|pwritev|mkfifoat|mknodat|strchrnul|"
                              "posix_spawn_file_actions_add(f?)chdir\\w*)\\b");
@@ -219,7 +219,7 @@ TEST(HostRules, CallsThatCameAfterMacOS1013StandInLinuxFilesOnly)
     }
 }
 
-TEST(HostRules, TheProductUsesNoLibraryPartThatOldSystemsLack)
+TEST(HostRules, TheProductUsesNoLibraryFeatureThatOldSystemsLack)
 {
     const std::set<std::string> late{"charconv", "filesystem", "format", "print", "latch", "semaphore",
         "barrier", "stop_token", "source_location", "syncstream", "memory_resource"};
@@ -233,8 +233,8 @@ TEST(HostRules, TheProductUsesNoLibraryPartThatOldSystemsLack)
     }
 }
 
-// The tests use std::filesystem, which came with macOS 10.15, and nothing later.
-TEST(HostRules, TheTestsUseNoLibraryPartThatCameAfterTheFileSystem)
+// The tests use std::filesystem, which requires macOS 10.15, and nothing newer.
+TEST(HostRules, TheTestsUseNoLibraryFeatureNewerThanTheFileSystem)
 {
     const std::set<std::string> late{"format", "print", "latch", "semaphore", "barrier", "stop_token",
         "source_location", "syncstream", "memory_resource"};

@@ -15,8 +15,8 @@
 namespace ZSpace::Testing {
 namespace {
 
-/// The layers, lowest first: each is the directory of its name below `ZSpace/`. A layer includes itself and the layers
-/// that precede it in this table.
+/// The layers, lowest first: each is the directory of that name below `ZSpace/`. A layer includes itself and the layers
+/// before it in this table.
 const std::vector<std::string> s_layers{
     "platform",
     "core",
@@ -121,8 +121,8 @@ std::map<std::string, long> definedClasses(const std::vector<Source>& sources)
     return classes;
 }
 
-// A handle of core/ asks whether its value is a ZObject, and ZObject is in a layer above. A declaration is enough, since
-// the handle's templates need the class only where they are used.
+// A handle of core/ tests whether its value is a ZObject, and ZObject is in a layer above. A declaration is enough,
+// since the handle's templates need the class only where they are used.
 TEST(Layers, OnlyZReferenceDeclaresAClassOfALayerAbove)
 {
     static const std::regex declaration("(?:^|\n)[ \t]*(?:class|struct) (\\w+);");

@@ -13,7 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Leaves out what follows `//`; a string that holds `//` has something other than a blank before it.
+/// Removes what follows `//`, unless something other than whitespace precedes it, as in a string that
+/// contains `//`.
 std::string withoutComments(const std::string& text)
 {
     static const std::regex pattern("(^|[ \t\n])//[^\n]*");

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Allocations that fail on the way of a record: books throw, and the front end drops the line.
+// Allocations that fail while a record is written: books throw, and the front end drops the line.
 
 #include "ZSpace/log/LogFrontEnd.h"
 #include "ZSpace/log/ZTransferLog.h"

@@ -26,7 +26,7 @@ inline const std::string s_prefix =
 inline constexpr int s_file = 0x100;
 inline constexpr int s_debug = 0x002;
 
-/// The front end with a report file in a directory of the test's own.
+/// The front end with a report file in the test's own directory.
 class FileLogging : public testing::Test {
 protected:
     /// Runs `work` in a child whose home is the test's directory.

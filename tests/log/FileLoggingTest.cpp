@@ -138,7 +138,7 @@ TEST_F(FileLogging, SwitchingOffClosesTheFileUnlessItsBookIsHeld)
     }
 }
 
-TEST_F(FileLogging, SwitchingOffWhatWasNeverOnDoesNothing)
+TEST_F(FileLogging, SwitchingOffWithoutSwitchingOnDoesNothing)
 {
     const Outcome outcome = run([] {
         CNSDisableFileLogging();

@@ -113,7 +113,7 @@ TEST_F(JsonParsersTest, JqReadsEveryLine)
         EXPECT_EQ(line, "\"24 string array\"");
 }
 
-// Python's parser keeps integers of any size, and is told to refuse NaN, double keys and bytes that are not UTF-8.
+// Python's parser reads integers of any size. It is set to reject NaN, duplicate keys and bytes that are not UTF-8.
 TEST_F(JsonParsersTest, PythonReadsEveryLineStrictly)
 {
     const Outcome outcome = run("python3", "-c", R"(

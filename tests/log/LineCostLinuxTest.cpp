@@ -100,7 +100,7 @@ TEST_F(LineCost, ALineNeedsNoAllocation)
     EXPECT_EQ(allocationsMade(), before);
 }
 
-TEST_F(LineCost, AValueThatABookKeepsIsNotUsedAgain)
+TEST_F(LineCost, AValueThatABookKeepsIsNotReused)
 {
     ZLogRecord kept;
     {
@@ -115,7 +115,7 @@ TEST_F(LineCost, AValueThatABookKeepsIsNotUsedAgain)
     EXPECT_NE(kept.itemAt(0).get(), next.itemAt(0).get());
 }
 
-TEST_F(LineCost, AValueThatWasChangedIsNotUsedAgain)
+TEST_F(LineCost, AValueThatWasChangedIsNotReused)
 {
     {
         ZLogRecord record;

@@ -20,7 +20,7 @@
 #include <thread>
 #include <vector>
 
-// What takes the arguments of a `%n` is a string of no characters, which no C library reads. The sanitizers would.
+// The arguments of a `%n` are consumed as strings of no characters, which no C library reads. The sanitizers would.
 extern "C" const char* __asan_default_options()
 {
     return "check_printf=0";
@@ -163,7 +163,7 @@ TEST(LogFrontEnd, AFailedFormatMayBeLongerThanTheBuffer)
         message.substr(0, 4095) + "\n");
 }
 
-/// Formats that the compiler shall not check.
+/// Formats that the compiler must not check.
 const char* unchecked(const char* format)
 {
     return format;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Strings that have no UTF-8 form on their way into the report file.
+// Strings without a UTF-8 form in the report file.
 
 #include "ZSpace/log/LogFrontEnd.h"
 #include "ZSpace/platform/Foundation.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // What another user can plant where report files are created. The names of reports can be guessed, and their
-// directory may be writable by everybody.
+// directory may be writable by every user.
 
 #include "ZSpace/log/ZLogBookFile.h"
 #include "tests/log/FileLogging.h"
@@ -56,7 +56,7 @@ protected:
     }
 
     /// Plants something at every name that a report can get within the next second, and then logs a line.
-    /// @return what reached the console; the line, as no report can be created.
+    /// @return what was printed to the console: the line, since no report can be created.
     Outcome logAmong(const std::function<void(const fs::path&)>& plant) const
     {
         for (Clock::time_point time = Clock::now(); time < Clock::now() + std::chrono::seconds(1);
@@ -64,7 +64,7 @@ protected:
             plant(m_logs / reportName(time));
         }
         return run([this] {
-            alarm(20); // a set-up that waits for ever ends by a signal
+            alarm(20); // a signal ends a set-up that blocks forever
             CNSInitLog(s_file, 0, "Tag", m_logs.c_str());
             CNSLog("line");
         });
@@ -104,7 +104,7 @@ TEST_F(PlantedFiles, AHardLinkIsNotAppendedTo)
     expectVictimUntouched();
 }
 
-TEST_F(PlantedFiles, AFifoDoesNotStopTheProgram)
+TEST_F(PlantedFiles, AFifoDoesNotBlockTheProgram)
 {
     expectOnConsole(logAmong([](const fs::path& name) { mkfifo(name.c_str(), 0666); }));
 }
@@ -157,7 +157,7 @@ TEST_F(PlantedFiles, AFileOfAnotherUserIsNotUsed)
         EXPECT_EQ(contentOf(file), "");
 }
 
-TEST_F(PlantedFiles, ALinkInThePlaceOfTheDirectoryDoesNotOpenAFileToAll)
+TEST_F(PlantedFiles, ALinkInsteadOfTheDirectoryDoesNotOpenAFileToAll)
 {
     fs::remove(m_logs);
     fs::create_symlink(m_victim, m_logs);
@@ -166,7 +166,7 @@ TEST_F(PlantedFiles, ALinkInThePlaceOfTheDirectoryDoesNotOpenAFileToAll)
 }
 
 /// Between a failed `mkdir` and a `chmod` by name, the name could become a link.
-TEST_F(PlantedFiles, ALinkThatComesAndGoesDoesNotOpenAFileToAll)
+TEST_F(PlantedFiles, ALinkThatAppearsAndDisappearsDoesNotOpenAFileToAll)
 {
     fs::remove(m_logs);
     std::atomic<bool> isOver{false};
@@ -197,8 +197,8 @@ TEST_F(PlantedFiles, AnExistingDirectoryKeepsItsMode)
     EXPECT_THAT(report(), EndsWith("\tline\n"));
 }
 
-/// Paths that the caller chooses are not for attackers to plant.
-TEST_F(PlantedFiles, ABookOnAPathOfOnesOwnFollowsLinks)
+/// Callers choose their own paths, so attackers cannot plant anything there.
+TEST_F(PlantedFiles, ABookOnAPathOfTheCallerFollowsLinks)
 {
     fs::create_symlink(m_victim, m_logs / "link");
     const std::string path = (m_logs / "link").string();

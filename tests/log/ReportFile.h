@@ -36,7 +36,7 @@ inline std::vector<std::string> linesOf(const std::string& text)
     return lines;
 }
 
-/// A report file in a directory of the test's own.
+/// A report file in the test's own directory.
 class ReportFile : public testing::Test {
 protected:
     ZRef<ZLogBook> openBook() const { return ZRef<ZLogBook>(new ZLogBookFile(widened(m_path).c_str())); }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Signals: the log raises none in its host, changes no disposition and leaves the host's own alone.
+// The log raises no signals in its process, changes no disposition and leaves pending signals alone.
 
 #include "ZSpace/log/LogFrontEnd.h"
 #include "tests/log/ReportFile.h"
@@ -122,7 +122,7 @@ TEST_F(Signals, AClosedStandardErrorDoesNotStopTheEcho)
     });
 }
 
-TEST_F(Signals, ThoseOfTheHostStayPending)
+TEST_F(Signals, PendingSignalsOfTheProcessStayPending)
 {
     expectSurvival([this] {
         block(SIGXFSZ);
@@ -140,7 +140,7 @@ TEST_F(Signals, ThoseOfTheHostStayPending)
 std::atomic<int> s_answers{0};
 
 /// The one function that may be called from a signal handler: a timer interrupts a thread that logs.
-TEST_F(Signals, AHandlerMayAskForTheDebugSwitch)
+TEST_F(Signals, AHandlerMayReadTheDebugSwitch)
 {
     expectSurvival([this] {
         CNSInitLog(CNSLogFlagFile, 0, "Tag", m_folder.path().c_str());

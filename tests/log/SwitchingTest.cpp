@@ -24,7 +24,7 @@
 namespace ZSpace::Testing {
 namespace {
 
-/// Threads that log numbered lines while it lives.
+/// Threads that log numbered lines during its lifetime.
 class Loggers {
 public:
     explicit Loggers(int threadCount)
@@ -91,7 +91,7 @@ TEST_F(FileLogging, MayBeSwitchedWhileOtherThreadsLog)
     EXPECT_TRUE(outcome.hasExited) << "signal " << outcome.status;
     EXPECT_EQ(outcome.status, 0) << outcome.standardOutput << outcome.standardError;
 
-    // Each line is whole, and in exactly one place.
+    // Each line is complete, and in exactly one place.
     const std::regex inFile(s_prefix + "\t(thread [0-9] line [0-9]+ end)");
     const std::regex onConsole("[^\\]]*\\] (thread [0-9] line [0-9]+ end)");
     std::map<std::string, int> seen;
@@ -146,7 +146,7 @@ TEST_F(FileLogging, ALineReachesTheBookThatWasAttachedWhenItBegan)
     struct Replacing : RecordingBook {
         bool isInactive() override
         {
-            ZTransferLog::useLogBook(m_other); // between the question and the record
+            ZTransferLog::useLogBook(m_other); // after isInactive() and before the record
             return false;
         }
         ZRef<ZLogBook> m_other;
@@ -163,7 +163,7 @@ TEST_F(FileLogging, ALineReachesTheBookThatWasAttachedWhenItBegan)
     ZTransferLog::useLogBook(ZRef<ZLogBook>());
 }
 
-TEST_F(FileLogging, TheTransferLogIsOffBeforeItsHookRunsAndItsBookGoes)
+TEST_F(FileLogging, TheTransferLogIsOffBeforeItsHookRunsAndItsBookIsDestroyed)
 {
     static bool s_wasOff = false;
     struct Watching : RecordingBook {
@@ -180,7 +180,7 @@ TEST_F(FileLogging, TheTransferLogIsOffBeforeItsHookRunsAndItsBookGoes)
     EXPECT_TRUE(s_wasOff);
 }
 
-/// Forks while other threads log; each child logs a line, writes an error into the trail, and exits.
+/// Forks while other threads log; each child logs a line, adds an error to the trail, and exits.
 void expectUsableChildren(const std::function<void()>& work)
 {
     Loggers loggers(3);
@@ -188,7 +188,7 @@ void expectUsableChildren(const std::function<void()>& work)
         loggers.waitForLines(3);
         const pid_t child = fork();
         if (child == 0) {
-            alarm(10); // one that hangs ends by a signal
+            alarm(10); // a signal ends a child that hangs
             work();
             std::_Exit(0);
         }

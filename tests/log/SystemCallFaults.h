@@ -14,10 +14,10 @@ namespace ZSpace::Testing {
 /// What one call of `write` does.
 struct WriteStep {
     int error = 0; ///< fails with this error
-    std::size_t limit = static_cast<std::size_t>(-1); ///< takes at most so many bytes
+    std::size_t limit = static_cast<std::size_t>(-1); ///< writes at most this many bytes
 };
 
-/// While it lives, the calls of `write` follow the steps, one each, and are normal after the last.
+/// During its lifetime, the calls of `write` follow the steps, one each; later calls are normal.
 class WritePlan {
 public:
     WritePlan(std::initializer_list<WriteStep> steps);
@@ -29,7 +29,7 @@ public:
     [[nodiscard]] std::size_t taken() const noexcept;
 };
 
-/// While it lives, the clock stands at `time`.
+/// During its lifetime, the clock returns `time`.
 class StoppedClock {
 public:
     explicit StoppedClock(const timespec& time) noexcept;

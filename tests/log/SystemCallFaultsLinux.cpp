@@ -38,7 +38,8 @@ extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept
         *time = t_time;
         return 0;
     }
-    // The C library's own, because a system call for each look at the clock would be counted as the log's.
+    // Calls the C library's own function, because a system call for each reading of the clock would count as
+    // one of the log.
     static const auto s_original =
         reinterpret_cast<decltype(&clock_gettime)>(dlsym(RTLD_NEXT, "clock_gettime"));
     return s_original(clock, time);

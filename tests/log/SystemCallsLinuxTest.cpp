@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// System calls of the report file that are interrupted, that write less than they are asked to, or that fail.
+// System calls of the report file that are interrupted, that write less than requested, or that fail.
 
 #include "tests/log/ReportFile.h"
 #include "tests/log/SystemCallFaults.h"

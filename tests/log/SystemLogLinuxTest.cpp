@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The front end's lines in the system log, read from the socket that the log's daemon would read.
+// The front end's lines in the system log, read from the socket of the log's daemon.
 
 #include "ZSpace/log/LogFrontEnd.h"
 #include "ZSpace/platform/Foundation.h"

@@ -93,7 +93,7 @@ TEST_F(ReportFile, ALaterSessionIsAppendedAfterASeparator)
     EXPECT_THAT(content(), EndsWith("\tx\n\r\n\r\n"));
 }
 
-TEST_F(ReportFile, EachRecordIsThereWhenAddReturns)
+TEST_F(ReportFile, EachRecordIsInTheFileWhenAddReturns)
 {
     const ZRef<ZLogBook> book = openBook();
     for (int i = 0; i < 10; ++i) {

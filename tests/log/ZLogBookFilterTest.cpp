@@ -18,7 +18,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(ZLogLevel, IsTheNameInFrontOfTheValues)
+TEST(ZLogLevel, IsTheNameBeforeTheValues)
 {
     RecordingBook book;
     book.add(ZLogRecord() << ZLogLevel::Warning << "disk almost full" << 97);
@@ -63,7 +63,7 @@ TEST(ZLogBookFilter, CountsARecordWithoutALevelAsInfo)
     EXPECT_THAT(book->records(), ElementsAre("no level|"));
 }
 
-TEST(ZLogBookFilter, AsksAPredicate)
+TEST(ZLogBookFilter, CallsAPredicate)
 {
     auto* const book = new RecordingBook;
     ZLogBookFilter filter(ZRef<ZLogBook>(book), [](const ZLogRecord& record) {
@@ -77,7 +77,7 @@ TEST(ZLogBookFilter, AsksAPredicate)
     EXPECT_THAT(book->records(), ElementsAre("1|2|"));
 }
 
-TEST(ZLogBookFilter, ForwardsAllElse)
+TEST(ZLogBookFilter, ForwardsEverythingElse)
 {
     auto* const book = new RecordingBook;
     ZLogBookFilter filter(ZRef<ZLogBook>(book), ZLogLevel::Critical);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// What a hosted book that is slow, or that fails, does to the others.
+// How a hosted book that is slow, or that fails, affects the others.
 
 #include "ZSpace/log/ZLogBookHoster.h"
 
@@ -27,7 +27,7 @@ public:
     bool getSessionTransferLog(ZGStr<wchar_t>&) override { return false; }
 };
 
-/// Blocks in its first record until it is told to go on.
+/// Blocks in its first record until it is released.
 class StuckBook : public RecordingBook {
 public:
     void add(const ZLogRecord& record) override
@@ -47,7 +47,7 @@ private:
     std::promise<void> m_continued;
 };
 
-TEST(ZLogBookHosterTest, BooksBeforeASlowOneHaveTheRecordAlready)
+TEST(ZLogBookHosterTest, BooksBeforeASlowOneGetTheRecordAtOnce)
 {
     auto* const fast = new RecordingBook;
     auto* const stuck = new StuckBook;
@@ -61,7 +61,7 @@ TEST(ZLogBookHosterTest, BooksBeforeASlowOneHaveTheRecordAlready)
     EXPECT_THAT(stuck->records(), ElementsAre("x|"));
 }
 
-TEST(ZLogBookHosterTest, AThreadInASlowBookHoldsUpNoOtherThread)
+TEST(ZLogBookHosterTest, ASlowBookDelaysNoOtherThread)
 {
     auto* const stuck = new StuckBook;
     auto* const fast = new RecordingBook;

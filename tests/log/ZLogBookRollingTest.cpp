@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Files that roll by size, by day and on request, and the old ones that are kept.
+// Files that roll by size, by day and on request, and the old files that are kept.
 
 #include "ZSpace/log/ZLogBookRolling.h"
 
@@ -65,7 +65,7 @@ TEST_F(ZLogBookRollingTest, AFullFileBecomesTheNewestOldOne)
     }
 }
 
-TEST_F(ZLogBookRollingTest, ALongLineIsNotDivided)
+TEST_F(ZLogBookRollingTest, ALongLineIsNotSplit)
 {
     ZLogBookRolling::Limits limits;
     limits.sizeInBytes = 100;
@@ -124,7 +124,7 @@ TEST_F(ZLogBookRollingTest, RollsAndReopensOnRequest)
     book->roll();
     book->add(ZLogRecord() << "second");
     EXPECT_THAT(contentOf(old(1)), EndsWith("\tfirst\n"));
-    fs::rename(m_path, m_folder.path() / "moved"); // as an outside rotation does
+    fs::rename(m_path, m_folder.path() / "moved"); // as another program's rotation does
     book->add(ZLogRecord() << "third");
     book->reopen();
     book->add(ZLogRecord() << "fourth");
@@ -132,7 +132,7 @@ TEST_F(ZLogBookRollingTest, RollsAndReopensOnRequest)
     EXPECT_THAT(content(), MatchesRegex(s_prefix + "\tfourth\n"));
 }
 
-TEST_F(ZLogBookRollingTest, KeepsNoOldFileIfToldSo)
+TEST_F(ZLogBookRollingTest, KeepsNoOldFileIfTheLimitIsZero)
 {
     ZLogBookRolling::Limits limits;
     limits.sizeInBytes = 100;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The book of the system log, with a socket of the test's in the place of journald's.
+// The book of the system log, with a socket of the test instead of journald's.
 
 #include "ZSpace/log/ZLogBookSystem.h"
 
@@ -93,7 +93,7 @@ TEST_F(ZLogBookSystemTest, EachLevelHasItsPriority)
     EXPECT_EQ(receive().at("MESSAGE"), "");
 }
 
-TEST_F(ZLogBookSystemTest, AJournalThatIsGoneIsNoFailure)
+TEST_F(ZLogBookSystemTest, AJournalThatDisappearsIsNotAFailure)
 {
     ZLogBookSystem book("mytool", m_path.c_str());
     close(m_socket);

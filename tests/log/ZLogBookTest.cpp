@@ -287,7 +287,7 @@ TEST(ZLogBookHoster, ForwardsRecordsAndBlocksInOrder)
     EXPECT_THAT(order, ElementsAre("a:1|", "b:1|", "c:1|", "a#200", "b#200", "c#200"));
 }
 
-TEST(ZLogBookHoster, AnErrorEntersThreeTrails)
+TEST(ZLogBookHoster, AnErrorIsAddedToThreeTrails)
 {
     auto* const a = new RecordingBook;
     auto* const b = new RecordingBook;

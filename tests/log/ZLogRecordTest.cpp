@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Records: what each value becomes, order, clamping and sharing.
+// Records: the kind of each value, order, clamping and sharing.
 
 #include "ZSpace/log/ZLogRecord.h"
 

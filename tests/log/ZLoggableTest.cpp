@@ -160,7 +160,7 @@ TEST(ZLoggable, EchoesRecordsWhenDebugLinesAreOn)
     EXPECT_EQ(echoOf(record, false), "");
 }
 
-TEST(ZLoggable, EchoesALongRecordWhole)
+TEST(ZLoggable, EchoesALongRecordCompletely)
 {
     const std::string text(100'000, 'x');
     ZLogRecord record;

@@ -115,7 +115,7 @@ TEST_F(TransferLog, MayBeTurnedOffWhileABookIsAttached)
     EXPECT_FALSE(ZTransferLog::log("x"));
 }
 
-TEST_F(TransferLog, AnInactiveBookTakesNoLineAndStaysAttached)
+TEST_F(TransferLog, AnInactiveBookReceivesNoLineAndStaysAttached)
 {
     auto* const book = new RecordingBook;
     ZTransferLog::useLogBook(ZRef<ZLogBook>(book));

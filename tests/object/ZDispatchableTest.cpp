@@ -40,7 +40,7 @@ static_assert(std::is_same_v<decltype(std::declval<ZObject>().InvokableMethods()
 
 /// Records what happens to the methods of a test.
 struct Log {
-    std::vector<std::string> asked; ///< whose names were asked for
+    std::vector<std::string> asked; ///< whose names were requested
     std::vector<std::string> invoked;
     std::vector<std::string> disposed;
 };
@@ -347,7 +347,7 @@ private:
     const char* m_name;
 };
 
-TEST(ZObjectTest, MethodDestructorsFindOnlyMethodsThatLive)
+TEST(ZObjectTest, MethodDestructorsFindOnlyLiveMethods)
 {
     Log log;
     {

@@ -2,9 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 #
-# consume.sh CMAKE BUILD CONSUMER SOURCE COMPILER: installs the built library into a folder of its own, builds the same
-# small program against it in two ways, with the flags in CXXFLAGS, then the program that the README shows, and then the
-# one of the guide's first ten minutes, from an empty folder.
+# consume.sh CMAKE BUILD CONSUMER SOURCE COMPILER: installs the built library into a separate directory, builds the same
+# small program against it in two ways, with the flags in CXXFLAGS, then the README's program, and then that of the
+# guide's first ten minutes, from an empty directory.
 set -eu
 cmake=$1 build=$2 consumer=$3 source=$4 compiler=$5
 folder=$(mktemp -d)

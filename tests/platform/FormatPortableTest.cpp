@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// What only the formatter of hosts without Foundation promises.
+// What only the formatter for hosts without Foundation guarantees.
 
 #include "tests/platform/Formatting.h"
 
@@ -95,7 +95,7 @@ TEST(FormatPortable, EnormousPrecisionsAreLimitedWhereTheyLengthenTheOutput)
     }
 }
 
-TEST(FormatPortable, AStringIsNeverCutByALimitOfOurs)
+TEST(FormatPortable, AStringIsNeverTruncatedByTheLimit)
 {
     const std::string string(2'500'000, 'x');
     EXPECT_EQ(format("%s", string.c_str()).size(), string.size());
@@ -105,7 +105,7 @@ TEST(FormatPortable, AStringIsNeverCutByALimitOfOurs)
     EXPECT_EQ(format("%.*s", INT_MIN, string.c_str()).size(), string.size()); // as if it were missing
 }
 
-TEST(FormatPortable, AnArgumentPositionOutOfReachPrintsNothing)
+TEST(FormatPortable, AnArgumentPositionOutOfRangePrintsNothing)
 {
     EXPECT_EQ(format("a%99999$db"), "ab");
 }

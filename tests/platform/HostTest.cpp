@@ -25,7 +25,7 @@
 namespace ZSpace::Testing {
 namespace {
 
-TEST(ThreadNumber, IsTheKernels)
+TEST(ThreadNumber, IsTheKernelsNumber)
 {
     EXPECT_EQ(Host::threadNumber(), kernelThreadNumber());
     EXPECT_EQ(Host::threadNumber(), Host::threadNumber());

@@ -85,7 +85,7 @@ TEST(LocalTime, AgreesWithTheCLibraryInZonesOfEveryShape)
         expectAgreement(zone, s_times.front());
 }
 
-// Rules describe the present; before 1970 the C library applies them in its own way.
+// Rules describe the present; for times before 1970 the C library applies them differently.
 TEST(LocalTime, AgreesWithTheCLibraryForRules)
 {
     for (const char* zone : {"XXX-14", "EST5EDT", "CET-1CEST,M3.5.0,M10.5.0/3", "NZST-12NZDT,M9.5.0,M4.1.0/3",

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Who owns Foundation's objects, and how its exceptions become C++ ones.
+// Ownership of Foundation's objects, and the conversion of its exceptions to C++.
 
 #include "ZSpace/platform/foundation/RaisingFoundation.h"
 #include "tests/platform/Catching.h"
@@ -10,7 +10,7 @@
 
 #include <stdexcept>
 
-/// Counts how many of its kind there are.
+/// Counts its live instances.
 @interface LifeProbe : NSObject
 @end
 
@@ -35,7 +35,7 @@ long s_alive = 0;
 namespace ZSpace::Testing {
 namespace {
 
-/// Long enough to be an object of its own on every host.
+/// Long enough to be a separate object on every host.
 constexpr const char* s_text = "a text that no host keeps in a pointer or shares with an equal one";
 
 template <typename Handle>
@@ -90,7 +90,7 @@ TEST(OwnershipFoundation, EveryOperationLeavesOneCount)
     EXPECT_EQ(countOf(text), 1U);
 }
 
-TEST(OwnershipFoundation, ATaskLetsGoOfWhatItWasGiven)
+TEST(OwnershipFoundation, ATaskReleasesWhatItWasGiven)
 {
     const NS::String path(s_text);
     const NS::Array arguments = NS::Array::arrayWithObjects({path});
@@ -104,7 +104,7 @@ TEST(OwnershipFoundation, ATaskLetsGoOfWhatItWasGiven)
     EXPECT_EQ(countOf(arguments), 1U);
 }
 
-TEST(OwnershipFoundation, APoolEndsWhatWasLeftToIt)
+TEST(OwnershipFoundation, APoolReleasesAutoreleasedObjects)
 {
     {
         const NS::AutoreleasePool pool;
@@ -114,7 +114,7 @@ TEST(OwnershipFoundation, APoolEndsWhatWasLeftToIt)
     EXPECT_EQ(s_alive, 0);
 }
 
-/// Raises an exception that owns a probe, through frames that have something to tidy up.
+/// Raises an exception that owns a probe, through frames with destructors to run.
 void raiseProbe()
 {
     NSDictionary* const details = [NSDictionary dictionaryWithObject:[[[LifeProbe alloc] init] autorelease]
@@ -125,7 +125,7 @@ void raiseProbe()
     });
 }
 
-TEST(RaisingFoundation, ARaisedExceptionIsThrownWithAllItHolds)
+TEST(RaisingFoundation, ARaisedExceptionIsThrownWithItsContents)
 {
     {
         const NS::AutoreleasePool pool;
@@ -164,7 +164,7 @@ TEST(RaisingFoundation, OtherExceptionsPassThrough)
     EXPECT_TRUE(throwsRuntimeError([] { NS::detail::raising([] { throw std::runtime_error("other"); }); }));
 }
 
-TEST(RaisingFoundation, AnExceptionOfItsOwnIsNoFoundationException)
+TEST(RaisingFoundation, AThrownHandleIsNotAFoundationException)
 {
     EXPECT_TRUE(thrownBy([] { NS::detail::raising([] { NS::Exception::raise("a", "b"); }); }));
 }

@@ -30,7 +30,7 @@ TEST(PrintableName, IsBounded)
 {
     EXPECT_EQ(printableName(std::string(64, 'a').c_str()), std::string(64, 'a'));
     EXPECT_EQ(printableName(std::string(65, 'a').c_str()), std::string(61, 'a') + "...");
-    EXPECT_EQ(printableName(std::string(100'000, '\n').c_str()).size(), 63U); // whole escapes only
+    EXPECT_EQ(printableName(std::string(100'000, '\n').c_str()).size(), 63U); // complete escapes only
 }
 
 } // namespace

@@ -48,7 +48,7 @@ TEST(TaskGnustep, AFailedExecIsNotNoticed)
     EXPECT_FALSE(fs::exists(folder.path() / "ran")); // no shell ran it
 }
 
-TEST(TaskGnustep, AChildThatCannotBecomeItsProgramRunsNoExitHandlers)
+TEST(TaskGnustep, AChildWhoseExecFailsRunsNoExitHandlers)
 {
     const TemporaryFolder folder;
     static const fs::path s_handled = folder.path() / "handled";
@@ -64,7 +64,7 @@ TEST(TaskGnustep, AChildThatCannotBecomeItsProgramRunsNoExitHandlers)
 }
 
 /// A child that another thread forks during a start ends with the status that it asks for.
-TEST(TaskGnustep, StartsLeaveTheChildrenOfOtherThreadsAlone)
+TEST(TaskGnustep, StartsDoNotAffectTheChildrenOfOtherThreads)
 {
     const TemporaryFolder folder;
     const Outcome outcome = runInChild([&] {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Tasks: what a child gets, and what is thrown if it cannot be started.
+// Tasks: what a child inherits, and what is thrown if it cannot be started.
 
 #include "ZSpace/platform/Foundation.h"
 #include "tests/platform/Launching.h"

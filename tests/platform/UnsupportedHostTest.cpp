@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The program, linked to a host that provides nothing: everything that the layers above ask of a host goes
-// through the contract headers of `ZSpace/platform/`, and none of it is needed for status 0.
+// The program, linked to a host that provides nothing: the layers above use a host only through the contract
+// headers of `ZSpace/platform/`, and status 0 needs none of its services.
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"

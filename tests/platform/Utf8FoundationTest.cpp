@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Conversions of strings that have no UTF-8 form, or of bytes that are no UTF-8.
+// Conversions of strings without a UTF-8 form, and of bytes that are not UTF-8.
 
 #include "ZSpace/platform/foundation/Utf8Foundation.h"
 
@@ -65,7 +65,7 @@ TEST(Utf8Foundation, EachDamagedCharacterIsReplaced)
         EXPECT_EQ(repairedUtf8(row.text), row.repaired) << row.text;
 }
 
-TEST(Utf8Foundation, FoundationTakesAllRepairedBytes)
+TEST(Utf8Foundation, FoundationAcceptsAllRepairedBytes)
 {
     for (int lead = 0x80; lead < 0x100; ++lead) {
         for (int second = 0x7F; second < 0x101; second += 0x10) {
@@ -76,7 +76,7 @@ TEST(Utf8Foundation, FoundationTakesAllRepairedBytes)
 }
 
 /// `%C` is the one format that makes lone surrogates.
-TEST(Utf8Foundation, EachSurrogateWithoutItsOtherHalfIsReplaced)
+TEST(Utf8Foundation, EachLoneSurrogateIsReplaced)
 {
     constexpr int lead = 0xD83D;
     constexpr int trail = 0xDE00;

@@ -17,14 +17,14 @@
 /// Loads that are too heavy for the tests of every build, and the checks that nothing is lost under them.
 namespace ZSpace::Soak {
 
-/// How long and how much.
+/// Durations and sizes.
 struct Scale {
     std::chrono::seconds storm; ///< the time of each flood and storm
     long divisor; ///< of the numbers of elements and characters
     std::filesystem::path directory; ///< for files of hundreds of megabytes
 };
 
-/// What a load came to; "nothing" in `lost` is a success.
+/// The result of a load; "nothing" in `lost` is a success.
 struct Result {
     std::string load;
     std::string result;
@@ -57,7 +57,7 @@ private:
 struct Lines {
     long whole = 0;
     long broken = 0; ///< those that are not as they were logged
-    long disordered = 0; ///< whole ones that do not follow the one before of their writer
+    long disordered = 0; ///< complete ones that do not follow their writer's previous one
     std::map<std::string, long> next; ///< of each writer: the number after its last line
 };
 

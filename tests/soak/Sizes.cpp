@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Objects far larger than any that programs have: a trail, a list, strings and a line.
+// Objects far larger than those of real programs: a trail, a list, strings and a line.
 
 #include "ZSpace/core/ZList.h"
 #include "ZSpace/string/ZMStr.h"
@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Notes the first requirement that does not hold.
+/// Records the first requirement that does not hold.
 class Requirements {
 public:
     void require(bool holds, const char* what)

@@ -142,7 +142,7 @@ Result forkStorm(const Scale& scale)
         for (const Clock::time_point end = Clock::now() + scale.storm; Clock::now() < end; ++children) {
             const pid_t child = fork();
             if (child == 0) {
-                alarm(30); // one that hangs ends badly
+                alarm(30); // a signal ends a child that hangs
                 for (long i = 0; i < linesPerChild; ++i)
                     logNumbered(*book, "child" + std::to_string(children), i);
                 std::_Exit(0);
@@ -200,7 +200,7 @@ Result killStorm(const Scale& scale)
 
 namespace {
 
-/// In a mount namespace of its own: a disk of 4 MiB that is full and has space again, by turns.
+/// In its own mount namespace: a disk of 4 MiB that is alternately full and not.
 int logToFullDisk(const fs::path& disk, std::chrono::seconds time, std::array<long, 5>& counts)
 {
     const bool isRoot = geteuid() == 0;
@@ -253,7 +253,7 @@ Result fullDiskStorm(const Scale& scale)
     if (WIFEXITED(status) && WEXITSTATUS(status) == 2)
         return {load, "not run: this user may not make mount namespaces", s_nothing};
     const auto [rounds, whole, broken, disordered, unfinished] = *counts;
-    // What does not fit is lost by nature: the line at which the disk fills up may be cut.
+    // What does not fit is lost; the line at which the disk fills up may be cut.
     const Lines beyond{whole, std::max(broken - rounds, 0L), disordered, {}};
     return {load,
         grouped(rounds) + " times full, " + grouped(whole) + " whole lines, " + grouped(broken)

@@ -30,7 +30,7 @@ inline DataRef dataOf(const std::string& text)
     return DataRef(new Bytes(text.data(), static_cast<long>(text.size())));
 }
 
-/// Spins until `condition` holds, which another thread brings about soon.
+/// Spins until another thread makes `condition` true.
 template <typename Condition>
 void await(Condition condition)
 {

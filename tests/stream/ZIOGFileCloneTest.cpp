@@ -40,7 +40,7 @@ TEST_F(ZIOGFileTest, CloneHasTheSameState)
     }
 }
 
-TEST_F(ZIOGFileTest, CloneReadsOnFromTheSharedOffset)
+TEST_F(ZIOGFileTest, CloneContinuesReadingAtTheSharedOffset)
 {
     ASSERT_EQ(m_file.open(make("file", "0123456789").c_str(), 2), 0);
     m_file.moveTo(4);
@@ -53,7 +53,7 @@ TEST_F(ZIOGFileTest, CloneReadsOnFromTheSharedOffset)
     EXPECT_EQ(readAll(m_file), "0123456789");
 }
 
-TEST_F(ZIOGFileTest, CloneOfAFileForWritingGoesOnWriting)
+TEST_F(ZIOGFileTest, CloneOfAFileForWritingContinuesWriting)
 {
     ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0);
     m_file.write("first ", -1);

@@ -51,7 +51,7 @@ TEST_F(ZIOGFileTest, ReadingZeroItemsReadsNothing)
     EXPECT_EQ(m_file.Position(), 0);
 }
 
-TEST_F(ZIOGFileTest, EndIsReportedAfterAReadHasHitIt)
+TEST_F(ZIOGFileTest, EndIsReportedAfterAReadHasReachedIt)
 {
     ASSERT_EQ(m_file.open(make("file", "abc").c_str(), 2), 0);
     EXPECT_FALSE(m_file.EOS());

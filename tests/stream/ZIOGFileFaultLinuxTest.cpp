@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Every system call below a stream fails with each of its documented errors, once and lastingly. Calls that
-// the C library makes by itself cannot be interposed, so they fail in a storage below the library.
+// Every system call of a stream fails with each of its documented errors, once and lastingly. Calls that the
+// C library makes internally cannot be interposed, so a custom storage makes them fail.
 
 #include "ZSpace/stream/ZIOGFile.h"
 #include "tests/stream/AsyncTests.h"

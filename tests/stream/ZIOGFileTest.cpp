@@ -168,7 +168,7 @@ TEST_F(ZIOGFileTest, DirectoryOpensForReadingOnlyAndCannotBeRead)
     EXPECT_EQ(m_file.read(buffer, sizeof buffer), -1);
 }
 
-TEST_F(ZIOGFileTest, DanglingLinkIsMissingForReadingAndMadeForWriting)
+TEST_F(ZIOGFileTest, DanglingLinkIsMissingForReadingAndCreatedForWriting)
 {
     std::filesystem::create_symlink(pathOf("target"), pathOf("link"));
     EXPECT_EQ(m_file.open(pathOf("link").c_str(), 2), ENOENT);
@@ -177,7 +177,7 @@ TEST_F(ZIOGFileTest, DanglingLinkIsMissingForReadingAndMadeForWriting)
     EXPECT_TRUE(std::filesystem::exists(pathOf("target")));
 }
 
-TEST_F(ZIOGFileTest, MissingRightsAreReported)
+TEST_F(ZIOGFileTest, MissingPermissionsAreReported)
 {
     openToAll();
     const std::string file = make("file", "secret");
@@ -200,7 +200,7 @@ TEST_F(ZIOGFileTest, MissingRightsAreReported)
     std::filesystem::permissions(pathOf("closed"), std::filesystem::perms::owner_all);
 }
 
-TEST_F(ZIOGFileTest, LackOfDescriptorsIsReported)
+TEST_F(ZIOGFileTest, DescriptorLimitIsReported)
 {
     const std::string path = make("file");
     const int descriptor = nextDescriptor();
@@ -360,7 +360,7 @@ TEST_F(ZIOGFileTest, WorksThroughItsBases)
     EXPECT_TRUE(in.EOS());
 }
 
-TEST_F(ZIOGFileTest, OperationsStandInOrder)
+TEST_F(ZIOGFileTest, OperationsAreInOrder)
 {
     const std::vector<std::size_t> slots{slotOf(&File::State),
         slotOf(static_cast<int (File::*)(wchar_t const*, int)>(&File::open)),

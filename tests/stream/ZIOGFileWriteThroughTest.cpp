@@ -43,7 +43,7 @@ TEST_F(ZIOGFileTest, WriteThroughMakesOneSystemCallPerWrite)
             ASSERT_EQ(m_file.open(make("file").c_str(), mode), 0);
             ASSERT_TRUE(m_file.writeThrough());
             const std::string line(static_cast<std::size_t>(length), 'x');
-            // Once uncounted: sanitizers also write when they meet a class for the first time.
+            // Not counted the first time: sanitizers also write when they meet a class for the first time.
             EXPECT_EQ(m_file.write(line.data(), length), length);
             EXPECT_EQ(m_file.flush(), 0);
             for (int i = 2; i <= 4; ++i) {

@@ -156,7 +156,7 @@ TEST_F(ZStreamAsyncTest, DestructionWaitsForTheCallbackOfARead)
     ::close(fifo);
 }
 
-TEST_F(ZStreamAsyncTest, WriteGoesOnAfterDestruction)
+TEST_F(ZStreamAsyncTest, WriteContinuesAfterDestruction)
 {
     const int fifo = makeFifo("fifo");
     const auto callback = m_reports.forWrite();
@@ -187,7 +187,7 @@ struct DerivedFile : File {
     std::string m_name = "a string that is long enough to live on the heap";
 };
 
-TEST_F(ZStreamAsyncTest, WriteGoesOnAfterTheDestructionOfADerivedFile)
+TEST_F(ZStreamAsyncTest, WriteContinuesAfterTheDestructionOfADerivedFile)
 {
     const int fifo = makeFifo("fifo");
     const auto callback = m_reports.forWrite();

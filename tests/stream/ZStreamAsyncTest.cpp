@@ -20,7 +20,7 @@
 #include <type_traits>
 #include <vector>
 
-// One test asks for more memory than there is: the allocation must fail, not abort.
+// One test requests more memory than exists: the allocation must fail, not abort.
 extern "C" const char* __asan_default_options()
 {
     return "allocator_may_return_null=1";
@@ -77,7 +77,7 @@ TEST_F(ZStreamAsyncTest, PlaceholdersAreRefusedAndNeverCallBack)
     EXPECT_EQ(m_file.Position(), 0);
 }
 
-TEST_F(ZStreamAsyncTest, RequestsStandInOrder)
+TEST_F(ZStreamAsyncTest, RequestsAreInOrder)
 {
     const std::vector<std::size_t> slots{slotOf(&Async::clone), slotOf(&Async::SizeAsync),
         slotOf(&Async::BOSAsync), slotOf(&Async::EOSAsync), slotOf(&Async::PositionAsync),

@@ -167,7 +167,7 @@ TEST(ZStreamTest, TransactionsDoNothing)
     EXPECT_EQ(stream.m_count, 0);
 }
 
-TEST(ZStreamTest, BaseOperationsStandInOrder)
+TEST(ZStreamTest, BaseOperationsAreInOrder)
 {
     const std::vector<std::size_t> slots{slotOf(&Base::ItemSize), slotOf(&Base::Size), slotOf(&Base::BOS),
         slotOf(&Base::EOS), slotOf(&Base::Position), slotOf(&Base::moveBegin), slotOf(&Base::moveEnd),
@@ -176,7 +176,7 @@ TEST(ZStreamTest, BaseOperationsStandInOrder)
     EXPECT_THAT(slots, testing::ElementsAre(2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14)); // 0, 1: destructor
 }
 
-TEST(ZStreamTest, HalvesBeginWithTheirFullOperation)
+TEST(ZStreamTest, FullOperationsComeFirstInTheHalves)
 {
     EXPECT_EQ(slotOf(static_cast<int (In::*)(char*, long, long&)>(&In::read)), 0u);
     EXPECT_EQ(slotOf(static_cast<long (In::*)(char*, long)>(&In::read)), 1u);

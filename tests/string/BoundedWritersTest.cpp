@@ -17,8 +17,8 @@ namespace {
 template <typename T>
 class BoundedWriters : public ::testing::Test {
 protected:
-    /// Runs a writer on an array that holds `text` and is guarded on both sides.
-    /// @return the text after it, and the writer's result.
+    /// Runs a writer on an array that holds `text`, with guards on both sides.
+    /// @return the resulting string, and the writer's result.
     template <typename Writer>
     static std::string written(const char* text, long capacity, Writer write)
     {
@@ -76,7 +76,7 @@ TYPED_TEST(BoundedWriters, CopyingInReverseStartsWithTheLast)
     EXPECT_EQ(this->written("?", 9, [](T* to, long n) { return S::copyToRev(to, n, nullptr); }), " 0");
 }
 
-TYPED_TEST(BoundedWriters, ConcatenatingGoesOnWhereTheTextEnds)
+TYPED_TEST(BoundedWriters, ConcatenatingAppendsAtTheEnd)
 {
     using T = TypeParam;
     using S = ZGStr<T>;
@@ -140,7 +140,7 @@ TYPED_TEST(BoundedWriters, FillingLeavesSpaceForTheTerminator)
     EXPECT_EQ(filled(-1), "? 0");
 }
 
-TYPED_TEST(BoundedWriters, ConcatenatingPastTheTextLeavesWhatLiesBetween)
+TYPED_TEST(BoundedWriters, ConcatenatingPastTheTextLeavesTheGapUnchanged)
 {
     using T = TypeParam;
     auto array = wider<T>(std::string_view("ab\0??????", 9));

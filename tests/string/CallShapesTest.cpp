@@ -12,8 +12,8 @@
 #include <type_traits>
 #include <utility>
 
-// The ways in which callers write things. That these compile without a cast, on every compiler, is half of
-// each test.
+// The ways in which callers write calls. Half of each test is that these compile without a cast, on every
+// compiler.
 
 using namespace ZSpace;
 using namespace ZSpace::Testing;
@@ -35,7 +35,7 @@ std::string built(const ZMStr<char>& text)
 
 enum Unscoped { Three = 3 };
 
-TEST(StringCallShapes, PlainTextsAreComparedAsTheyStand)
+TEST(StringCallShapes, LiteralsAreComparedDirectly)
 {
     const ZGStr<char> s("abc");
     const ZMStr<char> m("abc");
@@ -65,7 +65,7 @@ TEST(StringCallShapes, TheThreeClassesAreComparedWithEachOther)
     EXPECT_TRUE(s2 > s && s2 > m && s2 > t && m2 > s && m2 > m && m2 > t && t2 > s && t2 > m && t2 > t);
 }
 
-TEST(StringCallShapes, EverythingConvertsToTheTypeThatIsAskedFor)
+TEST(StringCallShapes, EverythingConvertsToTheRequestedType)
 {
     const ZGStr<char> s("abc");
     const ZMStr<char> m("abcd");
@@ -217,7 +217,7 @@ TYPED_TEST(OutputShapes, SeparatorsAreCharactersTextsAndStrings)
     EXPECT_EQ(text.split(s.left(1)).Count(), 2);
 }
 
-TEST(StringCallShapes, NarrowLiteralsServeAsTheyAre)
+TEST(StringCallShapes, NarrowLiteralsAreArguments)
 {
     ZGStr<char> s("a,b");
     EXPECT_EQ(s.split(',', -1).Count(), 2);
@@ -233,7 +233,7 @@ TEST(StringCallShapes, NarrowLiteralsServeAsTheyAre)
     EXPECT_EQ(wide.split('-').Count(), 2);
 }
 
-TYPED_TEST(OutputShapes, TextOfTheOtherWidthIsTakenOnlyWhenAskedFor)
+TYPED_TEST(OutputShapes, TextOfTheOtherWidthIsAcceptedOnlyOnRequest)
 {
     using T = typename CharOf<TypeParam>::type;
     using U = std::conditional_t<std::is_same_v<T, char>, wchar_t, char>;

@@ -17,7 +17,7 @@ class Comparing : public ::testing::Test {
 };
 TYPED_TEST_SUITE(Comparing, AllClasses, TypeNames);
 
-TYPED_TEST(Comparing, AShorterTextThatFitsDiffersByTheLengths)
+TYPED_TEST(Comparing, APrefixDiffersByTheLengths)
 {
     using T = typename CharOf<TypeParam>::type;
     const TypeParam ab(lit<T>("ab"));
@@ -40,14 +40,14 @@ TYPED_TEST(Comparing, TheFirstDifferenceDecides)
     EXPECT_EQ(text.compare(lit<T>("Z and more, though this one is longer than the other text is")), 1);
 }
 
-TYPED_TEST(Comparing, TheFirstDifferenceIsFoundWhereverItLies)
+TYPED_TEST(Comparing, TheFirstDifferenceIsFoundAtEveryPosition)
 {
     using T = typename CharOf<TypeParam>::type;
     for (std::size_t at = 0; at < 600; at += 7) {
         std::string text(600, 'm');
         const TypeParam plain(lit<T>(text));
         text[at] = 'z';
-        text.back() = 'a'; // points the other way
+        text.back() = 'a'; // a difference in the other direction
         EXPECT_EQ(plain.compare(lit<T>(text)), -1) << at;
         EXPECT_EQ(plain.compareIgnoreCase(lit<T>(text)), -1) << at;
         EXPECT_EQ(plain.compare(lit<T>(std::string(at, 'm'))), 600 - static_cast<long>(at));
@@ -73,7 +73,7 @@ TEST(ComparingNarrow, BytesFrom0x80SortBeforeLetters)
     EXPECT_EQ(ZGStr<char>("\x80").compare("\xFF"), -1);
 }
 
-TEST(ComparingWide, UnitsFrom0x80SortBehindLetters)
+TEST(ComparingWide, UnitsFrom0x80SortAfterLetters)
 {
     EXPECT_EQ(ZGStr<wchar_t>(L"a").compare(L"\u0080"), -1);
     EXPECT_EQ(ZGStr<wchar_t>(L"\u20AC").compare(L"\u00E9"), 1);
@@ -89,7 +89,7 @@ TYPED_TEST(Comparing, OnlyAToZAreFolded)
     EXPECT_EQ(TypeParam(lit<T>("[")).compareIgnoreCase(lit<T>("{")), -1);
     EXPECT_EQ(TypeParam(lit<T>("@")).compareIgnoreCase(lit<T>("`")), -1);
     EXPECT_EQ(TypeParam(lit<T>("\xC9")).compareIgnoreCase(lit<T>("\xE9")), -1);
-    EXPECT_EQ(TypeParam(lit<T>("_")).compareIgnoreCase(lit<T>("A")), -1); // "_" stands between the cases
+    EXPECT_EQ(TypeParam(lit<T>("_")).compareIgnoreCase(lit<T>("A")), -1); // "_" sorts between "Z" and "a"
 }
 
 TYPED_TEST(Comparing, LikeMeansTheSameTextAndNoPattern)
@@ -137,7 +137,7 @@ class ComparingStatics : public ::testing::Test {
 };
 TYPED_TEST_SUITE(ComparingStatics, Widths, TypeNames);
 
-TYPED_TEST(ComparingStatics, WithLengthsTheyGiveTheDifference)
+TYPED_TEST(ComparingStatics, WithLengthsTheyReturnTheDifference)
 {
     using T = TypeParam;
     using S = ZGStr<T>;
@@ -154,7 +154,7 @@ TYPED_TEST(ComparingStatics, WithLengthsTheyGiveTheDifference)
     EXPECT_FALSE(S::isLike(lit<T>("abc"), 3, lit<T>("ab")));
 }
 
-TYPED_TEST(ComparingStatics, WithoutLengthsTheyGiveTheSign)
+TYPED_TEST(ComparingStatics, WithoutLengthsTheyReturnTheSign)
 {
     using T = TypeParam;
     using S = ZGStr<T>;
@@ -172,7 +172,7 @@ TYPED_TEST(ComparingStatics, WithoutLengthsTheyGiveTheSign)
     EXPECT_EQ(S::compareIgnoreCase(nullptr, lit<T>("")), 0);
 }
 
-TYPED_TEST(ComparingStatics, ARangeLooksAtTheFirstCharactersOnly)
+TYPED_TEST(ComparingStatics, ARangeComparesTheFirstCharactersOnly)
 {
     using T = TypeParam;
     using S = ZGStr<T>;
@@ -191,7 +191,7 @@ class TokenEquality : public ::testing::Test {
 };
 TYPED_TEST_SUITE(TokenEquality, Widths, TypeNames);
 
-TYPED_TEST(TokenEquality, ViewsOfTheSamePlaceAreEqualWhateverTheirLengths)
+TYPED_TEST(TokenEquality, ViewsWithTheSamePointerAreEqualWhateverTheirLengths)
 {
     using T = TypeParam;
     const T* text = lit<T>("abcdef");
@@ -212,7 +212,7 @@ TYPED_TEST(TokenEquality, StringsAreComparedByTheirPointersToo)
     const ZMStr<T> built(lit<T>("abcdef"));
     EXPECT_TRUE(owned.left(3) == owned);
     EXPECT_TRUE(built.left(3) == built);
-    EXPECT_FALSE(owned == owned.left(3)); // a string looks at the length
+    EXPECT_FALSE(owned == owned.left(3)); // a string compares the lengths
     EXPECT_FALSE(owned.left(3) == built);
 }
 

@@ -3,7 +3,7 @@
 
 #include "ZSpace/string/ZMStr.h"
 
-// Compiled by tests with clang, which warns of each line that is switched on.
+// Compiled by tests with clang, which warns about each line that is switched on.
 
 using namespace ZSpace;
 

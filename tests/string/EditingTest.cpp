@@ -16,7 +16,7 @@ class Editing : public ::testing::Test {
 };
 TYPED_TEST_SUITE(Editing, OwningClasses, TypeNames);
 
-TYPED_TEST(Editing, TrimmingTakesBlanksAndControlsOff)
+TYPED_TEST(Editing, TrimmingRemovesBlanksAndControlCharacters)
 {
     using T = typename CharOf<TypeParam>::type;
     const char* const padded = " \t\r\n\x01 a b \x1F\x0B ";
@@ -31,7 +31,7 @@ TYPED_TEST(Editing, TrimmingTakesBlanksAndControlsOff)
     EXPECT_EQ(str(trailing), " \t\r\n\x01 a b");
 }
 
-TYPED_TEST(Editing, TrimmingTheLastCharacterBelow33AndNotTheFirstAbove)
+TYPED_TEST(Editing, TrimmingRemovesCharacter32ButNot33)
 {
     using T = typename CharOf<TypeParam>::type;
     TypeParam text(lit<T>(" !a!\x7F "));
@@ -54,7 +54,7 @@ TYPED_TEST(Editing, TrimmingBlanksOnlyLeavesNothing)
     EXPECT_EQ(str(none), "abc");
 }
 
-TEST(EditingNarrow, TrimmingTakesBytesFrom0x80OffAtEitherEnd)
+TEST(EditingNarrow, TrimmingRemovesBytesFrom0x80AtEitherEnd)
 {
     ZGStr<char> latin("caf\xE9");
     EXPECT_EQ(latin.rTrim(), 1);
@@ -92,7 +92,7 @@ TYPED_TEST(Editing, CaseChangesMapPlainLettersOnly)
     EXPECT_EQ(str(TypeParam().toLower()) + str(TypeParam().toUpper()), "");
 }
 
-TYPED_TEST(Editing, ReversingTurnsTheCharactersRound)
+TYPED_TEST(Editing, ReversingReversesTheOrderOfTheCharacters)
 {
     using T = typename CharOf<TypeParam>::type;
     TypeParam even(lit<T>("abcd"));
@@ -144,7 +144,7 @@ TYPED_TEST(Editing, ReplacingStopsAtTheGivenNumber)
     EXPECT_EQ(replaced(-1), "a::b::c::d");
 }
 
-TYPED_TEST(Editing, TheOtherReplacingTellsHowMany)
+TYPED_TEST(Editing, ReplaceExReturnsTheNumberOfReplacements)
 {
     using T = typename CharOf<TypeParam>::type;
     TypeParam text(lit<T>("a.b.c.d"));
@@ -208,7 +208,7 @@ TYPED_TEST(Editing, ASeparatorMayHaveManyCharacters)
     EXPECT_EQ(split("", "::"), (Texts{""}));
 }
 
-TYPED_TEST(Editing, AnEmptySeparatorGivesNoPieces)
+TYPED_TEST(Editing, AnEmptySeparatorReturnsNoPieces)
 {
     using T = typename CharOf<TypeParam>::type;
     EXPECT_EQ(TypeParam(lit<T>("abc")).split(lit<T>(""), -1).Count(), 0);
@@ -219,7 +219,7 @@ TYPED_TEST(Editing, AnEmptySeparatorGivesNoPieces)
 template <typename T>
 class EditingStatics : public ::testing::Test {
 protected:
-    /// What an operation on bare characters makes of a text.
+    /// The result of an operation on a copy of bare characters.
     template <typename Operation>
     static std::string edited(const char* text, Operation operation)
     {
@@ -259,7 +259,7 @@ TYPED_TEST(EditingStatics, SingleCharactersAreMappedAndSwapped)
     EXPECT_EQ(b, T('a'));
 }
 
-TYPED_TEST(EditingStatics, ReplacingGivesANewArray)
+TYPED_TEST(EditingStatics, ReplacingReturnsANewArray)
 {
     using T = TypeParam;
     using S = ZGStr<T>;
@@ -272,7 +272,7 @@ TYPED_TEST(EditingStatics, ReplacingGivesANewArray)
     EXPECT_EQ(taken(S::replace(nullptr, -1, lit<T>("b"), 1, lit<T>("c"), 1, -1)), "");
 }
 
-TYPED_TEST(EditingStatics, SplittingBareCharactersGivesStrings)
+TYPED_TEST(EditingStatics, SplittingBareCharactersReturnsStrings)
 {
     using T = TypeParam;
     using S = ZGStr<T>;

@@ -13,8 +13,8 @@
 #include <functional>
 #include <new>
 
-// Lengths, counts and positions at the ends of their range: no arithmetic on them overflows, and what no memory
-// can hold fails in the allocation. The allocation is made to fail, since sanitizers stop at absurd sizes.
+// Lengths, counts and positions at the ends of their range: no arithmetic on them overflows, and what exceeds the
+// memory fails in the allocation. The test makes the allocation fail, since sanitizers stop at absurd sizes.
 
 using namespace ZSpace;
 using namespace ZSpace::Testing;
@@ -123,7 +123,7 @@ class ExtremeLengthsDeathTest : public ::testing::Test {
 };
 TYPED_TEST_SUITE(ExtremeLengthsDeathTest, Widths, TypeNames);
 
-TYPED_TEST(ExtremeLengthsDeathTest, AppendingWhatNoMemoryHoldsTerminates)
+TYPED_TEST(ExtremeLengthsDeathTest, AppendingMoreThanMemoryHoldsTerminates)
 {
     using T = TypeParam;
     ZMStr<T> builder(lit<T>("text"));

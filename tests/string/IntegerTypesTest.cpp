@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <string>
 
-// Every set of overloads with every integer type. `int64_t` and `size_t` are other types on other hosts: a call
+// Every overload set with every integer type. `int64_t` and `size_t` are different types on different hosts: a call
 // must compile and mean the same whichever of `long` and `long long` they are.
 
 using namespace ZSpace;
@@ -29,7 +29,7 @@ struct ConvertsToInt {
 template <typename I>
 class IntegerTypes : public ::testing::Test {
 protected:
-    /// The digits that a 2 has as a hexadecimal number.
+    /// The hexadecimal digits of a 2 of this type.
     static std::string hexOfTwo()
     {
         const std::size_t digits = 2
@@ -82,7 +82,7 @@ TYPED_TEST(IntegerTypes, PrintIntoAnArrayOfTheSameWidth)
     EXPECT_EQ(str(static_cast<const wchar_t*>(wide)), this->hexOfTwo());
 }
 
-TYPED_TEST(IntegerTypes, CountTheBytesBehindAPointerToOtherThings)
+TYPED_TEST(IntegerTypes, CountTheBytesAtAConstantPointer)
 {
     constexpr TypeParam two = static_cast<TypeParam>(2);
     const unsigned char bytes[]{0x0A, 0x1F, 0xFF};

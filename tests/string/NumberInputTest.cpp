@@ -31,7 +31,7 @@ TYPED_TEST(NumberInput, DigitsAreReadUpToTheFirstOtherCharacter)
     EXPECT_EQ(this->text("x5").toInt32(), 0);
 }
 
-TYPED_TEST(NumberInput, NothingMayStandAheadButAMinus)
+TYPED_TEST(NumberInput, OnlyAMinusMayPrecedeTheDigits)
 {
     EXPECT_EQ(this->text(" 5").toInt32(), 0);
     EXPECT_EQ(this->text("+5").toInt32(), 0);
@@ -103,7 +103,7 @@ TYPED_TEST(NumberInput, ARealNumberEndsAtTheFirstCharacterThatDoesNotFit)
     EXPECT_TRUE(std::isinf(this->text(std::string(400, '9')).toDouble()));
 }
 
-TYPED_TEST(NumberInput, HexadecimalReadsExactlyTheWidthAsked)
+TYPED_TEST(NumberInput, HexadecimalReadsExactlyTheWidthOfTheType)
 {
     EXPECT_EQ(this->text("1f2e").hexToUInt8(), 0x1F);
     EXPECT_EQ(this->text("0A1f99").hexToUInt16(), 0x0A1F);
@@ -170,7 +170,7 @@ TYPED_TEST(NumberInput, ClassificationLooksAtPlainCharactersOnly)
         this->text("1/").isNumeric() || this->text("1:").isNumeric() || this->text("1,5").isNumeric());
 }
 
-TYPED_TEST(NumberInput, EmptinessHasTwoSpellings)
+TYPED_TEST(NumberInput, EmptinessCanBeQueriedInTwoWays)
 {
     EXPECT_TRUE(TypeParam().isEmpty() && !TypeParam());
     EXPECT_TRUE(this->text("").isEmpty() && !this->text(""));
@@ -209,7 +209,7 @@ TYPED_TEST(NumberInputStatics, TheyReadWithAndWithoutALength)
     EXPECT_EQ(S::toDouble(lit<T>("2.5")), 2.5);
 }
 
-TYPED_TEST(NumberInputStatics, NoTextIsZero)
+TYPED_TEST(NumberInputStatics, NullCountsAsZero)
 {
     using S = ZGStr<TypeParam>;
     EXPECT_EQ(S::toInt32(nullptr) + S::toInt32(nullptr, 0) + S::toInt32(nullptr, -1), 0);

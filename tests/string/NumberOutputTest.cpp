@@ -19,7 +19,7 @@ using namespace ZSpace::Testing;
 
 namespace {
 
-/// The same text through each way that a class has: appended, shifted and, for strings, made by `valueOf`.
+/// The same string through each way that a class has: `append`, `<<` and, for strings, `valueOf`.
 template <typename S, typename Number>
 std::string printed(Number number)
 {
@@ -80,7 +80,7 @@ TYPED_TEST(NumberOutput, EveryNumberOfDigitsIsRight)
         ASSERT_EQ(printed<TypeParam>(number), std::to_string(number));
 }
 
-TYPED_TEST(NumberOutput, ZeroPrintsAsNothingWhenAskedFor)
+TYPED_TEST(NumberOutput, ZeroPrintsAsNothingOnRequest)
 {
     using S = TypeParam;
     EXPECT_EQ(printedUnlessZero<S>(0), "");
@@ -133,7 +133,7 @@ TYPED_TEST(NumberOutput, ARealNumberEndsAtFortyOneCharacters)
         printed<S>(std::ldexp(1.0, -39)), "0.000000000001818989403545856475830078125"); // fits to the digit
 }
 
-TYPED_TEST(NumberOutput, RealNumbersBeyond64BitsStayAtTheNearestThatFits)
+TYPED_TEST(NumberOutput, RealNumbersBeyond64BitsSaturate)
 {
     using S = TypeParam;
     const double infinity = std::numeric_limits<double>::infinity();
@@ -257,7 +257,7 @@ TYPED_TEST(NumberOutputStatics, AnIntegerAfterAWritableArrayIsTheNumberToPrint)
     static_assert(!requires { S::hexOf(text, true); });
 }
 
-TYPED_TEST(NumberOutputStatics, TheBytesOfCharactersArePassedAsAnythingElse)
+TYPED_TEST(NumberOutputStatics, TheBytesOfCharactersArePassedAsVoidPointers)
 {
     using S = ZGStr<TypeParam>;
     using Other = std::conditional_t<std::is_same_v<TypeParam, char>, wchar_t, char>;
@@ -321,7 +321,7 @@ TEST(WidthConversion, WideningAddsZeroBits)
     EXPECT_EQ(built, L"\u00C3\u00A9\u00E9"); // bytes of UTF-8 stay bytes
 }
 
-TEST(WidthConversion, EveryByteSurvivesTheWayThereAndBack)
+TEST(WidthConversion, EveryByteSurvivesTheRoundTrip)
 {
     std::string bytes;
     for (int byte = 1; byte < 256; ++byte)

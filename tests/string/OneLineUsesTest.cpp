@@ -17,8 +17,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
-// What people write without looking anything up: that each line compiles is half of the test. The other half of
-// the file lists what must not compile.
+// What people write without looking anything up: that each line compiles is half of the test. The second half of the
+// file lists what must not compile.
 
 using namespace ZSpace;
 using namespace ZSpace::Testing;
@@ -151,7 +151,7 @@ TEST(OneLineUses, TakeStandardStringsAndViews)
     EXPECT_EQ(str(ZGStr<wchar_t>() << text << std::wstring(L"!")), "text!");
 }
 
-TEST(OneLineUses, PutTextInFront)
+TEST(OneLineUses, PrependText)
 {
     const ZGStr<char> s("abc");
     const ZMStr<char> m("abc");
@@ -166,7 +166,7 @@ TEST(OneLineUses, PutTextInFront)
     EXPECT_EQ(str(L"wide " + ZGStr<wchar_t>(L"w")), "wide w");
 }
 
-TEST(OneLineUses, CrossTheWidthsByAssignmentAndPlus)
+TEST(OneLineUses, ConvertTheWidthByAssignmentAndPlus)
 {
     ZGStr<wchar_t> wide;
     ZMStr<wchar_t> builder;
@@ -284,7 +284,7 @@ TYPED_TEST(MustNotCompile, WhatWouldTakeANumberForACharacter)
     static_assert(!std::is_convertible_v<int, S> && !std::is_convertible_v<Unscoped, S>);
 }
 
-TYPED_TEST(MustNotCompile, WhatNobodyCouldMean)
+TYPED_TEST(MustNotCompile, WhatHasNoSensibleMeaning)
 {
     using S = TypeParam;
     static_assert(!Indexable<S, double> && !Indexable<S, float> && !Indexable<S, Scoped> && !Indexable<S, S>);

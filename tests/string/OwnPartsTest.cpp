@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
-// Every operation that changes a string, with arguments that lie in the string itself. The sanitizers see those
-// that read the old array after it was freed; the results show those that read what was overwritten.
+// Every operation that changes a string, with arguments that lie in the string itself. Sanitizers detect reads of the
+// freed array; the results reveal reads of overwritten characters.
 
 using namespace ZSpace;
 using namespace ZSpace::Testing;
@@ -26,7 +26,8 @@ protected:
     using Char = typename CharOf<S>::type;
     using Change = std::function<void(S&)>;
 
-    /// A string of exactly its length, so that growing reallocates, and for builders one that need not.
+    /// A string of exactly its length, so that growing reallocates, and for builders also one with spare
+    /// capacity.
     static std::vector<S> holdersOf(const char* text)
     {
         std::vector<S> holders;

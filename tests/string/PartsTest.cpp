@@ -18,7 +18,7 @@ class Parts : public ::testing::Test {
 };
 TYPED_TEST_SUITE(Parts, AllClasses, TypeNames);
 
-TYPED_TEST(Parts, LeftAndRightGiveAsMuchAsThereIs)
+TYPED_TEST(Parts, LeftAndRightReturnAtMostTheWholeString)
 {
     using T = typename CharOf<TypeParam>::type;
     const TypeParam text(lit<T>("abcde"));
@@ -55,7 +55,7 @@ TYPED_TEST(Parts, ASubStringIsClampedAtBothEnds)
     EXPECT_EQ(str(TypeParam().subString(0, 3)), "");
 }
 
-TYPED_TEST(Parts, TheCallOperatorGivesASubString)
+TYPED_TEST(Parts, TheCallOperatorReturnsASubString)
 {
     using T = typename CharOf<TypeParam>::type;
     const TypeParam text(lit<T>("abcde"));
@@ -64,7 +64,7 @@ TYPED_TEST(Parts, TheCallOperatorGivesASubString)
     EXPECT_EQ(str(text(9, 1)), "");
 }
 
-TYPED_TEST(Parts, APartViewsTheCharactersOfTheTextItself)
+TYPED_TEST(Parts, ASubStringViewsTheCharactersOfTheString)
 {
     using T = typename CharOf<TypeParam>::type;
     const TypeParam text(lit<T>("abcde"));
@@ -88,7 +88,7 @@ class PartsStatics : public ::testing::Test {
 };
 TYPED_TEST_SUITE(PartsStatics, Widths, TypeNames);
 
-TYPED_TEST(PartsStatics, TheyTakePartsOfBareCharacters)
+TYPED_TEST(PartsStatics, TheyReturnSubStringsOfBareCharacters)
 {
     using T = TypeParam;
     using S = ZGStr<T>;
@@ -107,7 +107,7 @@ class Removing : public ::testing::Test {
 };
 TYPED_TEST_SUITE(Removing, OwningClasses, TypeNames);
 
-TYPED_TEST(Removing, ThePartGoesAndTheRestClosesUp)
+TYPED_TEST(Removing, TheSubStringIsRemovedAndTheRestMovesUp)
 {
     using T = typename CharOf<TypeParam>::type;
     struct Row {

@@ -116,7 +116,7 @@ TYPED_TEST(Searching, TheLastTextThatStartsAtOrBeforeAPositionIsFound)
     EXPECT_EQ(TypeParam().lastIndexOf(lit<T>("a")), -1);
 }
 
-TYPED_TEST(Searching, LongTextsAreSearchedThroughToTheEnd)
+TYPED_TEST(Searching, LongTextsAreSearchedToTheEnd)
 {
     using T = typename CharOf<TypeParam>::type;
     for (long n = 0; n < 200; ++n) {
@@ -133,7 +133,7 @@ TYPED_TEST(Searching, LongTextsAreSearchedThroughToTheEnd)
     }
 }
 
-TYPED_TEST(Searching, PlacesThatFitAtBothEndsOnlyAreNoMatch)
+TYPED_TEST(Searching, EqualFirstAndLastCharactersAloneAreNoMatch)
 {
     using T = typename CharOf<TypeParam>::type;
     const TypeParam text(lit<T>("axxb ayyb azzb axxb ayyb azzb axxb ayyb azzb ayzb"));
@@ -158,7 +158,7 @@ TYPED_TEST(Searching, OccurrencesAreCountedWithoutOverlap)
     EXPECT_EQ(TypeParam().count(lit<T>("a")), 0);
 }
 
-TYPED_TEST(Searching, VerifyingGivesTheFirstCharacterThatDiffers)
+TYPED_TEST(Searching, VerifyingFindsTheFirstCharacterThatDiffers)
 {
     using T = typename CharOf<TypeParam>::type;
     const TypeParam text(lit<T>("aab"));
@@ -175,7 +175,7 @@ TYPED_TEST(Searching, VerifyingGivesTheFirstCharacterThatDiffers)
     EXPECT_EQ(TypeParam().s_verify(T('a')), -1);
 }
 
-TYPED_TEST(Searching, VerifyingWithASetGivesTheFirstCharacterThatIsNotInIt)
+TYPED_TEST(Searching, VerifyingWithASetFindsTheFirstCharacterThatIsNotInIt)
 {
     using T = typename CharOf<TypeParam>::type;
     const TypeParam text(lit<T>("0129a3"));
@@ -219,7 +219,7 @@ class SearchingStatics : public ::testing::Test {
 };
 TYPED_TEST_SUITE(SearchingStatics, Widths, TypeNames);
 
-TYPED_TEST(SearchingStatics, TheyLookAtTheGivenLengthOnly)
+TYPED_TEST(SearchingStatics, TheyReadTheGivenLengthOnly)
 {
     using T = TypeParam;
     using S = ZGStr<T>;
@@ -246,7 +246,7 @@ TYPED_TEST(SearchingStatics, TheyLookAtTheGivenLengthOnly)
     EXPECT_EQ(S::s_verify(text, 2, lit<T>("ab"), 0), -1);
 }
 
-TYPED_TEST(SearchingStatics, NoTextHasNothingInIt)
+TYPED_TEST(SearchingStatics, NothingIsFoundInNull)
 {
     using T = TypeParam;
     using S = ZGStr<T>;

@@ -24,7 +24,7 @@ class StringAllocation : public ::testing::Test {
 };
 TYPED_TEST_SUITE(StringAllocation, Widths, TypeNames);
 
-TYPED_TEST(StringAllocation, MakingAStringThrowsBadAlloc)
+TYPED_TEST(StringAllocation, ConstructingAStringThrowsBadAlloc)
 {
     using T = TypeParam;
     using S = ZGStr<T>;
@@ -43,7 +43,7 @@ TYPED_TEST(StringAllocation, MakingAStringThrowsBadAlloc)
     EXPECT_EQ(failEachAllocation([&] { S::release(S::replace(text, 9, text, 1, text, 4, -1)); }), 1);
 }
 
-TYPED_TEST(StringAllocation, MakingABuilderThrowsBadAlloc)
+TYPED_TEST(StringAllocation, ConstructingABuilderThrowsBadAlloc)
 {
     using T = TypeParam;
     using M = ZMStr<T>;
@@ -142,7 +142,7 @@ TYPED_TEST(StringAllocation, EachAppendOfAStringMakesOneArray)
     EXPECT_EQ(allocationsOf([&] { string.replace(text, other); }), 1);
 }
 
-// Where memory runs out for good
+// Where allocations keep failing
 
 template <typename T>
 class StringAllocationDeathTest : public ::testing::Test {
@@ -211,7 +211,7 @@ TYPED_TEST(StringAllocationDeathTest, GrowingABuilderTerminates)
     });
 }
 
-TYPED_TEST(StringAllocationDeathTest, ACountThatNoMemoryHoldsTerminates)
+TYPED_TEST(StringAllocationDeathTest, AHugeCountTerminates)
 {
     using T = TypeParam;
     ZMStr<T> builder(lit<T>("text"));

@@ -10,8 +10,8 @@
 #include <cstdlib>
 #include <new>
 
-// Every array has room for its characters, the terminator and one element to spare. To see that, this program
-// has an array `new` of its own, which remembers the size that was asked for last.
+// Every array has space for its characters, the terminator and one spare element. This program replaces array
+// `new` to record the size of the last request.
 
 namespace {
 
@@ -45,7 +45,7 @@ namespace {
 template <typename T>
 class StringArraySizes : public ::testing::Test {
 protected:
-    /// How many elements the last array had that an operation made.
+    /// The number of elements in the last array that an operation allocated.
     template <typename Operation>
     static long elementsMadeBy(Operation operation)
     {

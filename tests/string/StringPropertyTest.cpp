@@ -19,8 +19,8 @@
 using namespace ZSpace;
 using namespace ZSpace::Testing;
 
-// Random texts, checked against code that is as simple as can be. The seeds are fixed, so that a failure
-// comes back.
+// Random strings, checked against code that is as simple as possible. The seeds are fixed, so that failures
+// can be reproduced.
 
 namespace {
 
@@ -29,7 +29,7 @@ class StringProperty : public ::testing::Test {
 protected:
     using Text = std::basic_string<T>;
 
-    /// A text from a small alphabet, so that parts of it come again.
+    /// A string over a small alphabet, so that substrings repeat.
     Text randomText(long longest)
     {
         Text text(static_cast<std::size_t>(randomNumber(0, longest)), T('a'));
@@ -37,7 +37,7 @@ protected:
             c = static_cast<T>('a' + randomNumber(0, 2));
         return text;
     }
-    /// A text of any characters but zero.
+    /// A string of any characters but zero.
     Text randomCharacters(long longest)
     {
         Text text(static_cast<std::size_t>(randomNumber(0, longest)), T('a'));
@@ -61,7 +61,7 @@ protected:
 };
 TYPED_TEST_SUITE(StringProperty, Widths, TypeNames);
 
-/// The index of a result of the standard library.
+/// Converts an index of the standard library.
 long indexOf(std::size_t position)
 {
     return position == std::string::npos ? -1 : static_cast<long>(position);
@@ -148,7 +148,7 @@ TYPED_TEST(StringProperty, SplitPiecesJoinToTheTextAgain)
     }
 }
 
-TYPED_TEST(StringProperty, SplittingInPlaceGivesTheSamePieces)
+TYPED_TEST(StringProperty, SplittingInPlaceYieldsTheSamePieces)
 {
     using T = TypeParam;
     for (int round = 0; round < 500; ++round) {
@@ -189,7 +189,7 @@ TYPED_TEST(StringProperty, ReplacingIsSplittingAndJoining)
     }
 }
 
-TYPED_TEST(StringProperty, IntegersSurviveTheWayThereAndBack)
+TYPED_TEST(StringProperty, IntegersSurviveTheRoundTrip)
 {
     using T = TypeParam;
     for (int round = 0; round < 5000; ++round) {
@@ -210,7 +210,7 @@ TYPED_TEST(StringProperty, IntegersSurviveTheWayThereAndBack)
     }
 }
 
-TYPED_TEST(StringProperty, BytesSurviveTheWayThereAndBack)
+TYPED_TEST(StringProperty, BytesSurviveTheRoundTrip)
 {
     using T = TypeParam;
     for (int round = 0; round < 300; ++round) {
@@ -231,7 +231,7 @@ TYPED_TEST(StringProperty, FractionsOfPowersOfTwoPrintExactly)
 {
     using T = TypeParam;
     for (int round = 0; round < 3000; ++round) {
-        // Up to 20 bits of fraction are 20 decimal places, all of which double arithmetic gives exactly.
+        // Up to 20 bits of fraction are 20 decimal places, which double arithmetic computes exactly.
         const double number = static_cast<double>(this->randomNumber(-(1L << 40), 1L << 40))
             / static_cast<double>(1L << this->randomNumber(0, 12));
         char expected[64];
@@ -276,7 +276,7 @@ TYPED_TEST(StringProperty, FloatingPointNumbersHaveTheDigitsOfDoubleArithmetic)
     }
 }
 
-/// Reading as it is defined: every digit of the fraction divided by its power of ten.
+/// The definition of reading: every digit of the fraction divided by its power of ten.
 double readByDigits(const std::string& text)
 {
     double value = 0;
@@ -374,7 +374,7 @@ TYPED_TEST(StringProperty, BuildersAndStringsGrowToTheSameText)
     }
 }
 
-TYPED_TEST(StringProperty, TrimmingTakesEveryCharacterBelow33)
+TYPED_TEST(StringProperty, TrimmingRemovesEveryCharacterBelow33)
 {
     using T = TypeParam;
     using Signed = std::make_signed_t<T>;

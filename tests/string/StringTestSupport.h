@@ -16,10 +16,10 @@
 #include <type_traits>
 #include <vector>
 
-/// One way to write the texts of tests that run over narrow and wide strings alike.
+/// Lets tests that run over narrow and wide strings write their strings in one form.
 namespace ZSpace::Testing {
 
-/// A text of any of the string classes' characters: each byte gives one, as a widening string would give it.
+/// A string of any of the string classes' characters: each byte becomes one, as in a widening conversion.
 template <typename T>
 std::basic_string<T> wider(std::string_view text)
 {
@@ -29,7 +29,7 @@ std::basic_string<T> wider(std::string_view text)
     return result;
 }
 
-/// The same as a bare pointer that stays good until the program ends.
+/// The same as a bare pointer that stays valid until the program ends.
 template <typename T>
 const T* lit(std::string_view text)
 {
@@ -44,7 +44,7 @@ ZSpace::ZStrToken<T> view(std::string_view text)
     return ZSpace::ZStrToken<T>(lit<T>(text), static_cast<long>(text.size()));
 }
 
-/// What is shown of a text in a message: characters above 0xFF become "?".
+/// How a message shows a string: characters above 0xFF become "?".
 template <typename T>
 std::string shown(const T* text, long length)
 {
@@ -80,7 +80,7 @@ std::string str(const T* text)
     return text ? str(ZSpace::ZStrToken<T>(text)) : "(null)";
 }
 
-/// An array that a static maker gave, as text; frees it.
+/// Converts an array that a static routine returned, and frees it.
 template <typename T>
 std::string taken(T* made)
 {

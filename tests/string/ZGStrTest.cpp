@@ -22,7 +22,7 @@ namespace {
 template <typename T>
 class ZGStrTest : public ::testing::Test {
 protected:
-    /// The first `n` characters behind the pointer, zeros included.
+    /// The first `n` characters at the pointer, including zeros.
     static std::basic_string<T> raw(const ZGStr<T>& text, std::size_t n)
     {
         return std::basic_string<T>(static_cast<const T*>(text), n);
@@ -60,7 +60,7 @@ TYPED_TEST(ZGStrTest, AStringAssignedAnEmptyTextIsEmpty)
     EXPECT_EQ(text, ZGStr<T>());
 }
 
-TYPED_TEST(ZGStrTest, ItIsMadeFromEveryKindOfText)
+TYPED_TEST(ZGStrTest, IsConstructedFromEveryKindOfText)
 {
     using T = TypeParam;
     using S = ZGStr<T>;
@@ -87,7 +87,7 @@ TYPED_TEST(ZGStrTest, CopiesAreDeep)
     EXPECT_EQ(str(original) + str(copy) + str(assigned), "xbcabcabc");
 }
 
-TYPED_TEST(ZGStrTest, CopyingAnEmptyStringMakesAnArrayAllTheSame)
+TYPED_TEST(ZGStrTest, CopyingAnEmptyStringStillAllocatesAnArray)
 {
     using T = TypeParam;
     const ZGStr<T> none;
@@ -246,7 +246,7 @@ TYPED_TEST(ZGStrTest, AppendingItselfDoublesTheText)
     EXPECT_EQ(str(text), "abcabcababcabcab");
 }
 
-TYPED_TEST(ZGStrTest, ConcatenatingLeavesBothTextsAlone)
+TYPED_TEST(ZGStrTest, ConcatenatingLeavesBothTextsUnchanged)
 {
     using T = TypeParam;
     using S = ZGStr<T>;
@@ -290,7 +290,7 @@ TYPED_TEST(ZGStrTest, JoiningFromATextKeepsIt)
     EXPECT_EQ(taken(ZGStr<T>::joinFrom(nullptr, 2, texts, 1)), "b");
 }
 
-TYPED_TEST(ZGStrTest, CharactersAreReachedFromBothEnds)
+TYPED_TEST(ZGStrTest, IndicesCountFromBothEnds)
 {
     using T = TypeParam;
     ZGStr<T> text(lit<T>("abc"));

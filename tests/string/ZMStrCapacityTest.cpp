@@ -21,7 +21,7 @@ TYPED_TEST_SUITE(ZMStrCapacityTest, Widths, TypeNames);
 
 using Capacities = std::vector<long>;
 
-/// Appends `c` over and over and returns the capacities in between.
+/// Appends `c` repeatedly and returns the capacities in between.
 template <typename T>
 Capacities capacitiesOfAppendingTo(ZMStr<T> builder, int steps)
 {
@@ -57,7 +57,7 @@ TYPED_TEST(ZMStrCapacityTest, HexadecimalGrowsBySeventeen)
     EXPECT_EQ(ZMStr<T>(10).append(lit<T>("ab")).appendHexOf(1U).Capacity(), 11 + 5 + 17 + 1);
     EXPECT_EQ(ZMStr<T>(10).appendHexOf(1ULL).Capacity(), 11 + 5 + 17 + 1);
     const char bytes[5]{};
-    EXPECT_EQ(ZMStr<T>(10).appendHexOf(bytes, 5).Capacity(), 11 + 10 + 5 + 1); // as any text
+    EXPECT_EQ(ZMStr<T>(10).appendHexOf(bytes, 5).Capacity(), 11 + 10 + 5 + 1); // like any string
 }
 
 TYPED_TEST(ZMStrCapacityTest, AssigningGrowsWithoutCountingTheOldText)

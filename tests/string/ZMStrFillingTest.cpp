@@ -57,7 +57,7 @@ TYPED_TEST(ZMStrFilling, NumbersArePaddedWithZeros)
     EXPECT_EQ(padded(LLONG_MIN, 3), "<-9223372036854775808");
 }
 
-TYPED_TEST(ZMStrFilling, AFlagBesideANumberIsNoWidth)
+TYPED_TEST(ZMStrFilling, AFlagAfterANumberIsNotAWidth)
 {
     ZMStr<TypeParam> builder;
     builder.appendValueOf(0, true).appendValueOf(0, false).appendValueOf(5, true).appendValueOf(6);
@@ -74,7 +74,7 @@ TYPED_TEST(ZMStrFilling, PaddingAndDigitsGrowOneAfterTheOther)
     EXPECT_EQ(builder.Capacity(), (0 + 2 + 0 + 1) + 1 + 1 + 1); // two zeros, then a digit
 }
 
-TYPED_TEST(ZMStrFilling, AppendingNumbersTakesNoMemoryBesideTheBuffer)
+TYPED_TEST(ZMStrFilling, AppendingNumbersAllocatesOnlyTheBuffer)
 {
     ZMStr<TypeParam> builder(200);
     const long before = allocationsMade();
@@ -86,7 +86,7 @@ TYPED_TEST(ZMStrFilling, AppendingNumbersTakesNoMemoryBesideTheBuffer)
 
 // Inserting and filling
 
-TYPED_TEST(ZMStrFilling, InsertingMovesTheTailOn)
+TYPED_TEST(ZMStrFilling, InsertingMovesTheTail)
 {
     using T = TypeParam;
     const auto inserted = [](long at) {
@@ -145,7 +145,7 @@ TYPED_TEST(ZMStrFilling, InsertingGrowsOnlyWhenTheTextExceedsTheCapacity)
 
     auto full = this->holding("abcd", 8);
     full.insert(lit<T>("1234"), 1);
-    full.append(T('!')); // and from there everything goes on
+    full.append(T('!')); // later operations continue normally
     EXPECT_EQ(str(full), "a1234bcd!");
 }
 
@@ -186,7 +186,7 @@ TYPED_TEST(ZMStrFilling, FillingAddsWhatIsMissing)
     EXPECT_EQ(filled(5, -1), "ab... 3");
     EXPECT_EQ(filled(5, -2), "a...b 3");
     EXPECT_EQ(filled(5, -3), "...ab 3");
-    EXPECT_EQ(filled(5, -4), "...ab 3"); // before the beginning: not counted from the end once more
+    EXPECT_EQ(filled(5, -4), "...ab 3"); // before the beginning: clamped, not counted from the end again
     EXPECT_EQ(filled(5, -5), "...ab 3");
     EXPECT_EQ(filled(5, -9), "...ab 3");
     EXPECT_EQ(filled(5, LONG_MIN), "...ab 3");
@@ -227,7 +227,7 @@ TYPED_TEST(ZMStrFilling, PaddingGoesToEitherSide)
     EXPECT_EQ(left.lFill(T('.'), 5), 0);
     EXPECT_EQ(ZMStr<T>().lFill(T('x'), 2) + ZMStr<T>().rFill(T('x'), 2), 4);
     ZMStr<T> one(lit<T>("a"));
-    EXPECT_EQ(one.lFill(T('0'), 3), 3 - 1); // inserting's way with the last character is not filling's
+    EXPECT_EQ(one.lFill(T('0'), 3), 3 - 1); // no exception at the end, unlike inserting
     EXPECT_EQ(str(one), "00a");
 }
 

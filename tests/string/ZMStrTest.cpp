@@ -89,7 +89,7 @@ TYPED_TEST(ZMStrTest, CopiesHaveNoSpareCapacity)
     }
 }
 
-TYPED_TEST(ZMStrTest, ACopyOfNothingHasACapacityOfOneAndNoBuffer)
+TYPED_TEST(ZMStrTest, ACopyOfAnEmptyStringHasACapacityOfOneAndNoBuffer)
 {
     using T = TypeParam;
     const T* zeroFirst = lit<T>(std::string_view("\0ab", 3));
@@ -165,7 +165,7 @@ TYPED_TEST(ZMStrTest, MovingTransfersTheBuffer)
     EXPECT_EQ(target.Capacity() + target.Length() + source.Capacity() + source.Length(), 0); // NOLINT
 }
 
-// Text in and out
+// Conversions
 
 TYPED_TEST(ZMStrTest, AssigningCopiesEveryKindOfText)
 {
@@ -240,7 +240,7 @@ TYPED_TEST(ZMStrTest, ManyCopiesOfACharacterAreAppended)
     EXPECT_EQ(builder.count(T('c')), 1000);
 }
 
-TYPED_TEST(ZMStrTest, ConcatenatingLeavesTheBuilderAlone)
+TYPED_TEST(ZMStrTest, ConcatenatingLeavesTheBuilderUnchanged)
 {
     using T = TypeParam;
     const ZMStr<T> a(lit<T>("ab"));
@@ -284,7 +284,7 @@ TYPED_TEST(ZMStrTest, AStringCopiesTheBuildersText)
 
 // Access
 
-TYPED_TEST(ZMStrTest, CharactersAreReachedFromBothEnds)
+TYPED_TEST(ZMStrTest, IndicesCountFromBothEnds)
 {
     using T = TypeParam;
     ZMStr<T> builder(lit<T>("abc"));

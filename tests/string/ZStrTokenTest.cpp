@@ -96,7 +96,7 @@ TYPED_TEST(ZStrTokenTest, ANullTokenEqualsAnEmptyOne)
     EXPECT_FALSE(!ZStrToken<T>(lit<T>("a")));
 }
 
-TYPED_TEST(ZStrTokenTest, CharactersAreReachedFromTheFrontOnly)
+TYPED_TEST(ZStrTokenTest, IndicesCountFromTheFrontOnly)
 {
     using T = TypeParam;
     const ZStrToken<T> view(lit<T>("abcd"), 3);
@@ -166,7 +166,7 @@ TYPED_TEST(ZStrTokenTest, AViewNeverAllocates)
 TYPED_TEST(ZStrTokenTest, AnEmptyViewIsNotRead)
 {
     using T = TypeParam;
-    const std::unique_ptr<T[]> nothing(new T[0]); // a sanitizer sees whoever reads it
+    const std::unique_ptr<T[]> nothing(new T[0]); // a sanitizer detects any read
     const ZStrToken<T> view(nothing.get(), 0);
     ZGStr<T> string(view);
     ZMStr<T> builder(view);

@@ -24,7 +24,7 @@ struct Ledger {
 
 constinit thread_local Ledger t_ledger;
 
-/// Counts an allocation. Returns whether it shall fail.
+/// Counts an allocation. Returns whether it must fail.
 bool strikes() noexcept
 {
     Ledger& ledger = t_ledger;
@@ -40,7 +40,7 @@ bool strikes() noexcept
 void* allocate(std::size_t size) noexcept
 {
     t_ledger.lastSize = size;
-    if (strikes() || size > PTRDIFF_MAX) // sanitizers end a program that asks `malloc` for so much
+    if (strikes() || size > PTRDIFF_MAX) // sanitizers abort if `malloc` is asked for this much
         return nullptr;
     return std::malloc(std::max<std::size_t>(size, 1));
 }

@@ -42,7 +42,7 @@ void redirect(int descriptor, const std::filesystem::path& file)
     }
     std::fflush(nullptr);
 #ifdef ZSPACE_COVERAGE
-    __gcov_dump(); // what ends without `exit` leaves no counts by itself
+    __gcov_dump(); // without `exit`, the counts are not written by themselves
 #endif
     std::_Exit(status);
 }

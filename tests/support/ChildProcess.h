@@ -10,7 +10,7 @@ namespace ZSpace::Testing {
 
 /// How a child process ended, and its output.
 struct Outcome {
-    bool hasExited = false; ///< ended by itself, not by a signal
+    bool hasExited = false; ///< exited, not killed by a signal
     int status = -1; ///< its exit status, or the signal that killed it
     std::string standardOutput;
     std::string standardError;

@@ -20,7 +20,7 @@ struct HostExpectations {
     /// What the console prints for an incomplete character, the byte C3 (hexadecimal), at the end of a
     /// message.
     std::string cutCharacter;
-    /// Whether a child may write to the console that was forked while another thread wrote to it.
+    /// Whether a child that was forked while another thread wrote to the console may write there.
     bool forkedChildrenHaveConsole;
 };
 const HostExpectations& host();

@@ -20,7 +20,7 @@ namespace ZSpace::Testing {
 unsigned int kernelThreadNumber()
 {
     const mach_port_t port = mach_thread_self();
-    mach_port_deallocate(mach_task_self(), port); // only the number is wanted
+    mach_port_deallocate(mach_task_self(), port); // only the number is needed
     return port;
 }
 

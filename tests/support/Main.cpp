@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The `main` of every test program. It lists tests by their names alone, where GoogleTest's own list carries the types
-// and values of the parameters, which CMake would make part of the names in ctest.
+// The `main` of every test program. Lists tests by their names alone; GoogleTest's own list includes the types and
+// values of the parameters, which CMake would make part of the names in ctest.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

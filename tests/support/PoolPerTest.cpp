@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Gives every test of a program that compiles this file its own autorelease pool, as every entry point of a
-// program has one.
+// Creates an autorelease pool for every test of a program that compiles this file, as every entry point of a
+// program does.
 
 #include "ZSpace/platform/Foundation.h"
 

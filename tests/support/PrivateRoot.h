@@ -15,7 +15,7 @@ namespace ZSpace::Testing {
 
 /// A private directory tree that a child sees as "/", in its own mount namespace. It contains the host's
 /// programs and libraries, but `/Library`, `/var/log`, `/home`, `/tmp` and `/dev/log` belong to the test,
-/// which finds what the child leaves there below `path()`.
+/// which finds the child's files below `path()`.
 class PrivateRoot {
 public:
     /// Parts of the host that are missing.

@@ -72,5 +72,5 @@ int main(int argc, char** argv)
     for (int i = 0; i < 1000 && fs::exists(service / "linger"); ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     std::ofstream(service / "ended") << "ended\n";
-    return 3; // the launcher must not look at it
+    return 3; // the launcher must ignore it
 }

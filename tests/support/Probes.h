@@ -25,7 +25,7 @@ namespace ZSpace::Testing {
     return reinterpret_cast<std::uintptr_t>(pointer);
 }
 
-/// What happened to all `Counted` objects since the last reset.
+/// Records what happened to all `Counted` objects since the last reset.
 struct Tally {
     long alive = 0;
     long made = 0;
@@ -53,7 +53,7 @@ public:
         : Counted(0)
     {
     }
-    Counted(int number) // NOLINT(google-explicit-constructor): tests read better so
+    Counted(int number) // NOLINT(google-explicit-constructor): for readable tests
         : m_number(number)
     {
         ++s_tally.alive;

@@ -4,7 +4,7 @@
 #include "tests/support/SystemCallFaults.h"
 
 // The C library exports several variants of these calls under different symbols, and each version of the
-// system another set of them.
+// system exports a different set.
 
 namespace ZSpace::Testing {
 

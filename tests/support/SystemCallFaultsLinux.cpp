@@ -60,8 +60,8 @@ std::size_t shortened(std::size_t size) noexcept
 
 } // namespace
 
-// A program's own definitions take precedence over those of the C library. Those that end with "_chk" are
-// what the library's headers call instead where they check buffer sizes.
+// A program's own definitions take precedence over those of the C library. The library's headers call those
+// that end with "_chk" instead where they check buffer sizes.
 
 extern "C" {
 

@@ -108,7 +108,7 @@ TYPED_TEST(TZSysFileFaultTest, FailedQueriesReportAMissingFile)
     }
 }
 
-TYPED_TEST(TZSysFileFaultTest, EntryAsksAgainAfterAFailedQuery)
+TYPED_TEST(TZSysFileFaultTest, EntryTriesAgainAfterAFailedQuery)
 {
     const auto entry = TestFixture::entryOf(this->pathOf("file"), ZTRISTATE::No);
     {
@@ -221,7 +221,7 @@ TYPED_TEST(TZSysFileFaultTest, CopyThatCannotRemoveItsTargetStillReportsTheFailu
     });
 }
 
-TYPED_TEST(TZSysFileFaultTest, CopyGoesOnWhereTheKernelRefusesToCopy)
+TYPED_TEST(TZSysFileFaultTest, CopyContinuesWhereTheKernelRefusesToCopy)
 {
     using SysFile = TZSysFile<TypeParam>;
     std::string content(3'000'000, '\0');

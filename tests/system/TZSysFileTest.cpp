@@ -78,7 +78,7 @@ TYPED_TEST(TZSysFileTest, CurrentDirectoryOfMoreThan1023BytesIsEmpty)
     EXPECT_EQ(outcome.status, 0);
 }
 
-TYPED_TEST(TZSysFileTest, CurrentDirectoryThatIsGoneIsEmpty)
+TYPED_TEST(TZSysFileTest, CurrentDirectoryThatWasRemovedIsEmpty)
 {
     using SysFile = TZSysFile<TypeParam>;
     const auto outcome = runInChild([&] {
@@ -223,7 +223,7 @@ TYPED_TEST(TZSysFileTest, RemovesFilesAndLinks)
     EXPECT_EQ(SysFile::removeFile(nullptr), ENOENT);
 }
 
-TYPED_TEST(TZSysFileTest, MissingRightsAreReported)
+TYPED_TEST(TZSysFileTest, MissingPermissionsAreReported)
 {
     using SysFile = TZSysFile<TypeParam>;
     this->openToAll();

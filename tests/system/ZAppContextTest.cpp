@@ -57,7 +57,7 @@ std::string narrow(const ZMStr<wchar_t>& text)
     return narrowed.isEmpty() ? "" : std::string(narrowed);
 }
 
-TEST(ZAppContextTest, FieldsStandInTheirOrder)
+TEST(ZAppContextTest, FieldsAreInOrder)
 {
     CommandLine line(3);
     const ZAppContext context(line.count(), line.values());

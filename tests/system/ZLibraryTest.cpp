@@ -58,7 +58,7 @@ TEST(ZLibraryResourceTest, KeepsItsArguments)
     EXPECT_EQ(copy.State(), 1);
 }
 
-TEST(ZLibraryResourceTest, FieldsStandInTheirOrder)
+TEST(ZLibraryResourceTest, FieldsAreInOrder)
 {
     int there = 0;
     const ZLibraryResource resource(L"p", L"n", &there, &answer);

@@ -77,7 +77,7 @@ TEST(ZSysInfoObjectTest, HoldsAKeyMap)
     EXPECT_EQ(*object.KeyMap().find(s_key), s_name);
 }
 
-TEST(ZSysInfoObjectTest, FieldsStandInTheirOrder)
+TEST(ZSysInfoObjectTest, FieldsAreInOrder)
 {
     int target = 0;
     const ZSysInfoObject object(s_key, s_name, static_cast<void*>(&target));
@@ -98,7 +98,7 @@ TEST(ZSysInfoObjectDeathTest, ValueOfAnEmptyHandleIsReported)
         testing::KilledBySignal(SIGABRT), "this->m_ptValue.*ZTypeRef.*543");
 }
 
-TEST(ZSysInfoProviderTest, OperationsStandInOrder)
+TEST(ZSysInfoProviderTest, OperationsAreInOrder)
 {
     using Provider = ZSysInfoProvider;
     EXPECT_EQ(slotOf(&Provider::Key), 2U); // 0 and 1 are the destructor's

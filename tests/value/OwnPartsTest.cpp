@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // Every mutating operation with the object itself, or a part of it, as the argument. AddressSanitizer reports
-// a part that is read after it was freed or overwritten.
+// a part that is read after it was freed.
 
 #include "ZSpace/core/ZException.h"
 #include "tests/value/Values.h"

@@ -28,7 +28,7 @@ inline void PrintTo(const ZTime& time, std::ostream* out)
 
 namespace ZSpace::Testing {
 
-/// Sets the time zone of the process, in the format of `TZ`, for its own lifetime.
+/// Sets the time zone of the process, in the format of `TZ`, during its lifetime.
 class TimeZone {
 public:
     explicit TimeZone(const char* zone)

@@ -318,7 +318,7 @@ TEST(ZGUIDTest, ParsesMalformedText)
     }
 }
 
-/// The longer token has the same groups and takes the general way through the parser.
+/// The longer token has the same groups but is parsed by the general code.
 template <typename T>
 void expectSameAsLongerToken(std::basic_string<T> text, std::size_t position, int c)
 {

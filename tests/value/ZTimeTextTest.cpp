@@ -202,7 +202,7 @@ TEST(ZTimeTextTest, AnyCharacterInAnyPlaceIsParsedByTheSameRules)
         for (int c = 1; c < 256; ++c) {
             std::string text = "2024-03-05T07:08:09";
             text[position] = static_cast<char>(c);
-            // The longer string has the same fields and takes the general way through the parser.
+            // The longer string has the same fields but is parsed by the general code.
             ASSERT_EQ(bytesOf(ZTime(text.c_str())), bytesOf(ZTime((text + 'Z').c_str()))) << text;
         }
     }
