@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Formats of the conversions that the C library does not have, or that it has only with a locale (`%@ %S %C %ls %lc %m
-// %n`), with arbitrary flags, widths, precisions and text between them, compared with a plain reference. And arbitrary
-// text as a format from which `%n` is to be taken.
+// Formats with the conversions that the C library lacks, or that depend on its locale (`%@ %S %C %ls %lc %m %n`), with
+// arbitrary flags, widths, precisions and characters between them, compared with a plain reference. Also removes `%n`
+// from arbitrary strings.
 
 #include "ZSpace/log/detail/BoundedText.h"
 #include "ZSpace/platform/Foundation.h"
@@ -45,7 +45,7 @@ std::string utf8Of(char32_t c)
     return {static_cast<char>(0xF0 | c >> 18), continuation(12), continuation(6), continuation(0)};
 }
 
-/// What each conversion is given: the same for all that are in one format.
+/// The arguments of the conversions, the same for all in one format.
 struct Values {
     explicit Values(Input& input)
         : object(input.text(20).c_str())
@@ -89,7 +89,7 @@ std::string fromWide(const std::wstring& units, std::size_t most)
     return result;
 }
 
-/// One conversion as it is written, and what it must print.
+/// One conversion as written, and what it must print.
 struct Piece {
     std::string written;
     std::string printed;
@@ -105,7 +105,7 @@ Piece readPiece(Input& input, const Values& values)
     const std::string options = (isLeft ? "-" : "") + (width ? std::to_string(width) : "")
         + (hasPrecision ? "." + std::to_string(precision) : "");
 
-    // By position, so that the pieces may come in any order and as often as they like.
+    // By position, so that the pieces may come in any order and any number of times.
     struct Kind {
         const char* position;
         const char* conversion;
@@ -157,7 +157,7 @@ void checkPieces(Input& input)
     require(stored == 42, "nothing is stored");
 }
 
-/// Nothing is left to take away where `%n` has been taken away.
+/// After `%n` has been removed, there is nothing left to remove.
 void checkStores(const std::string& format)
 {
     const ZSpace::detail::StorelessFormat once(format.c_str());

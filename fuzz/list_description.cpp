@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Prints lists of arbitrary strings. Reading the printed form must give the strings again.
+// Prints lists of arbitrary strings. Reading the printed form must return the strings.
 
 #include "ZSpace/platform/portable/ObjectsPortable.h"
 #include "fuzz/FuzzText.h"
@@ -14,7 +14,7 @@ namespace NS = ZSpace::NS;
 
 namespace {
 
-/// Reads one item at `at` and moves behind it.
+/// Reads one item at `at` and moves `at` past it.
 std::string readItem(const std::string& text, std::size_t& at)
 {
     std::string item;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Builds lines of arbitrary records, as plain text and as JSON. The text must be that of the values, one behind the
-// other; the JSON must be one object on one line.
+// Builds lines of arbitrary records, as plain text and as JSON. The plain text must be that of the values, in order;
+// the JSON must be one object on one line.
 
 #include "ZSpace/log/detail/JsonLine.h"
 #include "ZSpace/log/detail/LogLine.h"
@@ -76,7 +76,7 @@ void addValue(ZLogRecord& record, Input& input, Kept& kept)
     default:
         kept.narrow.emplace_back(
             static_cast<std::size_t>(number % 3000), static_cast<char>('a' + number % 26));
-        record << kept.narrow.back().c_str(); // more than a line has on the stack
+        record << kept.narrow.back().c_str(); // more than a line stores on the stack
     }
 }
 
@@ -95,7 +95,7 @@ void checkPlain(const ZLogRecord& record)
     require(text.substr(prefix) == expected + "\n", "each value behind a tab");
 }
 
-/// Follows objects, arrays and strings; all else is checked only for its characters.
+/// Parses objects, arrays and strings; checks only the characters of everything else.
 void checkJson(const ZLogRecord& record)
 {
     detail::LogLine line;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// Searches from arbitrary positions, forwards and backwards, compared with the standard library; and cuts there.
+// Searches from arbitrary positions, forwards and backwards, compared with the standard library, and splits there.
 
 #include "fuzz/FuzzText.h"
 
@@ -49,7 +49,7 @@ void search(const std::string& text, const std::string& what, long from)
     }
 }
 
-/// The parts before and after any position make up the whole.
+/// The substrings before and after any position make up the whole.
 template <typename T>
 void cut(const std::string& text, long at)
 {

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// A decoder of its own kind, which computes each code point.
+/// An independent decoder, which computes each code point.
 bool isUtf8(const std::string& bytes)
 {
     for (std::size_t i = 0; i < bytes.size();) {

@@ -3,8 +3,9 @@
 # SPDX-License-Identifier: MIT
 #
 # Runs every fuzz target with libFuzzer, AddressSanitizer and UndefinedBehaviorSanitizer, starting from its corpus:
-# ./scripts/fuzz.sh [seconds for each target, by default 600] [target...]. Inputs that fail are left in build/fuzz/failed;
-# add them to the corpus when their fault is mended. Goes on after a failure and names all of them at the end.
+# ./scripts/fuzz.sh [seconds for each target, by default 600] [target...]. Inputs that fail are left in
+# build/fuzz/failed; add them to the corpus when the bug is fixed. Continues after a failure and names all of them at
+# the end.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh

@@ -123,7 +123,7 @@ void ZLogBook::clearLastError(int op, pthread_t thread)
     const Selection selection(op, thread);
     bool hasRemoved = false;
     {
-        // In linear time: whoever logs may wait for the lock.
+        // In linear time, because threads that log may be waiting for the lock.
         const std::lock_guard guard(m_lock);
         long kept = 0;
         for (ZRef<ZLogLastError>& entry : m_trail) {
