@@ -162,7 +162,7 @@ void BookJson(benchmark::State& state)
     measureBook(state, [](const wchar_t* path) { return ZSpace::makeRef<ZSpace::ZLogBookJson>(path); });
 }
 
-/// In front of a report file, and in front of nothing: a record that is refused.
+/// Passes a record on to a report file, or refuses it.
 void BookFilter(benchmark::State& state)
 {
     measureBook(state, [](const wchar_t* path) {
@@ -179,7 +179,7 @@ void BookFilterRefusing(benchmark::State& state)
     });
 }
 
-/// To a socket in the place of journald's, which a thread empties.
+/// To a socket instead of journald's, which a thread reads.
 class Journal {
 public:
     explicit Journal(const std::string& path)

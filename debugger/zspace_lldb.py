@@ -58,7 +58,7 @@ def string_text(value, name, address):
     offset = LENGTHS[kind]
     length = None if offset is None else read_number(value, address + offset, 4)
     characters = read_number(value, address)
-    if character == "":  # a class that is only declared has no argument: guess by the first unit
+    if character == "":  # a class that is only declared has no template argument: guess from the first unit
         first = read(value, characters, 4)
         width = 4 if first[0] != 0 and first[1:] == bytes(3) else 1
     else:

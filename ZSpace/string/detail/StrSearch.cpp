@@ -51,8 +51,8 @@ std::uint64_t wordAt(const T* text) noexcept
     return word;
 }
 
-/// Which characters of a block pass a test: a byte each, 1 or 0, in words that are tested at once. Without branches, so
-/// that compilers use vector instructions.
+/// Which characters of a block pass a test: one byte for each, 1 or 0, tested a word at a time. Without branches, so that
+/// compilers use vector instructions.
 class BlockHits {
 public:
     template <typename Test>
