@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "ZSpace/core/z_dbg.h"
+#include "tests/support/LockTests.h"
 
 #include <gtest/gtest.h>
 
@@ -61,6 +62,16 @@ TEST(ForkTest, WaitsForAnotherThreadThatHoldsTheRegistryLock)
     childEnded = true;
     holder.join();
     useTheRegistryOnce();
+}
+
+TEST(ForkTest, ForkWaitsUntilTheRegistryIsFree)
+{
+    EXPECT_TRUE(waitsFor(g_eventreg_cs, [] {
+        const pid_t child = fork();
+        if (child == 0)
+            _exit(0);
+        waitpid(child, nullptr, 0);
+    }));
 }
 
 TEST(ForkTest, ChildCanUseTheRegistryIfItsParentThreadHeldTheLock)

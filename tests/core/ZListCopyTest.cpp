@@ -44,6 +44,17 @@ TEST_F(ZListCopyTest, CopyHasTheCapacityOfAppendingOneByOne)
     }
 }
 
+TEST_F(ZListCopyTest, CopyAllocatesItsSlotsOnce)
+{
+    ZList<int> list;
+    for (int i = 0; i < 40; ++i) {
+        list.add(i);
+        const long allocations = allocationsMade();
+        const ZList<int> copy(list);
+        EXPECT_EQ(allocationsMade() - allocations, 1 + list.Count());
+    }
+}
+
 TEST_F(ZListCopyTest, AssignmentReplacesAllElements)
 {
     ZList<Counted> target = countedList(3);

@@ -4,6 +4,7 @@
 #include "ZSpace/core/ZList.h"
 
 #include "tests/core/ListSupport.h"
+#include "tests/support/AllocationFaults.h"
 #include "tests/support/CountedTest.h"
 
 #include <gmock/gmock.h>
@@ -11,6 +12,8 @@
 
 #include <algorithm>
 #include <climits>
+#include <memory>
+#include <new>
 #include <random>
 #include <string>
 #include <type_traits>
@@ -222,6 +225,47 @@ TEST_F(ZListTest, IteratorsDereferenceToElements)
     EXPECT_EQ(*it, "bc!");
     EXPECT_TRUE(++it == list.end());
     EXPECT_EQ(std::as_const(list).begin()->size(), 2u);
+}
+
+TEST_F(ZListTest, SwapExchangesTheElements)
+{
+    ZList<int> a = listOf({1, 2});
+    ZList<int> b = listOf({3});
+    const int* first = &a[0];
+    a.swap(b);
+    EXPECT_THAT(a, ElementsAre(3));
+    EXPECT_THAT(b, ElementsAre(1, 2));
+    EXPECT_EQ(&b[0], first);
+}
+
+TEST_F(ZListTest, AdoptStoresTheElementItself)
+{
+    ZList<Counted> list;
+    auto element = std::make_unique<Counted>(7);
+    const Counted* address = element.get();
+    EXPECT_EQ(list.adopt(std::move(element)), address);
+    EXPECT_EQ(&list[0], address);
+}
+
+TEST_F(ZListTest, AdoptPropagatesAllocationFailuresAndDeletesTheElement)
+{
+    ZList<Counted> list = countedList(3); // no capacity left
+    auto element = std::make_unique<Counted>(3);
+    {
+        const AllocationFault fault(1);
+        EXPECT_THROW(list.adopt(std::move(element)), std::bad_alloc);
+    }
+    EXPECT_EQ(list.Count(), 3);
+    EXPECT_EQ(Counted::s_tally.alive, 3);
+}
+
+TEST_F(ZListTest, TakeLastRemovesAnElementWithoutDeletingIt)
+{
+    ZList<Counted> list = countedList(3);
+    const Counted* last = &list[2];
+    EXPECT_EQ(list.takeLast().get(), last);
+    EXPECT_EQ(list.Count(), 2);
+    EXPECT_EQ(list.Capacity(), 3);
 }
 
 TEST_F(ZListTest, AgreesWithAReferenceOverRandomOperations)

@@ -3,6 +3,8 @@
 
 #include "ZSpace/core/ZThreadLock.h"
 
+#include "tests/support/LockTests.h"
+
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -38,6 +40,18 @@ TEST(ZThreadLockTest, SameThreadLocksTwiceAndUnlocksTwice)
     EXPECT_FALSE(isTaken(lock));
     lock.lock();
     lock.lock();
+    lock.unlock();
+    EXPECT_TRUE(isTaken(lock));
+    lock.unlock();
+    EXPECT_FALSE(isTaken(lock));
+}
+
+TEST(ZThreadLockTest, TryingTakesTheLockUnlessAnotherThreadHoldsIt)
+{
+    Lock lock;
+    EXPECT_TRUE(lock.try_lock());
+    EXPECT_TRUE(lock.try_lock());
+    std::thread([&] { EXPECT_FALSE(lock.try_lock()); }).join();
     lock.unlock();
     EXPECT_TRUE(isTaken(lock));
     lock.unlock();
@@ -91,19 +105,15 @@ TEST(TZThreadSafeTransactionTest, DoesNothingWithThePseudoLock)
 
 TEST(TZThreadSafeTransactionTest, HoldsARealLockInBetween)
 {
-    TZThreadSafeTransaction<Lock> transaction;
-    int steps = 0;
-    transaction.beginTransaction();
-    std::thread other([&] {
+    struct TransactionAsLock : TZThreadSafeTransaction<Lock> {
+        void lock() { beginTransaction(); }
+        void unlock() { endTransaction(); }
+    };
+    TransactionAsLock transaction;
+    EXPECT_TRUE(waitsFor(transaction, [&] {
         transaction.beginTransaction();
-        steps *= 10;
         transaction.endTransaction();
-    });
-    steps = 1;
-    ++steps;
-    transaction.endTransaction();
-    other.join();
-    EXPECT_EQ(steps, 20);
+    }));
 }
 
 } // namespace

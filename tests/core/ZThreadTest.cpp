@@ -113,6 +113,20 @@ TEST(ZThreadTest, JoinClearsTheHandle)
     worker.close();
 }
 
+TEST(ZThreadTest, JoinClearsTheRunningFlagWhateverTheWorkLeftInIt)
+{
+    struct OpenWorker : Worker {
+        using Worker::m_running;
+    };
+    OpenWorker worker;
+    worker.execute(new Job([] {}));
+    while (worker.isRunning())
+        std::this_thread::yield();
+    worker.m_running->store(true);
+    worker.join();
+    EXPECT_FALSE(worker.m_running->load());
+}
+
 TEST(ZThreadTest, StoresTheLastThreadAndThenTheCurrentOne)
 {
     Gate gate;

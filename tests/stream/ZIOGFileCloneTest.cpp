@@ -4,6 +4,7 @@
 #include "ZSpace/stream/ZIOGFile.h"
 #include "tests/stream/FileTests.h"
 #include "tests/support/AllocationFaults.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/Descriptors.h"
 #include "tests/support/FileFields.h"
 
@@ -12,6 +13,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <unistd.h>
 
 namespace ZSpace::Testing {
 namespace {
@@ -38,6 +40,17 @@ TEST_F(ZIOGFileTest, CloneHasTheSameState)
         EXPECT_NE(m_file.State(), 0) << mode;
         EXPECT_EQ(m_file.moveEnd(), 0) << mode;
     }
+}
+
+TEST_F(ZIOGFileTest, CloneMayHaveDescriptorZero)
+{
+    ASSERT_EQ(m_file.open(make("file", "content").c_str(), 2), 0);
+    const auto outcome = runInChild([&] {
+        ::close(STDIN_FILENO);
+        const std::unique_ptr<File> clone(m_file.clone());
+        return clone && clone->descriptor() == STDIN_FILENO ? 0 : 1;
+    });
+    EXPECT_EQ(outcome.status, 0);
 }
 
 TEST_F(ZIOGFileTest, CloneContinuesReadingAtTheSharedOffset)

@@ -89,6 +89,15 @@ TEST_F(ZIOGFileTest, FileOpenForWritingCannotBeRead)
     EXPECT_EQ(m_file.read(&c, 1), -1);
 }
 
+TEST_F(ZIOGFileTest, WriteThatSucceedsReturnsZeroDespiteAnEarlierError)
+{
+    ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0);
+    char c;
+    EXPECT_EQ(m_file.read(&c, 1), -1);
+    EXPECT_TRUE(m_file.hasError());
+    EXPECT_EQ(m_file.write("x", 1), 1);
+}
+
 TEST_F(ZIOGFileTest, PartialReadReportsStatusAndItems)
 {
     ASSERT_EQ(m_file.open(make("file", "abcdefgh").c_str(), 2), 0);

@@ -21,6 +21,7 @@
 #include <string>
 #include <thread>
 #include <type_traits>
+#include <unistd.h>
 #include <vector>
 
 namespace ZSpace::Testing {
@@ -280,6 +281,16 @@ TEST_F(ZIOGFileTest, DescriptorThatCannotBeAdoptedIsClosed)
         EXPECT_EQ(nextDescriptor(), next);
     }
     EXPECT_EQ(contentOf("file"), "old");
+}
+
+TEST_F(ZIOGFileTest, DescriptorZeroIsClosedTooIfItCannotBeAdopted)
+{
+    const auto outcome = runInChild([] {
+        File file;
+        const bool refused = file.adopt(STDIN_FILENO, 3) == EINVAL;
+        return refused && fcntl(STDIN_FILENO, F_GETFD) < 0 ? 0 : 1;
+    });
+    EXPECT_EQ(outcome.status, 0);
 }
 
 // Closed streams

@@ -102,6 +102,14 @@ TEST_F(ZIOGFileTest, WriteAtOnceMakesOneSystemCall)
     EXPECT_FALSE(m_file.hasError());
 }
 
+TEST_F(ZIOGFileTest, WriteAtOnceTakesASingleItem)
+{
+    ASSERT_EQ(m_file.open(pathOf("file").c_str(), 4), 0);
+    ASSERT_TRUE(m_file.writeThrough());
+    EXPECT_EQ(m_file.writeAtOnce("x", 1), 1);
+    EXPECT_EQ(contentOf("file"), "x");
+}
+
 TEST_F(ZIOGFileTest, WriteAtOnceThatFailsSetsTheErrorIndicator)
 {
     const auto outcome = runInChild([&] {

@@ -97,6 +97,7 @@ TEST_F(ZStreamAsyncTest, PassesOfAWrite)
         {"abc", {{0, 9}}, {"abc"}, 0, 9}, // a count above the requested one is accepted
         {"abc", {{0, -5}, {0, 3}}, {"abc", "abc"}, 0, 3}, // a negative count is 0
         {"abc", {{0, 1}, {0, LONG_MAX}}, {"abc", "bc"}, 0, LONG_MAX}, // the sum does not overflow
+        {"abc", {{0, 1}, {0, 0, false}, {0, 2}}, {"abc", "bc", "bc"}, 0, 3}, // no count is 0 as well
         {"", {{0, 0}}, {""}, 0, 0}, // an empty array has one pass
         {"", {{7, 0}}, {""}, 7, 0},
     };

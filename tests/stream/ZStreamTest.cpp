@@ -3,6 +3,7 @@
 
 #include "ZSpace/stream/ZStream.h"
 
+#include "tests/support/LockTests.h"
 #include "tests/support/Slots.h"
 
 #include <gmock/gmock.h>
@@ -26,10 +27,11 @@ static_assert(std::has_virtual_destructor_v<Base> && std::is_abstract_v<ZStream<
 static_assert(!std::is_copy_constructible_v<In> && !std::is_copy_assignable_v<In>);
 
 /// Records its arguments and returns preset results.
-class RecordingStream : public ZStream<> {
+template <typename TX>
+class RecordingStreamWith : public ZStream<char, TX> {
 public:
-    using ZInStream<>::read;
-    using ZOutStream<>::write;
+    using ZInStream<char, TX>::read;
+    using ZOutStream<char, TX>::write;
 
     int read(char* buffer, long count, long& got) override
     {
@@ -67,6 +69,8 @@ public:
     long m_preset = -1;
     std::string m_text;
 };
+
+using RecordingStream = RecordingStreamWith<ZStreamTransaction>;
 
 TEST(ZStreamTest, HalvesShareOneBase)
 {
@@ -149,6 +153,8 @@ TEST(ZStreamTest, ShortWriteTakesTheLengthOfTheStringForANegativeCount)
         EXPECT_EQ(stream.m_text, "abcdef");
         EXPECT_EQ(stream.m_count, 6);
     }
+    stream.write("abcdef", 0);
+    EXPECT_EQ(stream.m_count, 0);
     stream.write("", -1);
     EXPECT_EQ(stream.m_count, 0);
     stream.write(nullptr, -1);
@@ -165,6 +171,20 @@ TEST(ZStreamTest, TransactionsDoNothing)
     base.endTransaction();
     base.endTransaction();
     EXPECT_EQ(stream.m_count, 0);
+}
+
+TEST(ZStreamTest, TransactionsHoldTheLockOfTheirPolicy)
+{
+    using Lock = ZThreadLock_T<pthread_mutex_t>;
+    struct StreamAsLock : RecordingStreamWith<TZThreadSafeTransaction<Lock>> {
+        void lock() { beginTransaction(); }
+        void unlock() { endTransaction(); }
+    };
+    StreamAsLock stream;
+    EXPECT_TRUE(waitsFor(stream, [&] {
+        stream.beginTransaction();
+        stream.endTransaction();
+    }));
 }
 
 TEST(ZStreamTest, BaseOperationsAreInOrder)
