@@ -21,6 +21,7 @@ try ./scripts/test.sh clang
 try ./scripts/test.sh libcxx
 try ./scripts/test.sh fuzz
 try ./scripts/test.sh gnustep
+try ./scripts/test.sh asan
 try ./scripts/test.sh tsan
 try ./scripts/test.sh gnustep-asan
 try ./scripts/test.sh gnustep-tsan

@@ -4,7 +4,7 @@
 #
 # Installs what is missing, builds, and runs every test:
 #   ./scripts/test.sh [preset [directory...]]   by default "release"; on a Mac, "macos-native"
-# With directories of tests/, only their tests are built and run.
+# With directories of tests/, only their tests are built and run, and no examples.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
@@ -22,8 +22,10 @@ esac
 # shellcheck disable=SC2086 # the list is to be split
 require_packages $packages
 
-# run.sh may have configured without them.
-configure_options="-DZSPACE_BUILD_TESTS=ON -DZSPACE_TESTED=$(echo "$*" | tr ' ' ';')"
+# An earlier run may have configured otherwise.
+examples=ON
+[ $# -eq 0 ] || examples=OFF
+configure_options="-DZSPACE_BUILD_TESTS=ON -DZSPACE_BUILD_EXAMPLES=$examples -DZSPACE_TESTED=$(echo "$*" | tr ' ' ';')"
 build "$preset"
 echo "Testing preset $preset"
 ctest --preset "$preset"
