@@ -103,6 +103,13 @@ TYPED_TEST(NumberInput, ARealNumberEndsAtTheFirstCharacterThatDoesNotFit)
     EXPECT_TRUE(std::isinf(this->text(std::string(400, '9')).toDouble()));
 }
 
+TYPED_TEST(NumberInput, EveryPlaceOfAFractionCounts)
+{
+    EXPECT_DOUBLE_EQ(this->text("0.0000000000000000000125").toDouble(), 1.25e-20);
+    EXPECT_DOUBLE_EQ(this->text("0.000000000000000000000000125").toDouble(), 1.25e-25);
+    EXPECT_DOUBLE_EQ(this->text("1234567890.0000000000000000000000125").toDouble(), 1234567890.0);
+}
+
 TYPED_TEST(NumberInput, HexadecimalReadsExactlyTheWidthOfTheType)
 {
     EXPECT_EQ(this->text("1f2e").hexToUInt8(), 0x1F);
@@ -207,6 +214,7 @@ TYPED_TEST(NumberInputStatics, TheyReadWithAndWithoutALength)
     EXPECT_EQ(S::toDouble(lit<T>("2.55"), 3), 2.5);
     EXPECT_EQ(S::toSingle(lit<T>("2.5")), 2.5F);
     EXPECT_EQ(S::toDouble(lit<T>("2.5")), 2.5);
+    EXPECT_DOUBLE_EQ(S::toDouble(lit<T>("0.0000000000000000000000012"), 26), 1e-24);
 }
 
 TYPED_TEST(NumberInputStatics, NullCountsAsZero)
