@@ -9,8 +9,9 @@
 #   ./scripts/mutate.sh --sample 50       50 changes, chosen at random; the seed is printed
 #   ./scripts/mutate.sh --survivors       only the changes that survived the last run
 #
-# A run that was interrupted goes on where it stopped; --fresh starts again. The status is 1 when fewer than 92 % of
-# the changes are noticed, or when a survivor has no line in scripts/mutation/survivors.txt.
+# A run that was interrupted goes on where it stopped; --fresh starts again, and -j N runs N tests at a time. The status
+# is 1 when fewer than 92 % of the changes are noticed, or when a survivor has no line in scripts/mutation/survivors.txt;
+# for a sample, when fewer than 92 % are noticed or explained. See docs/testing.md.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh

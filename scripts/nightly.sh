@@ -28,6 +28,7 @@ try ./scripts/test.sh gnustep-tsan
 try ./scripts/soak.sh
 try ./scripts/fuzz.sh 15 # five minutes in all
 try ./scripts/build-macos.sh --tests
+try ./scripts/mutate.sh --sample 50
 try ./scripts/docs.sh
 try ./scripts/packages.sh
 for suite in bookworm trixie; do
