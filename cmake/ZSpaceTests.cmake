@@ -19,7 +19,7 @@ function(zspace_add_tests target)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
     zspace_private_flags(${target})
     # The tests need no speed, and compile faster without optimization.
-    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1> $<$<CONFIG:RelWithDebInfo>:-O0>)
     # g++ 12 reports overflows that do not exist where std::string's `+` is inlined.
     target_compile_options(${target} PRIVATE
         "$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-array-bounds;-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread>")
