@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <numeric>
@@ -240,7 +239,10 @@ TEST(ZArrayTest, NegativeCountsCountAsZero)
 
 TEST(ZArrayTest, NullSourceMeansValueInitializedElements)
 {
-    std::memset(std::malloc(100), 'x', 100); // garbage that an uninitialized block would contain
+    {
+        const std::string garbage(100, 'x'); // which an uninitialized block would contain
+        EXPECT_EQ(garbage.size(), 100U);
+    }
     EXPECT_THAT(ZArray<char>(nullptr, 5), testing::Each('\0'));
     EXPECT_EQ(ZArray<char>(nullptr, 5).Count(), 5);
     EXPECT_THAT(PointerArray(nullptr, 3), ElementsAre(nullptr, nullptr, nullptr));
