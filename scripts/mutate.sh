@@ -6,7 +6,7 @@
 #
 #   ./scripts/mutate.sh                   every layer and the program
 #   ./scripts/mutate.sh string            one layer
-#   ./scripts/mutate.sh --sample 50       50 changes, chosen at random; the seed is printed
+#   ./scripts/mutate.sh --sample 50       50 changes, chosen at random; its random seed is printed
 #   ./scripts/mutate.sh --survivors       only the changes that survived the last run
 #
 # A run that was interrupted goes on where it stopped; --fresh starts again, and -j N runs N tests at a time. The status
