@@ -32,5 +32,5 @@ function(zspace_add_tests target)
     # In ctest a test is called <subject>.<suite>.<test>: short enough for one line of a terminal.
     string(REGEX REPLACE "_tests$" "" prefix ${target})
     gtest_discover_tests(${target} TEST_PREFIX "${prefix}."
-        DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60)
+        DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 180)
 endfunction()
