@@ -11,8 +11,7 @@
 
 #ifdef __OBJC__
 #ifdef ZSPACE_ON_PORTABLE // set by an installed library's package
-#error                                                                                                       \
-    "This ZSpace was built without Foundation, so its NSString is not Objective-C's: build it with ZSPACE_PLATFORM=foundation"
+#error "ZSpace was built without Foundation: its NSString differs. Use ZSPACE_PLATFORM=foundation"
 #endif
 @class NSArray;
 @class NSException;

@@ -5,6 +5,8 @@
 // tests/string/OneLineUsesTest.cpp. That each line compiles is half of the test; the end of the file lists what must not
 // compile.
 
+#include "tests/support/OneLineUses.h"
+
 #include "ZSpace/ZSpace.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -36,24 +38,12 @@ std::string text(const T& value)
     return out.str();
 }
 
-struct Use {
-    const char* code;
-    std::string result;
-    std::string expected;
-};
-
 /// An expression, and what it prints.
 #define USE(expected, ...)                                                                                   \
     Use                                                                                                      \
     {                                                                                                        \
 #__VA_ARGS__, text(__VA_ARGS__), expected                                                            \
     }
-
-void expectResults(std::initializer_list<Use> uses)
-{
-    for (const Use& use : uses)
-        EXPECT_EQ(use.result, use.expected) << use.code;
-}
 
 // clang-format off: a table
 

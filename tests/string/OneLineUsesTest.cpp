@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/OneLineUses.h"
+
 #include "ZSpace/string/ZMStr.h"
 #include "tests/string/StringTestSupport.h"
 
@@ -25,23 +27,11 @@ using namespace ZSpace::Testing;
 
 namespace {
 
-struct Use {
-    const char* code;
-    std::string result;
-    std::string expected;
-};
-
 #define USE(expected, ...)                                                                                   \
     Use                                                                                                      \
     {                                                                                                        \
 #__VA_ARGS__, [&]() -> std::string { __VA_ARGS__ }(), expected                                       \
     }
-
-void expectResults(std::initializer_list<Use> uses)
-{
-    for (const Use& use : uses)
-        EXPECT_EQ(use.result, use.expected) << use.code;
-}
 
 template <typename... Args>
 std::string streamed(const Args&... args)
