@@ -64,11 +64,9 @@ private:
 /// if another thread exchanges or detaches it.
 struct ZTransferLog::Channel {
     Channel()
+        : Channel(
+            std::lock_guard(detail::BookLock::instance().stripe())) // unlocked again after the initialization
     {
-        const std::lock_guard guard(detail::BookLock::instance().stripe());
-        log = theLog;
-        if (log)
-            book = log->m_logBook;
     }
     /// Whether the book takes records. Aborts with a report if there is a log without a book.
     [[nodiscard]] bool isOn() const { return log && !book->isInactive(); }
@@ -84,6 +82,13 @@ struct ZTransferLog::Channel {
 
     ZTransferLog* log;
     ZRef<ZLogBook> book;
+
+private:
+    explicit Channel(const std::lock_guard<detail::BookLock::Stripe>&)
+        : log(theLog)
+        , book(log ? log->m_logBook : ZRef<ZLogBook>())
+    {
+    }
 };
 
 ZTransferLog::~ZTransferLog() = default;

@@ -10,22 +10,12 @@ namespace ZSpace::detail {
 
 namespace {
 
-constinit BookLock s_instance;
-
 constinit std::atomic<std::size_t> s_threadCount{0};
-
-struct ThreadStripe {
-    std::size_t index = 0;
-    bool isAssigned = false;
-};
-thread_local constinit ThreadStripe t_stripe;
 
 } // namespace
 
-BookLock& BookLock::instance() noexcept
-{
-    return s_instance;
-}
+constinit BookLock BookLock::s_instance;
+thread_local constinit BookLock::Stripe* BookLock::t_stripe = nullptr;
 
 void BookLock::lock() noexcept
 {
@@ -39,17 +29,15 @@ void BookLock::unlock() noexcept
         stripe.unlock();
 }
 
-BookLock::Stripe& BookLock::stripe() noexcept
+BookLock::Stripe& BookLock::assignStripe() noexcept
 {
-    ThreadStripe& own = t_stripe;
-    if (!own.isAssigned)
-        own = {s_threadCount.fetch_add(1, std::memory_order_relaxed) % s_stripeCount, true};
-    return m_stripes[own.index];
+    t_stripe = &m_stripes[s_threadCount.fetch_add(1, std::memory_order_relaxed) % s_stripeCount];
+    return *t_stripe;
 }
 
 /// The owner needs only a few instructions, unless it has been preempted. Sleeping lets it continue whatever its
 /// priority.
-void BookLock::Stripe::lock() noexcept
+void BookLock::Stripe::wait() noexcept
 {
     constexpr int attempts = 100;
     for (int attempt = 0; m_isLocked.exchange(true, std::memory_order_acquire); ++attempt) {

@@ -16,9 +16,8 @@ namespace ZSpace::detail {
 /// waits or takes another lock.
 class BookLock {
 public:
-    static BookLock& instance() noexcept;
+    static BookLock& instance() noexcept { return s_instance; }
 
-    BookLock() noexcept = default;
     BookLock(const BookLock&) = delete; // one for the process
     BookLock& operator=(const BookLock&) = delete;
 
@@ -29,17 +28,30 @@ public:
     /// One stripe, to take a reference.
     class alignas(64) Stripe {
     public:
-        void lock() noexcept;
+        void lock() noexcept
+        {
+            if (m_isLocked.exchange(true, std::memory_order_acquire)) [[unlikely]]
+                wait();
+        }
         void unlock() noexcept { m_isLocked.store(false, std::memory_order_release); }
 
     private:
+        /// Locks a stripe that another thread holds.
+        void wait() noexcept;
+
         std::atomic<bool> m_isLocked{false};
     };
     /// The calling thread's stripe.
-    Stripe& stripe() noexcept;
+    Stripe& stripe() noexcept { return t_stripe ? *t_stripe : assignStripe(); }
 
 private:
     static constexpr std::size_t s_stripeCount = 16;
+    static constinit BookLock s_instance;
+    static thread_local constinit Stripe* t_stripe; // null until the calling thread locks one
+
+    BookLock() noexcept = default;
+
+    Stripe& assignStripe() noexcept;
 
     std::array<Stripe, s_stripeCount> m_stripes;
 };
