@@ -176,8 +176,7 @@ template <typename T>
 ZMStr<T>& ZMStr<T>::appendPadded(detail::Decimal number, long width, bool emptyIfZero) noexcept
 {
     const long digits = emptyIfZero && number.magnitude == 0 ? 0 : number.length();
-    if (width > digits)
-        appendCopies(T('0'), width - digits);
+    appendCopies(T('0'), detail::differenceOf(width, digits));
     return this->appendDecimal(number, emptyIfZero);
 }
 

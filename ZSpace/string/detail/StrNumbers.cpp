@@ -52,10 +52,10 @@ public:
         constexpr int mantissaBits = 52;
         const auto bits = std::bit_cast<std::uint64_t>(value);
         const auto exponent = static_cast<int>(bits >> mantissaBits);
-        m_mantissa = bits & ((std::uint64_t(1) << mantissaBits) - 1);
-        if (exponent > 0)
-            m_mantissa |= std::uint64_t(1) << mantissaBits;
-        m_scale = 1023 + mantissaBits - std::max(exponent, 1);
+        // Subnormal numbers are read as normal ones: their digits come long after those that are written.
+        constexpr std::uint64_t leadingOne = std::uint64_t(1) << mantissaBits;
+        m_mantissa = leadingOne | (bits & (leadingOne - 1));
+        m_scale = 1023 + mantissaBits - exponent;
         const int zeros = std::countr_zero(m_mantissa);
         m_mantissa >>= zeros;
         m_scale -= zeros;
@@ -114,8 +114,7 @@ long writeFraction(char* to, Fraction fraction, long limit) noexcept
     long n = 0;
     while (!fraction.isExact() && !fraction.isZero() && n < limit)
         to[n++] = digitChar<char>(fraction.takeDigit());
-    if (n < limit)
-        n += fraction.writeExact(to + n, limit - n);
+    n += fraction.writeExact(to + n, limit - n);
     while (fraction.isZero() && n > 0 && to[n - 1] == '0')
         --n;
     return std::min(n, limit);
@@ -140,9 +139,10 @@ inline std::uint32_t readEightDigits(const char* text) noexcept
 {
     std::uint64_t word = 0;
     std::memcpy(&word, text, sizeof word);
-    const std::uint64_t high = word & 0xF0F0F0F0F0F0F0F0;
-    const std::uint64_t highOfSum = (word + 0x0606060606060606) & 0xF0F0F0F0F0F0F0F0;
-    if ((high | highOfSum) != 0x3030303030303030 || high != highOfSum)
+    // "0" to "9" are 0x30 to 0x39, and only they stay below 0x40 when 6 is added.
+    constexpr std::uint64_t high = 0xF0F0F0F0F0F0F0F0;
+    constexpr std::uint64_t zeros = 0x3030303030303030;
+    if ((word & high) != zeros || ((word + 0x0606060606060606) & high) != zeros)
         return s_noDigits;
     // Joins neighbors: bytes to pairs, pairs to fours, fours to eight. The first character is the low byte.
     word &= 0x0F0F0F0F0F0F0F0F;
@@ -171,7 +171,7 @@ long writeReal(T* to, double value, bool emptyIfZero) noexcept
         return 0;
 
     Decimal number(whole);
-    number.isNegative = whole < 0 || (fraction != 0 && value < 0); // the integer part of -0.5 has no sign
+    number.isNegative = value < 0; // the integer part of -0.5 has no sign
     long n = number.length();
     writeDecimal(to, n, number);
     if (fraction == 0)
