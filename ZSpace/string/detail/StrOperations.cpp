@@ -53,8 +53,7 @@ long indexOf(ZStrToken<T> text, ZStrToken<T> what, long from) noexcept
 {
     const long length = lengthOf(text);
     const long start = clampedPosition(from, length);
-    const bool fits = !what.isEmpty() && what.Length() <= length - start;
-    return fits ? find<T>(text, length, what, what.Length(), start) : -1;
+    return what.isEmpty() ? -1 : find<T>(text, length, what, what.Length(), start);
 }
 
 template <StrChar T>
