@@ -5,6 +5,7 @@
 
 #include "ZSpace/string/detail/StrDigits.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <chrono>
@@ -90,7 +91,7 @@ T* writePadded(T* to, unsigned number, long width) noexcept
     const long length = decimal.length();
     const long zeros = width - length;
     detail::fillChars(to, T('0'), zeros);
-    to += zeros > 0 ? zeros : 0;
+    to += std::max(zeros, 0L);
     detail::writeDecimal(to, length, decimal);
     return to + length;
 }
@@ -112,18 +113,22 @@ class DigitGroup {
 public:
     /// `pattern` has a "0" where `text` must have a digit. Other characters must be the same.
     DigitGroup(const char* text, const char* pattern) noexcept
+        : m_digits(wordAt(text) ^ wordAt(pattern))
+        , m_excess(m_digits + complementOf(pattern))
     {
-        // A digit becomes its value and a separator 0. Adding the complement of the largest value allowed sets
-        // the top bit of every byte that exceeds it.
-        const std::uint64_t expected = wordAt(pattern);
-        const std::uint64_t digits = wordAt(text) ^ expected;
-        m_matches = ((digits | (digits + complementOf(pattern))) & 0x8080'8080'8080'8080) == 0;
-        m_pairs = digits * 10 + (digits >> 8);
     }
 
-    [[nodiscard]] bool matches() const noexcept { return m_matches; }
+    [[nodiscard]] bool matches() const noexcept
+    {
+        constexpr std::uint64_t topBits = 0x8080'8080'8080'8080;
+        return ((m_digits | m_excess) & topBits) == 0;
+    }
     /// The number whose two digits start at `index`.
-    [[nodiscard]] unsigned at(int index) const noexcept { return m_pairs >> (8 * index) & 0xFF; }
+    [[nodiscard]] unsigned at(int index) const noexcept
+    {
+        const std::uint64_t pairs = m_digits * 10 + (m_digits >> 8);
+        return pairs >> (8 * index) & 0xFF;
+    }
 
 private:
     static std::uint64_t wordAt(const char* text) noexcept
@@ -133,6 +138,7 @@ private:
         return word;
     }
 
+    /// What sets the top bit of a byte if it is added to more than the largest value allowed.
     static std::uint64_t complementOf(const char* pattern) noexcept
     {
         std::uint64_t word = 0;
@@ -141,8 +147,8 @@ private:
         return word;
     }
 
-    std::uint64_t m_pairs;
-    bool m_matches;
+    std::uint64_t m_digits; // a digit becomes its value and a separator 0
+    std::uint64_t m_excess; // has the top bit of every byte that exceeds the largest value allowed
 };
 
 /// Splits a string at two "-", one "T" and two ":". A ":" before the "T" and a "-" after it do not count as
