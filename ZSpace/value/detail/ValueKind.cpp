@@ -144,7 +144,7 @@ struct Memory {
     static void* copy(ValueContent content)
     {
         auto* bytes = new unsigned char[content.size]();
-        if (content.data && content.size > 0)
+        if (content.data)
             std::memcpy(bytes, content.data, content.size);
         return bytes;
     }
