@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 using namespace ZSpace;
 using namespace ZSpace::Testing;
 
@@ -184,6 +186,19 @@ TYPED_TEST(ComparingStatics, ARangeComparesTheFirstCharactersOnly)
     EXPECT_EQ(S::compareRange(nullptr, lit<T>("xy"), 2), -1);
     EXPECT_EQ(S::compareRangeIgnoreCase(lit<T>("ABcd"), lit<T>("abxy"), 2), 0);
     EXPECT_EQ(S::compareRangeIgnoreCase(lit<T>("ABXd"), lit<T>("abcy"), 3), 1);
+}
+
+TYPED_TEST(ComparingStatics, WhatPrecedesTheTextsDoesNotCount)
+{
+    using T = TypeParam;
+    constexpr long n = 600;
+    const std::basic_string<T> plain(2 * n, T('m'));
+    for (long at = 0; at < n; at += 5) {
+        std::basic_string<T> other(plain);
+        other[static_cast<std::size_t>(n + at)] = T('z');
+        ASSERT_EQ(ZGStr<T>::compare(plain.data() + n, n, other.data() + n, n), -1) << at;
+        ASSERT_EQ(ZGStr<T>::compare(other.data() + n, n, plain.data() + n, n), 1) << at;
+    }
 }
 
 template <typename T>

@@ -246,6 +246,20 @@ TYPED_TEST(NumberOutputStatics, HexadecimalIsWrittenIntoACallersArray)
     EXPECT_EQ(str(static_cast<const T*>(text)), "");
 }
 
+TYPED_TEST(NumberOutputStatics, HexadecimalOfBytesEndsAfterTwoDigitsEach)
+{
+    using T = TypeParam;
+    const unsigned char bytes[]{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20};
+    const std::string digits = "0102030405";
+    for (long n = 0; n <= 5; ++n) {
+        std::basic_string<T> array(50, T('#'));
+        EXPECT_EQ(ZGStr<T>::hexOf(array.data(), bytes, n), 2 * n);
+        const auto length = static_cast<std::size_t>(2 * n);
+        EXPECT_EQ(
+            array, wider<T>(digits.substr(0, length)) + T(0) + std::basic_string<T>(49 - length, T('#')));
+    }
+}
+
 TYPED_TEST(NumberOutputStatics, AnIntegerAfterAWritableArrayIsTheNumberToPrint)
 {
     using T = TypeParam;

@@ -209,6 +209,15 @@ TEST(SearchingWide, SetsHoldUnitsBeyondTheFirst256)
     EXPECT_EQ(text.s_verify(L"\u04AC\u00E9"), 0); // the low byte of the first unit alone would fit
 }
 
+TEST(SearchingWide, SetsHoldTheUnitsAroundTheFirst256)
+{
+    const ZGStr<wchar_t> text(L"\u0101\u0100\u00FFx");
+    EXPECT_EQ(text.s_verify(L"\u00FF\u0100\u0101"), 3);
+    EXPECT_EQ(text.s_verify(L"\u0100\u0101"), 2);
+    EXPECT_EQ(text.s_verify(L"\u00FF\u0101"), 1);
+    EXPECT_EQ(text.s_verify(L"\u00FF\u0100"), 0);
+}
+
 TEST(SearchingNarrow, SetsHoldBytesFrom0x80)
 {
     EXPECT_EQ(ZGStr<char>("\xE9\x80x").s_verify("\x80\xE9"), 2);

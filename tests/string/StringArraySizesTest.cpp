@@ -74,6 +74,7 @@ TYPED_TEST(StringArraySizes, ATextHasTwoElementsMore)
     EXPECT_EQ(this->elementsMadeBy([&] { text.getBuffer(7); }), 7 + 2);
     EXPECT_EQ(this->elementsMadeBy([&] { S::release(S::create(5)); }), 5 + 2);
     EXPECT_EQ(this->elementsMadeBy([&] { S::release(S::create(5, T('x'))); }), 5 + 2);
+    EXPECT_EQ(this->elementsMadeBy([&] { S::release(S::create(0)); }), 0 + 2);
     EXPECT_EQ(this->elementsMadeBy([&] { S::release(S::create(-5)); }), 0 + 2);
     EXPECT_EQ(this->elementsMadeBy([&] { S::release(S::concat(abc, abc)); }), 6 + 2);
 }
@@ -87,7 +88,17 @@ TYPED_TEST(StringArraySizes, AnAppendedNumberHasThreeElementsMore)
     EXPECT_EQ(this->elementsMadeBy([&] { text << 2.5; }), 10 + 3 + 3);
     EXPECT_EQ(this->elementsMadeBy([&] { text << true; }), 13 + 1 + 3);
     EXPECT_EQ(this->elementsMadeBy([&] { text.appendHexOf(1U); }), 14 + 8 + 3);
+}
+
+TYPED_TEST(StringArraySizes, AppendingNothingAllocatesNothing)
+{
+    using T = TypeParam;
+    ZGStr<T> text(lit<T>("abc"));
     EXPECT_EQ(this->elementsMadeBy([&] { text.appendValueOf(0, true); }), 0);
+    EXPECT_EQ(this->elementsMadeBy([&] { text.appendValueOf(0.0, true); }), 0);
+    EXPECT_EQ(this->elementsMadeBy([&] { text.appendHexOf("bytes", 0); }), 0);
+    EXPECT_EQ(this->elementsMadeBy([&] { text.appendValueOf("narrow", 0).appendValueOf(L"wide", 0); }), 0);
+    EXPECT_EQ(this->elementsMadeBy([&] { text.append(lit<T>("x"), 0); }), 0);
 }
 
 TYPED_TEST(StringArraySizes, ABufferHasOneElementBeyondItsCapacity)

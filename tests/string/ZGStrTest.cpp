@@ -216,6 +216,9 @@ TYPED_TEST(ZGStrTest, GettingABufferDiscardsTheText)
     EXPECT_EQ(text.getBuffer(-1), buffer);
     EXPECT_EQ(str(text), "vwxyz");
     EXPECT_EQ(ZGStr<T>().getBuffer(0), nullptr);
+    EXPECT_NE(ZGStr<T>().getBuffer(1), nullptr);
+    EXPECT_NE(text.getBuffer(1), nullptr);
+    EXPECT_TRUE(text.isEmpty());
 }
 
 TYPED_TEST(ZGStrTest, AppendingFewerThanOneCharacterDoesNothing)

@@ -76,6 +76,15 @@ TYPED_TEST(ZMStrCapacityTest, AssigningGrowsWithoutCountingTheOldText)
     EXPECT_EQ(fresh.Capacity(), 4);
 }
 
+TYPED_TEST(ZMStrCapacityTest, ConcatenatingReservesBothTexts)
+{
+    using T = TypeParam;
+    EXPECT_EQ(ZMStr<T>(lit<T>("abc")).concat(lit<T>("de")).Capacity(), 3 + 2 + 2);
+    EXPECT_EQ(ZMStr<T>(40).concat(lit<T>("de")).Capacity(), 0 + 2 + 2);
+    EXPECT_EQ(ZMStr<T>(lit<T>("abc")).concat(ZStrToken<T>(lit<T>("de"), -1)).Capacity(), 3 + 0 + 2);
+    EXPECT_EQ(ZMStr<T>(lit<T>("abc")).concat(ZStrToken<T>()).Capacity(), 3 + 0 + 2);
+}
+
 TYPED_TEST(ZMStrCapacityTest, AllocatingKeepsWhatFits)
 {
     using T = TypeParam;
