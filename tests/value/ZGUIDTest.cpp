@@ -311,6 +311,11 @@ TEST(ZGUIDTest, ParsesMalformedText)
         {"----", "{00000000-0000-0000-0000-000000000000}"},
         {"001122334-44556-66778-88999-aabbccddeeff0", "{00112233-4455-6677-8899-aabbccddeeff}"},
         {"00112233-4455-6677-889-aabbccd", "{00112233-4455-6677-8800-aabbcc000000}"},
+        // As long as the usual forms, or a little longer, but with one group more.
+        {"00112233-4455-6677-8899-aabbccddee-f", "{00000000-0000-0000-0000-000000000000}"},
+        {"00112233-4455-6677-8899-aabbccddeeff-1", "{00000000-0000-0000-0000-000000000000}"},
+        {"00112233-4455-6677-8899-aabbccddeeff-123", "{00000000-0000-0000-0000-000000000000}"},
+        {"{00112233-4455-6677-8899-aabbccddeeff-}", "{00000000-0000-0000-0000-000000000000}"},
     };
     for (const Parsed& row : table) {
         EXPECT_EQ(textOf(ZGUID(row.text)), row.result) << row.text;
@@ -350,6 +355,19 @@ TEST(ZGUIDTest, BytesThatTheTextDoesNotSupplyAreKept)
     EXPECT_EQ(textOf(guid), "{10000000-2000-3000-1299-56bbccddeeff}");
     guid = "a-b-c-d";
     EXPECT_EQ(textOf(guid), "{00000000-0000-0000-0000-000000000000}");
+}
+
+TEST(ZGUIDTest, ALongLastGroupStopsAtTheEndOfTheGuid)
+{
+    struct {
+        ZGUID guid;
+        unsigned char after[4]{1, 2, 3, 4};
+    } memory;
+    memory.guid = "1-2-3-4444-00112233445566778899";
+    EXPECT_EQ(textOf(memory.guid), "{10000000-2000-3000-4444-001122334455}");
+    memory.guid = L"1-2-3-4444-556677889900aabbccdd";
+    EXPECT_EQ(textOf(memory.guid), "{10000000-2000-3000-4444-556677889900}");
+    EXPECT_THAT(memory.after, ElementsAre(1, 2, 3, 4));
 }
 
 TEST(ZGUIDTest, WideDigitsAreNotNarrowed)

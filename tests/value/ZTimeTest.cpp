@@ -57,6 +57,18 @@ TEST(ZTimeTest, WeekdayIsIgnoredByIsCleared)
     }
 }
 
+TEST(ZTimeTest, TimeWithTwoEqualFieldsIsNotCleared)
+{
+    constexpr std::size_t lowBytes[]{0, 2, 3, 4, 5, 7, 8}; // of each field but the weekday
+    for (const std::size_t first : lowBytes) {
+        for (const std::size_t second : lowBytes) {
+            TimeBytes bytes{};
+            bytes[first] = bytes[second] = 1;
+            EXPECT_FALSE(timeOf(bytes).isCleared()) << "bytes " << first << " and " << second;
+        }
+    }
+}
+
 TEST(ZTimeTest, GettersReturnTheFields)
 {
     EXPECT_EQ(s_sampleTime.Year(), 2024);

@@ -52,6 +52,30 @@ TEST(ZTimeTextTest, NumbersWiderThanTheirFieldAreNotTruncated)
     EXPECT_EQ(textOf(timeOf(narrowest)), "0008-06-04T03:02:01.007");
 }
 
+TEST(ZTimeTextTest, OneWideNumberLeavesTheOthersPadded)
+{
+    TimeBytes bytes{7, 0, 1, 2, 3, 4, 5, 6, 8, 0};
+    for (const std::size_t field : {2U, 3U, 4U, 5U, 7U}) {
+        TimeBytes changed(bytes);
+        changed[field] = 100;
+        std::string expected = "0008-06-04T03:02:01.007";
+        const std::string digits = std::to_string(bytes[field]).insert(0, 1, '0');
+        expected.replace(expected.find(digits, 4), 2, "100");
+        EXPECT_EQ(textOf(timeOf(changed)), expected);
+        changed[field] = 99;
+        expected.replace(expected.find("100"), 3, "99");
+        EXPECT_EQ(textOf(timeOf(changed)), expected);
+    }
+    bytes[8] = 10000 & 0xFF;
+    bytes[9] = 10000 >> 8;
+    EXPECT_EQ(textOf(timeOf(bytes)), "10000-06-04T03:02:01.007");
+    bytes[8] = 9999 & 0xFF;
+    EXPECT_EQ(textOf(timeOf(bytes)), "9999-06-04T03:02:01.007");
+    bytes[1] = 1000 >> 8;
+    bytes[0] = 1000 & 0xFF;
+    EXPECT_EQ(textOf(timeOf(bytes)), "9999-06-04T03:02:01.1000");
+}
+
 TEST(ZTimeTextTest, TextFormsAllocateOnlyTheirResult)
 {
     const auto countOf = [](auto make) {
@@ -198,12 +222,14 @@ TEST(ZTimeTextTest, FieldsAreParsedAsDecimalNumbersAndCorrected)
 
 TEST(ZTimeTextTest, AnyCharacterInAnyPlaceIsParsedByTheSameRules)
 {
-    for (std::size_t position = 0; position < 19; ++position) {
-        for (int c = 1; c < 256; ++c) {
-            std::string text = "2024-03-05T07:08:09";
-            text[position] = static_cast<char>(c);
-            // The longer string has the same fields but is parsed by the general code.
-            ASSERT_EQ(bytesOf(ZTime(text.c_str())), bytesOf(ZTime((text + 'Z').c_str()))) << text;
+    for (const char* usual : {"2024-03-05T07:08:09", "2020-10-20T10:20:30", "1999-12-31T23:59:59"}) {
+        for (std::size_t position = 0; position < 19; ++position) {
+            for (int c = 1; c < 256; ++c) {
+                std::string text = usual;
+                text[position] = static_cast<char>(c);
+                // The longer string has the same fields but is parsed by the general code.
+                ASSERT_EQ(bytesOf(ZTime(text.c_str())), bytesOf(ZTime((text + 'Z').c_str()))) << text;
+            }
         }
     }
 }
