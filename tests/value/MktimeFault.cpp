@@ -4,6 +4,7 @@
 #include "tests/value/MktimeFault.h"
 
 #include <cerrno>
+#include <climits>
 #include <ctime>
 #include <dlfcn.h>
 
@@ -11,20 +12,20 @@ namespace ZSpace::Testing {
 
 namespace {
 
-bool s_isActive = false;
+int s_firstYear = INT_MIN;
 bool s_hasStruck = false;
 
 } // namespace
 
-MktimeFault::MktimeFault() noexcept
+MktimeFault::MktimeFault(int firstYear) noexcept
 {
-    s_isActive = true;
+    s_firstYear = firstYear;
     s_hasStruck = false;
 }
 
 MktimeFault::~MktimeFault()
 {
-    s_isActive = false;
+    s_firstYear = INT_MIN;
 }
 
 bool MktimeFault::hasStruck() noexcept
@@ -37,7 +38,7 @@ bool MktimeFault::hasStruck() noexcept
 extern "C" std::time_t mktime(std::tm* record)
 {
     using namespace ZSpace::Testing;
-    if (s_isActive && record->tm_year < 0) {
+    if (record->tm_year + 1900LL < s_firstYear) {
         s_hasStruck = true;
         errno = EOVERFLOW;
         return -1;

@@ -5,11 +5,11 @@
 
 namespace ZSpace::Testing {
 
-/// During its lifetime `mktime` refuses years before 1900, as the C library of macOS does. Works in programs
-/// that compile MktimeFault.cpp: it replaces the function.
+/// During its lifetime `mktime` refuses years before `firstYear`, as the C library of macOS does with 1900. Works in
+/// programs that compile MktimeFault.cpp: it replaces the function.
 class MktimeFault {
 public:
-    MktimeFault() noexcept;
+    explicit MktimeFault(int firstYear = 1900) noexcept;
     MktimeFault(const MktimeFault&) = delete; // one at a time
     MktimeFault& operator=(const MktimeFault&) = delete;
     ~MktimeFault();

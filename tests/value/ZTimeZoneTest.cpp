@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <utility>
 
 namespace ZSpace::Testing {
 namespace {
@@ -101,6 +102,20 @@ TEST(ZTimeShiftTest, YearsBefore1900UseTheOffsetOfTheirTime)
     const MktimeFault fault;
     EXPECT_EQ(ZTime(1700, 1, 15, 12, 0, 0, 0) + 60, ZTime(1700, 1, 15, 17, 1, 0, 0));
     EXPECT_EQ(ZTime(1700, 7, 15, 12, 0, 0, 0) + 60, ZTime(1700, 7, 15, 17, 1, 0, 0));
+}
+
+TEST(ZTimeShiftTest, FindsTheStandardOffsetOfAnyDaylightSaving)
+{
+    // Half an hour, for half a year; and for all the year but five days, which are 360 days before.
+    const std::pair<const char*, ZTime> table[]{
+        {"LHST-10:30LHDT-11,M10.1.0,M4.1.0", ZTime(2023, 12, 1, 12, 0, 0, 0)},
+        {"XST-10:30XDT-11,J10,J5", ZTime(2024, 1, 2, 12, 0, 0, 0)},
+    };
+    for (const auto& [rule, time] : table) {
+        const TimeZone zone(rule);
+        const MktimeFault fault(2100);
+        EXPECT_EQ(time + 0, ZTime(time.Year(), time.Month(), time.Day(), 1, 30, 0, 0)) << rule;
+    }
 }
 
 TEST(ZTimeShiftTest, TakesEnumerations)
