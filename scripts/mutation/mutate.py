@@ -37,7 +37,7 @@ BATCH = 2  # seconds that the tests of one process take together
 LAYERS = {
     "platform": ("ZSpace/platform", ["platform_tests"]),
     "core": ("ZSpace/core", ["core_tests"]),
-    "string": ("ZSpace/string", ["string_tests"]),
+    "string": ("ZSpace/string", ["string_tests", "string_array_tests"]),
     "value": ("ZSpace/value", ["value_tests"]),
     "object": ("ZSpace/object", ["object_tests"]),
     "stream": ("ZSpace/stream", ["stream_tests"]),
