@@ -7,47 +7,18 @@
 #include "ZSpace/log/ZTransferLog.h"
 #include "tests/log/ReportFile.h"
 #include "tests/support/AllocationFaults.h"
+#include "tests/support/SystemCallsLinux.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <cstdlib>
 #include <functional>
 #include <string>
-#include <sys/ptrace.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace ZSpace::Testing {
 namespace {
 
 constexpr int s_lineCount = 100;
-
-/// The system calls that `work` makes, counted by a tracer.
-long systemCallsOf(const std::function<void()>& work)
-{
-    const pid_t child = fork();
-    if (child == 0) {
-        ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
-        raise(SIGSTOP);
-        syscall(SYS_getppid); // marks the beginning
-        work();
-        syscall(SYS_getppid);
-        std::_Exit(0);
-    }
-    long stops = 0;
-    int status = 0;
-    waitpid(child, &status, 0);
-    ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-    while (ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) == 0 && waitpid(child, &status, 0) == child
-        && !WIFEXITED(status)) {
-        stops += WSTOPSIG(status) == (SIGTRAP | 0x80);
-    }
-    // Each call stops twice, at its entry and at its return, except for the exit, which does not return.
-    return stops / 2 - 2;
-}
 
 class LineCost : public ReportFile {
 protected:

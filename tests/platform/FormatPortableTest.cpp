@@ -4,9 +4,16 @@
 // What only the formatter for hosts without Foundation guarantees.
 
 #include "tests/platform/Formatting.h"
+#include "tests/support/ChildProcess.h"
 
 #include <cerrno>
 #include <climits>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <ios>
+#include <string>
+#include <sys/resource.h>
 
 namespace ZSpace::Testing {
 namespace {
@@ -49,6 +56,56 @@ TEST(FormatPortable, WideStringsPrintAsUtf8InAnyLocale)
     EXPECT_EQ(format("%S|%C|%.1S", u"\u00E9\U0001F600", u'\u20AC', u"ab"),
         "\xC3\xA9\xF0\x9F\x98\x80|\xE2\x82\xAC|a");
     EXPECT_EQ(format("%ls %S", static_cast<void*>(nullptr), static_cast<void*>(nullptr)), "(null) (null)");
+}
+
+TEST(FormatPortable, CodePointsPrintInTheShortestFormAndOthersAsTheReplacementCharacter)
+{
+    const struct {
+        int character;
+        const char* utf8;
+    } rows[] = {{0x7F, "\x7F"}, {0x80, "\xC2\x80"}, {0x7FF, "\xDF\xBF"}, {0x800, "\xE0\xA0\x80"},
+        {0xD7FF, "\xED\x9F\xBF"}, {0xD800, "\xEF\xBF\xBD"}, {0xDFFF, "\xEF\xBF\xBD"},
+        {0xE000, "\xEE\x80\x80"}, {0xFFFF, "\xEF\xBF\xBF"}, {0x10000, "\xF0\x90\x80\x80"},
+        {0x10FFFF, "\xF4\x8F\xBF\xBF"}, {0x110000, "\xEF\xBF\xBD"}, {-1, "\xEF\xBF\xBD"}};
+    for (const auto& row : rows)
+        EXPECT_EQ(format("%lc", row.character), row.utf8) << std::hex << row.character;
+}
+
+TEST(FormatPortable, OnlyAHighSurrogateBeforeALowOneIsAPair)
+{
+    const std::string replacement = "\xEF\xBF\xBD";
+    const struct {
+        std::u16string string;
+        std::string utf8;
+    } rows[] = {{{0xD800, 0xDC00}, "\xF0\x90\x80\x80"}, {{0xDBFF, 0xDFFF}, "\xF4\x8F\xBF\xBF"},
+        {{0xD800, 0xDBFF}, replacement + replacement}, {{0xD800, 0xE000}, replacement + "\xEE\x80\x80"},
+        {{0xD7FF, 0xDC00}, "\xED\x9F\xBF" + replacement}, {{u'a', 0xDC00}, "a" + replacement},
+        {{0xDC00, 0xD800}, replacement + replacement}, {{0xD800}, replacement}};
+    for (const auto& row : rows)
+        EXPECT_EQ(format("%S", row.string.c_str()), row.utf8);
+    EXPECT_EQ(format("%.1S|%.2S|%.3S", u"\U0001F600x", u"\U0001F600x", u"\U0001F600x"),
+        replacement + "|\xF0\x9F\x98\x80|\xF0\x9F\x98\x80x");
+    EXPECT_EQ(format("%.3S", u"ab\U0001F600"), "ab" + replacement);
+}
+
+TEST(FormatPortable, NumbersOfEveryLengthKeepTheirRange)
+{
+    EXPECT_EQ(format("%qd %Ld", LLONG_MIN, LLONG_MAX), "-9223372036854775808 9223372036854775807");
+    EXPECT_EQ(format("%2$d %1$qu", ULLONG_MAX, INT_MIN), "-2147483648 18446744073709551615");
+    EXPECT_AS_PRINTF("%.3Le %LG %La %.2LE", 2.5L, 1e300L, 1.5L, 0.25L);
+    EXPECT_AS_PRINTF("%lx %llo %jx", ULONG_MAX, ULLONG_MAX, UINTMAX_MAX);
+}
+
+TEST(FormatPortable, APrecisionOfZeroLeavesNothingOfAString)
+{
+    EXPECT_EQ(format("[%.0@] [%.0s] [%.0ls] [%.0S]", NS::String("text").native(), "text", L"text", u"text"),
+        "[] [] [] []");
+    EXPECT_AS_PRINTF("[%.0d] [%.0d] [%.0u] [%3.0d]", 0, 7, 0U, 0); // a number, all the same
+}
+
+TEST(FormatPortable, ThePrecisionOfACharacterIsIgnored)
+{
+    EXPECT_EQ(format("%.0c|%.1lc|%.1C", 'x', L'\u20AC', u'\u20AC'), "x|\xE2\x82\xAC|\xE2\x82\xAC");
 }
 
 TEST(FormatPortable, PrintsTheErrnoOfTheCaller)
@@ -103,6 +160,26 @@ TEST(FormatPortable, AStringIsNeverTruncatedByTheLimit)
     EXPECT_EQ(format("%.*s", 2'000'000, string.c_str()).size(), 2'000'000U);
     EXPECT_EQ(format("%.99999999999s", string.c_str()).size(), string.size());
     EXPECT_EQ(format("%.*s", INT_MIN, string.c_str()).size(), string.size()); // as if it were missing
+}
+
+TEST(FormatPortable, ANumberThatTheCLibraryCannotPrintEndsTheResult)
+{
+#ifdef ZSPACE_SANITIZED
+    GTEST_SKIP() << "the sanitizer's own allocations must not fail";
+#endif
+    const Outcome outcome = runInChild([] {
+        const rlimit none{0, 0};
+        setrlimit(RLIMIT_AS, &none);
+        void* volatile block = nullptr;
+        do {
+            block = std::malloc(65'536);
+        } while (block);
+        // The C library needs megabytes for the digits of this number.
+        std::fputs(format("before %.1000000f after %d", 0.5, 1).c_str(), stdout);
+        return 0;
+    });
+    EXPECT_TRUE(outcome.hasExited);
+    EXPECT_TRUE(outcome.standardOutput == "before ") << outcome.standardOutput.substr(0, 30);
 }
 
 TEST(FormatPortable, AnArgumentPositionOutOfRangePrintsNothing)

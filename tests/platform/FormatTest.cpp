@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+#include <cstddef>
 #include <cstdint>
 
 namespace ZSpace::Testing {
@@ -28,6 +30,8 @@ TEST(Format, Integers)
     EXPECT_AS_PRINTF("%ld %lld", -5L, -6LL);
     EXPECT_AS_PRINTF("%jd %zu %td", std::intmax_t{-9}, std::size_t{10}, std::ptrdiff_t{-11});
     EXPECT_AS_PRINTF("%lu %llu %llx", 5UL, 6ULL, 0xFFFFFFFFFFFFFFFFULL);
+    EXPECT_AS_PRINTF("%ld %lld %jd", LONG_MIN, LLONG_MIN, INTMAX_MIN);
+    EXPECT_AS_PRINTF("%zu %td", SIZE_MAX, PTRDIFF_MIN);
     EXPECT_AS_PRINTF("[%5d] [%-5d] [%05d] [%+d] [% d] [%#x] [%.3d] [%8.3d]", 42, 42, 42, 42, 42, 42U, 42, 42);
 }
 

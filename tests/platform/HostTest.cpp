@@ -7,6 +7,7 @@
 #include "ZSpace/platform/Process.h"
 #include "ZSpace/platform/ThreadNumber.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/Descriptors.h"
 #include "tests/support/Kernel.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -80,6 +81,24 @@ TEST(Debugger, IsNotAttachedHere)
 TEST(Debugger, IsDetectedByTheTracedProcess)
 {
     EXPECT_EQ(runTraced([] { return Host::isDebuggerAttached() ? 1 : 0; }).status, 1);
+}
+
+TEST(Debugger, IsDetectedWithoutStandardInput)
+{
+    EXPECT_EQ(runTraced([] {
+        close(STDIN_FILENO);
+        return Host::isDebuggerAttached() ? 1 : 0;
+    }).status,
+        1);
+}
+
+TEST(Debugger, IsNotAttachedWhereThatCannotBeFoundOut)
+{
+    EXPECT_EQ(runInChild([] {
+        const DescriptorLimit none(0);
+        return Host::isDebuggerAttached() ? 1 : 0;
+    }).status,
+        0);
 }
 
 bool isNullDevice(int descriptor)

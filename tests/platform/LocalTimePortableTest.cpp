@@ -53,12 +53,13 @@ std::vector<std::time_t> someTimes()
 const std::vector<std::time_t> s_times = someTimes();
 
 /// Compares the two in a child process with the given zone, from `first` on.
-void expectAgreement(const std::string& zone, std::time_t first)
+void expectAgreement(
+    const std::string& zone, std::time_t first, const std::vector<std::time_t>& times = s_times)
 {
     const Outcome outcome = runInChild([&] {
         setenv("TZ", zone.c_str(), 1);
         tzset();
-        for (const std::time_t time : s_times) {
+        for (const std::time_t time : times) {
             if (time < first)
                 continue;
             const std::string expected = byCLibrary(time);
@@ -88,10 +89,33 @@ TEST(LocalTime, AgreesWithTheCLibraryInZonesOfEveryShape)
 // Rules describe the present; for times before 1970 the C library applies them differently.
 TEST(LocalTime, AgreesWithTheCLibraryForRules)
 {
-    for (const char* zone : {"XXX-14", "EST5EDT", "CET-1CEST,M3.5.0,M10.5.0/3", "NZST-12NZDT,M9.5.0,M4.1.0/3",
-             "<+0330>-3:30", "<-03>3<-02>,M3.5.0/-2,M10.5.0/-1", "AAA1:30:15BBB,J60/0,J300",
-             "AAA0BBB,59,299/1:30", ":EST5", "", ":", "UTC0", "AAA24"})
+    for (const char* zone :
+        {"XXX-14", "EST5EDT", "CET-1CEST,M3.5.0,M10.5.0/3", "NZST-12NZDT,M9.5.0,M4.1.0/3", "<+0330>-3:30",
+            "<-03>3<-02>,M3.5.0/-2,M10.5.0/-1", "AAA1:30:15BBB,J60/0,J300", "AAA0BBB,59,299/1:30", ":EST5",
+            "", ":", "UTC0", "AAA24", "AAA0BBB,M1.5.0,M2.1.0", "AAA0BBB,M2.5.6,M3.1.0"})
         expectAgreement(zone, 0);
+}
+
+TEST(LocalTime, AgreesWithTheCLibraryForDaysOfTheYearInTheLastYearsOfCenturies)
+{
+    constexpr std::time_t quarter = 6 * 3600;
+    std::vector<std::time_t> times;
+    for (const std::time_t year : {946'684'800L, 4'102'444'800L}) { // 2000, which is a leap year, and 2100
+        for (std::time_t time = year; time < year + 366 * 4 * quarter; time += quarter)
+            times.push_back(time);
+    }
+    for (const char* zone : {"AAA0BBB,J60,J300", "AAA0BBB,J59,J61", "AAA0BBB,59,299"})
+        expectAgreement(zone, 0, times);
+}
+
+TEST(LocalTime, AgreesWithTheCLibraryAroundTheYearZero)
+{
+    constexpr std::time_t zero = -62'167'219'200;
+    constexpr std::time_t quarterOfAYear = 7'889'238;
+    std::vector<std::time_t> times;
+    for (std::time_t i = -420 * 4; i < 420 * 4; ++i)
+        times.push_back(zero + i * quarterOfAYear);
+    expectAgreement("UTC0", times.front(), times);
 }
 
 TEST(LocalTime, AnUnknownZoneIsUtc)
@@ -104,6 +128,32 @@ TEST(LocalTime, AnUnknownZoneIsUtc)
         }).status,
             0)
             << zone;
+}
+
+TEST(LocalTime, ARuleWithANumberOutOfItsRangeIsUtc)
+{
+    const auto localTimeIn = [](const std::string& zone) {
+        return runInChild([&] {
+            setenv("TZ", zone.c_str(), 1);
+            std::fputs(printed(Host::localTime(86'400)).c_str(), stdout);
+            return 0;
+        }).standardOutput;
+    };
+    const std::string utc = "1970-01-02 00:00:00";
+    EXPECT_EQ(localTimeIn("AAA167"), "1969-12-26 01:00:00");
+    EXPECT_EQ(localTimeIn("AAA1:59:59"), "1970-01-01 22:00:01");
+    for (const char* zone : {"AAA168", "AAA1:60", "AAA1:00:60", "AAA-168"})
+        EXPECT_EQ(localTimeIn(zone), utc) << zone;
+    for (const char* day :
+        {"M1.1.0", "M12.1.0", "M6.5.0", "M6.1.6", "J1", "J365", "0", "365", "J100/0", "J100/-167:59:59"}) {
+        EXPECT_NE(localTimeIn(std::string("AAA3BBB,") + day + ",J200"), utc) << day;
+        EXPECT_NE(localTimeIn(std::string("AAA3BBB,J200,") + day), utc) << day;
+    }
+    for (const char* day : {"M0.1.0", "M13.1.0", "M6.0.0", "M6.6.0", "M6.1.7", "M6.1", "M6", "J0", "J366",
+             "366", "J100/168", "J100/", "J100/1:60", "J", ""}) {
+        EXPECT_EQ(localTimeIn(std::string("AAA3BBB,") + day + ",J200"), utc) << day;
+        EXPECT_EQ(localTimeIn(std::string("AAA3BBB,J200,") + day), utc) << day;
+    }
 }
 
 TEST(LocalTime, AFifoAsZoneDoesNotBlock)

@@ -37,10 +37,7 @@ std::string consolePrefix()
 /// Writes the line with one call, so that lines of several processes do not mix. Ignores failures.
 void writeToStandardError(const std::string& line)
 {
-    ssize_t written = 0;
-    do {
-        written = write(STDERR_FILENO, line.data(), line.size());
-    } while (written < 0 && errno == EINTR);
+    while (write(STDERR_FILENO, line.data(), line.size()) < 0 && errno == EINTR) { }
 }
 
 } // namespace

@@ -318,7 +318,7 @@ public:
     {
     }
 
-    /// @return false if the conversion could not be printed.
+    /// @return false if the conversion could not be printed; nothing may be printed after it.
     [[nodiscard]] bool print(const Conversion& conversion)
     {
         m_out.append(conversion.literalBegin, conversion.literalEnd);
@@ -331,7 +331,6 @@ public:
             m_width = -m_width;
         }
         m_precision = conversion.precision.isGiven ? valueOf(conversion.precision) : -1;
-        m_hasFailed = false;
         printValue(conversion);
         return !m_hasFailed;
     }
