@@ -151,11 +151,11 @@ bool truncate(const Descriptor& target, const struct stat& status, bool willBeWr
 {
     if (!S_ISREG(status.st_mode) || (status.st_size == 0 && willBeWritten))
         return true;
-    int result = 0;
-    do {
-        result = ftruncate(target.number(), 0);
-    } while (result != 0 && errno == EINTR);
-    return result == 0;
+    while (ftruncate(target.number(), 0) != 0) {
+        if (errno != EINTR)
+            return false;
+    }
+    return true;
 }
 
 int shiftFrom1970(ZTime& time, time_t seconds) noexcept

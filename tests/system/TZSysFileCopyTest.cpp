@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -233,6 +234,21 @@ TYPED_TEST(TZSysFileCopyTest, CopyOfAnEmptyFileUpdatesTheTimeOfAnEmptyTarget)
     EXPECT_EQ(SysFile::copyFile(this->path("from").c_str(), this->path("to").c_str()), 0);
     const auto age = fs::file_time_type::clock::now() - fs::last_write_time(this->pathOf("to"));
     EXPECT_LT(std::chrono::duration_cast<std::chrono::hours>(age).count(), 1);
+}
+
+TYPED_TEST(TZSysFileCopyTest, Descriptor0IsLikeAnyOther)
+{
+    using SysFile = TZSysFile<TypeParam>;
+    this->make("from", "content");
+    const auto outcome = runInChild([&] {
+        close(STDIN_FILENO); // the source gets its number
+        errno = EINTR; // of an earlier call
+        if (SysFile::copyFile(this->path("from").c_str(), this->path("to").c_str()) != 0)
+            return 1;
+        return isOpen(STDIN_FILENO) ? 2 : 0;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(this->contentOf("to"), "content");
 }
 
 TYPED_TEST(TZSysFileCopyTest, CopyFollowsLinks)

@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: MIT
 
 #include "ZSpace/system/TZSysFile.h"
+#include "tests/support/Probes.h"
 #include "tests/system/SysFileTests.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <type_traits>
@@ -169,6 +171,7 @@ TYPED_TEST(TZSysFileEntryTest, ParentIsLookedUp)
     EXPECT_EQ(bytesOf(parent.Path()), this->directory().string());
     EXPECT_TRUE(parent.isDirectory());
     EXPECT_EQ(parent.Attributes(), 0u);
+    EXPECT_EQ(wordAt(&parent, 5), ~std::uintptr_t{0}); // the size: -1 until it is looked up
     EXPECT_TRUE(parent.TimeCreated().isCleared());
     const auto missing = TestFixture::entryOf(this->pathOf("missing/file")).Parent();
     EXPECT_EQ(bytesOf(missing.Path()), this->pathOf("missing"));

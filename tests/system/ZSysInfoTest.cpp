@@ -110,6 +110,24 @@ TEST(ZSysInfoProviderTest, OperationsAreInOrder)
     EXPECT_EQ(slotOf(&ZSysInfoPaths::getObject), 7U);
 }
 
+TEST(ZSysInfoProviderTest, CreatesObjectsOfEachKind)
+{
+    struct Creating : ZSysInfoProvider {
+        using ZSysInfoProvider::createObject;
+    };
+    int target = 0;
+    const ZRef<ZSysInfoObject> objects[]{Creating::createObject(s_key, s_name, stringValue("a")),
+        Creating::createObject(s_key, s_name, ZList<ZRef<Value>>()),
+        Creating::createObject(s_key, s_name, static_cast<void*>(&target)),
+        Creating::createObject(s_key, s_name, ZSysInfoKeyMap())};
+    unsigned int type = 2;
+    for (const ZRef<ZSysInfoObject>& object : objects) {
+        EXPECT_EQ(object->ObjectType(), type++);
+        EXPECT_EQ(object->Key(), s_key);
+        EXPECT_EQ(object->Name(), s_name);
+    }
+}
+
 TEST(ZSysInfoObjectTest, CopiesShareTheirContent)
 {
     const ZRef<Value> value = stringValue("text");
