@@ -10,6 +10,7 @@
 
 #include <cstdio>
 #include <mutex>
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,14 +20,13 @@ namespace {
 
 constexpr long long s_secondsPerDay = 86'400;
 
-/// Whether there is a file at `path`, and when it was last written.
-bool getTimeWritten(const char* path, std::time_t& time) noexcept
+/// When the file at `path` was last written; nothing if there is none.
+std::optional<std::time_t> timeWritten(const char* path) noexcept
 {
     struct stat status { };
     if (stat(path, &status) != 0)
-        return false;
-    time = status.st_mtime;
-    return true;
+        return {};
+    return status.st_mtime;
 }
 
 } // namespace
@@ -39,9 +39,8 @@ ZLogBookRolling::ZLogBookRolling(const wchar_t* path, const Limits& limits)
     if (limits.isPerProcess)
         name << "." << static_cast<int>(getpid());
     m_path = ZGStr<char>(name);
-    std::time_t written = std::time(nullptr);
-    getTimeWritten(m_path, written); // the day of what an earlier run has left
-    m_day = written / s_secondsPerDay;
+    // The day of what an earlier run has left.
+    m_day = timeWritten(m_path).value_or(std::time(nullptr)) / s_secondsPerDay;
     if (!m_file->open(m_path))
         throw ZException("Report file could not be opened", "ZLogBookRolling()");
     m_size = m_file->size();
@@ -111,9 +110,8 @@ void ZLogBookRolling::removeOldFiles()
 {
     const std::time_t oldest =
         std::time(nullptr) - std::chrono::duration_cast<std::chrono::seconds>(m_limits.oldFileAge).count();
-    std::time_t written = 0;
-    for (int number = 1; getTimeWritten(oldPath(number), written); ++number) {
-        const bool isTooOld = m_limits.oldFileAge.count() > 0 && written < oldest;
+    for (int number = 1; const auto written = timeWritten(oldPath(number)); ++number) {
+        const bool isTooOld = m_limits.oldFileAge.count() > 0 && *written < oldest;
         if (number > m_limits.oldFileCount || isTooOld)
             unlink(oldPath(number));
     }

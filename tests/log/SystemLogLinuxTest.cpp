@@ -4,6 +4,8 @@
 // The front end's lines in the system log, read from the socket of the log's daemon.
 
 #include "ZSpace/log/LogFrontEnd.h"
+#include "ZSpace/log/ZLogBookSystem.h"
+#include "ZSpace/log/ZLogLevel.h"
 #include "ZSpace/platform/Foundation.h"
 #include "tests/support/Kernel.h"
 #include "tests/support/PrivateRoot.h"
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -25,6 +28,7 @@ namespace {
 using testing::ContainsRegex;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::MatchesRegex;
 
 /// A private root whose system log socket the test reads.
 class SystemLog : public testing::Test {
@@ -139,6 +143,42 @@ TEST_F(SystemLog, CopiesToStandardErrorUnderADebuggerOnly)
         return inner.status;
     });
     EXPECT_EQ(traced.standardError, "MyTag: line\n");
+}
+
+TEST_F(SystemLog, TakesTheRecordsOfABookWithoutAJournal)
+{
+    const Outcome outcome = m_root.run([] {
+        for (const char* journal : {"/no/such/socket", static_cast<const char*>(nullptr)}) {
+            ZLogBookSystem book("MyTool", journal);
+            book.add(ZLogRecord() << std::string(500, 'x').c_str()); // leaves its characters behind
+            book.add(ZLogRecord() << ZLogLevel::Error << "short" << 5);
+        }
+        return 0;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    const std::string sent = messages();
+    EXPECT_THAT(sent, ContainsRegex(priority(5) + ".* MyTool: x{500}\n"));
+    EXPECT_THAT(sent, ContainsRegex(priority(3) + ".* MyTool: short 5\n.* MyTool: x{500}\n"));
+    EXPECT_THAT(sent, EndsWith(" MyTool: short 5\n"));
+}
+
+TEST_F(SystemLog, TakesOnlyTheRecordsThatTheJournalDoesNotTake)
+{
+    const Outcome outcome = m_root.run([] {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::strcpy(address.sun_path, "/tmp/journal");
+        const int journal = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+        if (bind(journal, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+            return 1;
+        ZLogBookSystem book("MyTool", address.sun_path);
+        book.add(ZLogRecord() << "for the journal");
+        close(journal);
+        book.add(ZLogRecord() << "for the system log");
+        return 0;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(messages(), MatchesRegex(priority(5) + "[^\n]* MyTool: for the system log\n"));
 }
 
 } // namespace

@@ -50,6 +50,13 @@ TEST_F(ZLogBookJsonTest, ARecordIsAnObjectOnALine)
             + ",\"values\":\\[\\]\\}\n" + start + ",\"level\":\"DEBUG\",\"values\":\\[\\]\\}\n"));
 }
 
+TEST_F(ZLogBookJsonTest, HasNoSessionLog)
+{
+    ZGStr<wchar_t> out(L"kept");
+    EXPECT_FALSE(ZLogBookJson(widened(m_path).c_str()).getSessionTransferLog(out));
+    EXPECT_TRUE(out == L"kept");
+}
+
 TEST_F(ZLogBookJsonTest, NumbersAndBooleansAreTyped)
 {
     EXPECT_EQ(valuesOf(ZLogRecord() << true << false << static_cast<signed char>(-1)

@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <ctime>
 #include <regex>
 #include <string>
 #include <thread>
@@ -102,6 +103,22 @@ TEST_F(ZLogBookRollingTest, ANewDayStartsANewFile)
     EXPECT_EQ(linesOf(content()).size(), 2U);
 }
 
+TEST_F(ZLogBookRollingTest, TheSameDayContinuesTheFile)
+{
+    ZLogBookRolling::Limits limits;
+    limits.isDaily = true;
+    const auto today = [] { return std::time(nullptr) / 86'400; };
+    const auto day = today();
+    roll(limits)->add(ZLogRecord() << "earlier run");
+    const auto book = roll(limits);
+    book->add(ZLogRecord() << "line");
+    book->add(ZLogRecord() << "line");
+    if (today() != day)
+        GTEST_SKIP() << "midnight came in between";
+    EXPECT_EQ(linesOf(content()).size(), 3U);
+    EXPECT_FALSE(fs::exists(old(1)));
+}
+
 TEST_F(ZLogBookRollingTest, OldFilesAreRemovedByAge)
 {
     ZLogBookRolling::Limits limits;
@@ -113,6 +130,35 @@ TEST_F(ZLogBookRollingTest, OldFilesAreRemovedByAge)
     const auto book = roll(limits);
     EXPECT_TRUE(fs::exists(old(1)) && fs::exists(old(2)));
     EXPECT_FALSE(fs::exists(old(3)) || fs::exists(old(4)));
+}
+
+TEST_F(ZLogBookRollingTest, OldFilesAreRemovedByAgeWhenAnotherOneIsAdded)
+{
+    ZLogBookRolling::Limits limits;
+    limits.oldFileAge = std::chrono::hours(1);
+    const auto book = roll(limits);
+    book->add(ZLogRecord() << "first");
+    book->roll();
+    age(old(1), std::chrono::hours(2));
+    book->add(ZLogRecord() << "second");
+    book->roll();
+    EXPECT_THAT(contentOf(old(1)), EndsWith("\tsecond\n"));
+    EXPECT_FALSE(fs::exists(old(2)));
+}
+
+TEST_F(ZLogBookRollingTest, AFileOfOneByteIsNotEmpty)
+{
+    writeFile(m_path, "\n");
+    roll({})->roll();
+    EXPECT_EQ(contentOf(old(1)), "\n");
+    EXPECT_EQ(content(), "");
+}
+
+TEST_F(ZLogBookRollingTest, HasNoSessionLog)
+{
+    ZGStr<wchar_t> out(L"kept");
+    EXPECT_FALSE(roll({})->getSessionTransferLog(out));
+    EXPECT_TRUE(out == L"kept");
 }
 
 TEST_F(ZLogBookRollingTest, RollsAndReopensOnRequest)

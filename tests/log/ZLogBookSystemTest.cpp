@@ -7,11 +7,14 @@
 
 #include "ZSpace/log/ZLogLevel.h"
 #include "ZSpace/platform/ThreadNumber.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Descriptors.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <fcntl.h>
 #include <map>
@@ -91,6 +94,86 @@ TEST_F(ZLogBookSystemTest, EachLevelHasItsPriority)
     EXPECT_EQ(fields.count("SYSLOG_IDENTIFIER"), 0U);
     book.add(ZLogRecord());
     EXPECT_EQ(receive().at("MESSAGE"), "");
+}
+
+TEST_F(ZLogBookSystemTest, ALongMessageArrivesWhole)
+{
+    ZLogBookSystem book(nullptr, m_path.c_str());
+    for (const std::size_t length : {255U, 256U, 60'000U}) {
+        const std::string text(length, 'x');
+        book.add(ZLogRecord() << text.c_str());
+        EXPECT_EQ(receive().at("MESSAGE"), text);
+    }
+}
+
+TEST_F(ZLogBookSystemTest, Descriptor0IsLikeAnyOther)
+{
+    const Outcome outcome = runInChild([this] {
+        close(STDIN_FILENO);
+        {
+            ZLogBookSystem book(nullptr, m_path.c_str());
+            if (!isOpen(STDIN_FILENO))
+                return 1; // the connection did not get the number
+            book.add(ZLogRecord() << "text");
+        }
+        return isOpen(STDIN_FILENO) ? 2 : 0;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(receive()["MESSAGE"], "text");
+}
+
+TEST_F(ZLogBookSystemTest, ItsConnectionIsNotInherited)
+{
+    const int next = nextDescriptor();
+    {
+        const ZLogBookSystem book(nullptr, m_path.c_str());
+        ASSERT_TRUE(isOpen(next));
+        EXPECT_FALSE(isInherited(next));
+    }
+    EXPECT_FALSE(isOpen(next));
+}
+
+TEST_F(ZLogBookSystemTest, WithoutAJournalItHasNoDescriptor)
+{
+    for (const char* path : {"/no/such/socket", static_cast<const char*>(nullptr)}) {
+        const Outcome outcome = runInChild([path] {
+            dup2(open("/dev/null", O_RDWR), STDIN_FILENO);
+            const int next = nextDescriptor();
+            {
+                const ZLogBookSystem book(nullptr, path);
+                if (nextDescriptor() != next)
+                    return 1;
+            }
+            return isOpen(STDIN_FILENO) ? 0 : 2;
+        });
+        EXPECT_TRUE(outcome.hasExited);
+        EXPECT_EQ(outcome.status, 0);
+    }
+}
+
+TEST_F(ZLogBookSystemTest, APathThatLeavesNoPlaceForItsTerminatorIsRefused)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    constexpr std::size_t length = sizeof address.sun_path;
+    std::string path = (m_folder.path() / "x").string();
+    ASSERT_LT(path.size(), length);
+    path.resize(length, 'x');
+    path.copy(address.sun_path, length);
+    close(m_socket);
+    m_socket = socket(AF_UNIX, SOCK_DGRAM, 0);
+    fcntl(m_socket, F_SETFL, O_NONBLOCK);
+    if (bind(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+        GTEST_SKIP() << "the kernel refuses such a path as well";
+    ZLogBookSystem(nullptr, path.c_str()).add(ZLogRecord() << ZLogLevel::Debug << "not sent there");
+    EXPECT_TRUE(receive().empty());
+}
+
+TEST_F(ZLogBookSystemTest, HasNoSessionLog)
+{
+    ZGStr<wchar_t> out(L"kept");
+    EXPECT_FALSE(ZLogBookSystem(nullptr, m_path.c_str()).getSessionTransferLog(out));
+    EXPECT_TRUE(out == L"kept");
 }
 
 TEST_F(ZLogBookSystemTest, AJournalThatDisappearsIsNotAFailure)

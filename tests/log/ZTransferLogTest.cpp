@@ -14,6 +14,7 @@
 #include <csignal>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace ZSpace::Testing {
@@ -113,6 +114,28 @@ TEST_F(TransferLog, MayBeTurnedOffWhileABookIsAttached)
     ZTransferLog::useLogBook(ZRef<ZLogBook>(new RecordingBook));
     EXPECT_EQ(theLog, nullptr);
     EXPECT_FALSE(ZTransferLog::log("x"));
+}
+
+TEST_F(TransferLog, ALogThatIsTurnedOffKeepsNoBookThatIsAttachedAfterwards)
+{
+    class TurnedOff : public ZTransferLog {
+    public:
+        void onLogBookAttached(ZRef<ZLogBook> book) override
+        {
+            if (std::exchange(m_isOver, true))
+                return;
+            useLogBook(ZRef<ZLogBook>());
+            attachLogBook(std::move(book)); // as a thread does that saw the log just before
+        }
+
+    private:
+        bool m_isOver = false;
+    } log;
+    theLog = &log;
+    const ZRef<ZLogBook> book(new RecordingBook);
+    ZTransferLog::useLogBook(book);
+    EXPECT_EQ(theLog, nullptr);
+    EXPECT_EQ(book.RefCount(), 1);
 }
 
 TEST_F(TransferLog, AnInactiveBookReceivesNoLineAndStaysAttached)
