@@ -8,9 +8,11 @@
 
 #include "ZSpace/core/z_dbg.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/SystemCallFaults.h"
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
 #include <unistd.h>
 
@@ -47,6 +49,41 @@ TEST(DebugReport, APlainFailureOfStandardOutputIsIgnored)
         return 0;
     });
     EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(DebugReport, NothingFollowsAPieceThatCouldNotBeWritten)
+{
+    const Outcome outcome = runInChild([] {
+        const SystemCallFault fault(SystemCall::Write, EIO, SystemCallFault::Kind::Once, 2);
+        reportToStandardOutput("p", "f", 12);
+        return fault.count() == 1 ? 0 : 1;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.standardOutput, "p");
+}
+
+TEST(DebugReport, InterruptedAndShortWritesAreContinued)
+{
+    const Outcome outcome = runInChild([] {
+        const SystemCallFault fault(SystemCall::Write, EINTR);
+        const ShortTransfers transfers(1);
+        reportToStandardOutput("p", "file", 12);
+        return 0;
+    });
+    EXPECT_EQ(outcome.standardOutput, "p - File: file - Line: 12\n");
+}
+
+TEST(DebugReport, AWriteThatTakesNothingEndsTheReport)
+{
+    const Outcome outcome = runInChild([] {
+        alarm(20);
+        const ShortTransfers transfers(0);
+        errno = EINTR; // of an earlier call
+        reportToStandardOutput("p", "f", 12);
+        return 0;
+    });
+    EXPECT_TRUE(outcome.hasExited);
+    EXPECT_EQ(outcome.standardOutput, "");
 }
 
 TEST(DebugReport, ComesBeforeTheAbort)
