@@ -167,7 +167,7 @@ TEST_F(SystemLog, TakesOnlyTheRecordsThatTheJournalDoesNotTake)
     const Outcome outcome = m_root.run([] {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
-        std::strcpy(address.sun_path, "/tmp/journal");
+        std::memcpy(address.sun_path, "/tmp/journal", sizeof "/tmp/journal");
         const int journal = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
         if (bind(journal, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
             return 1;

@@ -13,10 +13,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <elf.h>
 #include <link.h>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ZSpace::Testing {
@@ -85,9 +87,25 @@ TEST(CallStack, IsWholeIfTheCallerIsNotInIt)
     const int elsewhere = 0;
     const std::vector<std::string> lines = Host::callStackLines(&elsewhere);
     ASSERT_GE(lines.size(), 3U);
-    for (const std::string& line : lines)
+    char address[32];
+    std::snprintf(address, sizeof address, " 0x%016zx ",
+        static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(&elsewhere)));
+    for (const std::string& line : lines) {
         EXPECT_THAT(line, Not(HasSubstr(" 0x0000000000000000 "))); // frames, nothing else
+        EXPECT_THAT(line, Not(HasSubstr(address)));
+    }
     EXPECT_THAT(lines, Contains(HasSubstr("CallStack_IsWholeIfTheCallerIsNotInIt_Test")));
+}
+
+TEST(CallStack, AFrameWithoutANameHasItsOffsetInTheFile)
+{
+    for (const std::string& line : Host::callStackLines(nullptr)) {
+        const std::size_t hexadecimal = line.find("0x");
+        ASSERT_NE(hexadecimal, std::string::npos) << line;
+        EXPECT_LT(std::stoull(line.substr(line.rfind(" + ") + 3)),
+            std::stoull(line.substr(hexadecimal), nullptr, 16) / 2)
+            << line;
+    }
 }
 
 TEST(CallStack, EndsWithTheOutermostFrame)
@@ -220,6 +238,57 @@ TEST(ElfSymbols, ATableLargerThanItsFileEndsWithTheFile)
     program.sections[1].sh_size = ~decltype(program.sections[1].sh_size){0};
     EXPECT_EQ(program.at(0x1008), "first+8");
     EXPECT_EQ(program.at(0x3000), "");
+}
+
+TEST(ElfSymbols, ATableHasAsManySymbolsAsItsSizeSays)
+{
+    SmallProgram program;
+    program.sections[1].sh_size = sizeof program.symbols[0];
+    EXPECT_EQ(program.at(0x1000, std::string(1, '\0')), "first+0");
+    EXPECT_EQ(program.at(0x1020, std::string(1, '\0')), "");
+}
+
+TEST(ElfSymbols, OnlyFunctionsThatTheFileDefinesCount)
+{
+    SmallProgram program;
+    program.symbols[0].st_info = STT_OBJECT;
+    EXPECT_EQ(program.at(0x1000), "");
+    program.symbols[0].st_info = STT_FUNC;
+    program.symbols[0].st_shndx = SHN_UNDEF;
+    EXPECT_EQ(program.at(0x1000), "");
+}
+
+TEST(ElfSymbols, ANameOutsideTheFileIsNone)
+{
+    SmallProgram program;
+    program.symbols[0].st_name = 0x7FFFFFFF;
+    EXPECT_EQ(program.at(0x1000), "");
+}
+
+TEST(ElfSymbols, TheFullTableIsPreferredWhereverItStands)
+{
+    SmallProgram program;
+    program.sections[0] = program.sections[1];
+    program.sections[0].sh_type = SHT_DYNSYM;
+    program.sections[0].sh_size = 0;
+    EXPECT_EQ(program.at(0x1000), "first+0");
+    std::swap(program.sections[0], program.sections[1]);
+    EXPECT_EQ(program.at(0x1000), "first+0");
+    program.sections[0].sh_type = SHT_DYNSYM; // the only one of them with a symbol
+    EXPECT_EQ(program.at(0x1000), "first+0");
+}
+
+TEST(ElfSymbols, AFileOfAnotherFormatHasNone)
+{
+    SmallProgram program;
+    program.header.e_ident[1] = 'e';
+    EXPECT_EQ(program.at(0x1000), "");
+    program = SmallProgram();
+    program.header.e_ident[EI_CLASS] = ELFCLASSNONE;
+    EXPECT_EQ(program.at(0x1000), "");
+    program = SmallProgram();
+    ++program.header.e_shentsize;
+    EXPECT_EQ(program.at(0x1000), "");
 }
 
 } // namespace

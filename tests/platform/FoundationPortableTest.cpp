@@ -6,11 +6,14 @@
 #include "ZSpace/platform/Foundation.h"
 #include "tests/platform/Formatting.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/SystemCallFaults.h"
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <ctime>
+#include <unistd.h>
 
 namespace ZSpace::Testing {
 namespace {
@@ -72,6 +75,39 @@ TEST(ConsolePortable, WritesLocalTime)
         return 0;
     }).standardError;
     EXPECT_THAT(kiritimati.substr(kiritimati.find('\n') + 1), testing::StartsWith(kiritimati.substr(0, 13)));
+}
+
+TEST(ConsolePortable, WritesALineOnce)
+{
+    const std::string console = runInChild([] {
+        errno = EINTR; // of an earlier call
+        NS::log(NS::String("line").native());
+        return 0;
+    }).standardError;
+    EXPECT_EQ(console.find("] line\n"), console.size() - 7);
+}
+
+TEST(ConsolePortable, RepeatsAnInterruptedWrite)
+{
+    const std::string console = runInChild([] {
+        const SystemCallFault fault(SystemCall::Write, EINTR);
+        NS::log(NS::String("line").native());
+        return 0;
+    }).standardError;
+    EXPECT_THAT(console, testing::EndsWith("] line\n"));
+}
+
+TEST(ConsolePortable, IgnoresAClosedStandardError)
+{
+    const Outcome outcome = runInChild([] {
+        alarm(20);
+        close(STDERR_FILENO);
+        errno = EINTR;
+        NS::log(NS::String("line").native());
+        return 0;
+    });
+    EXPECT_TRUE(outcome.hasExited);
+    EXPECT_EQ(outcome.status, 0);
 }
 
 } // namespace

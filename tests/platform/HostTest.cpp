@@ -143,6 +143,21 @@ TEST(StandardStreams, OpenOnesStayUnchanged)
     EXPECT_EQ(contentOf(file), "kept");
 }
 
+TEST(StandardStreams, OutputSignalsThatAreIgnoredStayIgnored)
+{
+    const Outcome outcome = runInChild([] {
+        for (const int number : {SIGPIPE, SIGXFSZ})
+            signal(number, SIG_IGN);
+        Host::shieldStandardStreams();
+        for (const int number : {SIGPIPE, SIGXFSZ}) {
+            if (signal(number, SIG_DFL) != SIG_IGN)
+                return 1;
+        }
+        return 0;
+    });
+    EXPECT_EQ(outcome.status, 0);
+}
+
 TEST(StandardStreams, OutputSignalsAreNotFatal)
 {
     const Outcome outcome = runInChild([] {

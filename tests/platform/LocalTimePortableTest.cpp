@@ -108,6 +108,17 @@ TEST(LocalTime, AgreesWithTheCLibraryForDaysOfTheYearInTheLastYearsOfCenturies)
         expectAgreement(zone, 0, times);
 }
 
+TEST(LocalTime, ChangesToTheSecondThatTheCLibraryDoes)
+{
+    std::vector<std::time_t> times;
+    for (std::time_t hour = 1'767'225'600; hour < 1'798'761'600; hour += 3600) { // the year 2026
+        times.push_back(hour - 1);
+        times.push_back(hour);
+    }
+    for (const char* zone : {"CET-1CEST,M3.5.0,M10.5.0/3", "NZST-12NZDT,M9.5.0,M4.1.0/3", "AZaz0BBB,0,J365"})
+        expectAgreement(zone, 0, times);
+}
+
 TEST(LocalTime, AgreesWithTheCLibraryAroundTheYearZero)
 {
     constexpr std::time_t zero = -62'167'219'200;

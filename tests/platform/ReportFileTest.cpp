@@ -202,5 +202,30 @@ TEST(ReportDirectory, AMissingParentIsReported)
     EXPECT_EQ(Host::makeDirectoryOpenToAll((folder.path() / "none" / "reports").c_str()), ENOENT);
 }
 
+TEST_F(ReportFile, Descriptor0IsLikeAnyOther)
+{
+    const Outcome outcome = runInChild([&] {
+        close(STDIN_FILENO);
+        errno = EINTR; // of an earlier call
+        const int directory = Host::openReportDirectory(m_folder.path().c_str());
+        if (directory != STDIN_FILENO)
+            return 1;
+        close(directory);
+        errno = EINTR;
+        if (openReport() != STDIN_FILENO) // a new file
+            return 2;
+        close(STDIN_FILENO);
+        errno = EINTR;
+        if (openReport() != STDIN_FILENO) // an existing one
+            return 3;
+        close(STDIN_FILENO);
+        errno = EINTR;
+        if (Host::makeDirectoryOpenToAll(pathOf("new").c_str()) != 0)
+            return 4;
+        return isOpen(STDIN_FILENO) ? 5 : 0;
+    });
+    EXPECT_EQ(outcome.status, 0);
+}
+
 } // namespace
 } // namespace ZSpace::Testing

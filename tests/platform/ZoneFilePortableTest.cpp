@@ -5,16 +5,20 @@
 
 #include "ZSpace/platform/portable/LocalTimePortable.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/SystemCallFaults.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <fcntl.h>
 #include <string>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -39,7 +43,7 @@ struct Block {
     [[nodiscard]] std::string bytes(char version, std::size_t timeSize) const
     {
         const std::size_t utcCount = offsets.size();
-        const std::size_t standardCount = offsets.size();
+        constexpr std::size_t standardCount = 0;
         constexpr std::size_t leapCount = 3;
         constexpr std::size_t nameLength = 4;
         std::string out = "TZif";
@@ -68,14 +72,15 @@ std::string zone(const Block& block, const std::string& rule)
     return narrow.bytes('2', 4) + block.bytes('2', 8) + "\n" + rule + "\n";
 }
 
-/// The offset from UTC at `seconds` by a zone file with this content.
-std::int64_t offsetBy(const std::string& content, std::int64_t seconds)
+/// The offset from UTC at `seconds` by a zone file with this content, of which a read returns `most` bytes.
+std::int64_t offsetBy(const std::string& content, std::int64_t seconds, long most = LONG_MAX)
 {
     const TemporaryFolder folder;
     const std::string file = (folder.path() / "zone").string();
     writeFile(file, content);
     const Outcome outcome = runInChild([&] {
         setenv("TZ", file.c_str(), 1);
+        const ShortTransfers transfers(most);
         std::tm local = Host::localTime(seconds);
         std::printf("%lld", static_cast<long long>(timegm(&local)) - static_cast<long long>(seconds));
         return 0;
@@ -165,6 +170,30 @@ TEST(ZoneFile, AFileLargerThanAnyZoneIsUtc)
     file.resize(256UL * 1024, ' ');
     EXPECT_EQ(offsetBy(file, 4000), 5 * s_hour);
     EXPECT_EQ(offsetBy(file + ' ', 4000), 0);
+}
+
+TEST(ZoneFile, AFileThatIsReadInPartIsUtc)
+{
+    const std::string file = s_block.bytes('\0', 4);
+    const auto size = static_cast<long>(file.size());
+    EXPECT_EQ(offsetBy(file, 2500, size), 3 * s_hour);
+    EXPECT_EQ(offsetBy(file, 2500, size - 1), 0);
+}
+
+TEST(ZoneFile, ATerminalDoesNotBecomeTheControllingOne)
+{
+    const Outcome outcome = runInChild([] {
+        setsid(); // without a controlling terminal
+        const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+        if (terminal < 0 || grantpt(terminal) != 0 || unlockpt(terminal) != 0)
+            return 77;
+        setenv("TZ", ptsname(terminal), 1);
+        const std::tm time = Host::localTime(0);
+        return time.tm_hour == 0 && open("/dev/tty", O_RDWR) < 0 ? 0 : 1;
+    });
+    if (outcome.status == 77)
+        GTEST_SKIP() << "there are no terminals here";
+    EXPECT_EQ(outcome.status, 0);
 }
 
 } // namespace
