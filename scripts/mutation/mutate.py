@@ -100,15 +100,24 @@ class Build:
         self.folder = BUILD / "build"
         self.sources = {layer: [found(name) for name in files_of(layer)] for layer in LAYERS}
         self.state = {source.name: source.state() for source in self.all_sources()}
-        mutants = [m for source in self.all_sources() for m in source.mutants]
-        for number, mutant in enumerate(mutants):
-            mutant.number = number
-        self.count = len(mutants)
+        self.count = self.number_mutants()
         self.notes = BUILD / "not-compiled.json"
         self.disabled = {}  # of each file the mutants that do not compile
         kept = json.loads(self.notes.read_text()) if self.notes.exists() else {}
         for name, state in self.state.items():
             self.disabled[name] = set(kept[name]["mutants"] if name in kept and kept[name]["state"] == state else ())
+
+    def number_mutants(self):
+        """Gives each mutant the number that it had in earlier builds, so that a changed file is compiled again alone.
+        @return how many numbers there are."""
+        notes = BUILD / "numbers.json"
+        numbers = json.loads(notes.read_text()) if notes.exists() else {}
+        for source in self.all_sources():
+            for mutant in source.mutants:
+                mutant.number = numbers.setdefault(mutant.key, len(numbers))
+        notes.parent.mkdir(parents=True, exist_ok=True)
+        notes.write_text(json.dumps(numbers))
+        return len(numbers)
 
     def all_sources(self):
         return [source for sources in self.sources.values() for source in sources]
