@@ -83,4 +83,21 @@ TYPED_TEST(ReadingLimits, RangesEndWithTheirLastCharacter)
     EXPECT_EQ(S::toInt32(text, 3), 0);
 }
 
+TYPED_TEST(ReadingLimits, SearchesEndWithTheLastCharacter)
+{
+    using T = TypeParam;
+    using S = ZGStr<T>;
+    const CharsAtPageEnd<T> text("aaaa");
+    for (long from = 0; from < 4; ++from) {
+        EXPECT_EQ(S::s_verify(text, 4, T('a'), from), -1);
+        EXPECT_EQ(S::s_verify(text, 4, lit<T>("ba"), from), -1);
+        EXPECT_EQ(S::indexOf(text, 4, T('b'), from), -1);
+        EXPECT_EQ(S::indexOf(text, 4, lit<T>("ab"), from), -1);
+        EXPECT_EQ(S::lastIndexOf(text, 4, T('b'), from), -1);
+        EXPECT_EQ(S::lastIndexOf(text, 4, lit<T>("ab"), from), -1);
+    }
+    EXPECT_EQ(S::count(text, 4, T('a')) + S::count(text, 4, lit<T>("aa")), 4 + 2);
+    EXPECT_EQ(S::stripIndexOf(text, 4, lit<T>("a")), 4);
+}
+
 } // namespace
