@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The ZSpace authors
 # SPDX-License-Identifier: MIT
 
-# `cpack --config build/release/CPackConfig.cmake` makes a .tar.gz of everything and, on Debian, one .deb for each of
-# program, runtime (if the library is shared) and development.
+# `cpack --config build/release/CPackConfig.cmake` makes a .tar.gz of everything; on Debian, one .deb for each of program,
+# runtime (if the library is shared) and development as well; and on macOS an installer package (.pkg).
 
 set(CPACK_PACKAGE_NAME zspace)
 set(CPACK_PACKAGE_VENDOR "The ZSpace authors")
@@ -12,6 +12,13 @@ set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
 set(CPACK_STRIP_FILES ${BUILD_SHARED_LIBS}) # call stacks of the program are named by its own symbols
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_GENERATOR TGZ)
+if(BUILD_SHARED_LIBS)
+    set(linkage shared)
+else()
+    set(linkage static)
+endif()
+set(CPACK_PACKAGE_FILE_NAME
+    "zspace-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}-${linkage}")
 find_program(ZSPACE_DPKG dpkg)
 if(ZSPACE_DPKG)
     list(APPEND CPACK_GENERATOR DEB)
@@ -39,10 +46,16 @@ if(BUILD_SHARED_LIBS)
     set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
         "${PROJECT_BINARY_DIR}/debian/shlibs;${PROJECT_BINARY_DIR}/debian/triggers")
 endif()
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzspace-dev)
+# The development packages contain the same headers, so only one of them can be installed.
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 if(BUILD_SHARED_LIBS)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzspace-dev)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libzspace1 (= ${PROJECT_VERSION})")
+else()
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzspace-static-dev)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_PROVIDES libzspace-dev)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_CONFLICTS libzspace-dev)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_REPLACES libzspace-dev)
 endif()
 set(CPACK_COMPONENT_PROGRAM_DESCRIPTION "Removes an installed remote-support service
  Starts the service's own installer in uninstall mode, logs what it did and
@@ -75,5 +88,17 @@ if(ZSPACE_DPKG AND ZSPACE_GZIP)
         install(FILES packaging/debian/cdkrsuninstaller.lintian-overrides
             DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides" RENAME cdkrsuninstaller COMPONENT program)
     endif()
+endif()
+
+# The installer of macOS shows these files, whose names must end in .txt.
+if(APPLE)
+    list(APPEND CPACK_GENERATOR productbuild)
+    set(CPACK_PRODUCTBUILD_IDENTIFIER com.coraldesk.zspace)
+    configure_file(LICENSE "${PROJECT_BINARY_DIR}/installer/LICENSE.txt" COPYONLY)
+    configure_file(packaging/macos/installer.txt "${PROJECT_BINARY_DIR}/installer/installer.txt" COPYONLY)
+    set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_BINARY_DIR}/installer/LICENSE.txt")
+    set(CPACK_RESOURCE_FILE_README "${PROJECT_BINARY_DIR}/installer/installer.txt")
+    set(CPACK_RESOURCE_FILE_WELCOME "${CPACK_RESOURCE_FILE_README}")
+    set(CPACK_PACKAGING_INSTALL_PREFIX /usr/local)
 endif()
 include(CPack)

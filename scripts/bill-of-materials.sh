@@ -21,7 +21,14 @@ library() {
 ENTRY
 }
 case $name in
-cdkrsuninstaller_* | CdkRSUninstaller* | zspace-*) contains_program=yes ;;
+*.deb) content=$(dpkg-deb -c "$artifact") ;;
+*.tar.gz) content=$(tar -tzf "$artifact") ;;
+*) content=/bin/$name ;;
+esac
+# On macOS the program is not linked statically.
+case "$name $content" in
+*Darwin* | *macos*) contains_program=no ;;
+*/bin/CdkRSUninstaller*) contains_program=yes ;;
 *) contains_program=no ;;
 esac
 
