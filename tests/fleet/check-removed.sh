@@ -9,23 +9,9 @@ program=$1
 here=$(cd "$(dirname "$0")/../.." && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-PATH=$PATH:/usr/sbin:/sbin
-service="Library/Application Support/com.coraldesk.remote"
-installer="$service/bin/CdkRemotedInstaller.app/Contents/MacOS/CdkRemotedInstaller"
+. "$here/tests/fleet/machine.sh"
 failed=0
 
-# machine NAME: an empty machine, in $root.
-machine() {
-    root=$work/$1
-    mkdir -p "$root/var/log" "$root/home" "$root/tmp" "$root/program"
-    cp "$program" "$root/program/"
-}
-# installed BODY: the service, whose installer is a shell script.
-installed() {
-    mkdir -p "$root/${installer%/*}"
-    printf '#!/bin/sh\n%s\n' "$1" >"$root/$installer"
-    chmod 755 "$root/$installer"
-}
 uninstall() {
     "$here/scripts/private-root.sh" "$root" /program/CdkRSUninstaller 2>/dev/null
 }
@@ -43,21 +29,21 @@ says() {
     fi
 }
 
-machine probe
+machine "$work/probe"
 if ! uninstall; then
     echo "This host lets nobody make a private mount namespace" >&2
     exit 77
 fi
 
-machine never-had-it
+machine "$work/never-had-it"
 says 0 "removed: "
 
-machine nobody-tried
+machine "$work/nobody-tried"
 installed "exit 0"
 says 3 "unknown: "
 
-machine removes-itself
-installed 'rm -rf "/Library/Application Support/com.coraldesk.remote"'
+machine "$work/removes-itself"
+installed "$removes_itself"
 uninstall
 for _ in 1 2 3 4 5 6 7 8 9 10; do
     [ -e "$root/$service" ] || break
@@ -65,29 +51,29 @@ for _ in 1 2 3 4 5 6 7 8 9 10; do
 done
 says 0 "removed: "
 
-machine refuses
+machine "$work/refuses"
 installed "exit 1"
 uninstall
 says 1 "still there: "
 
-machine not-executable
+machine "$work/not-executable"
 installed "exit 0"
 chmod 644 "$root/$installer"
 uninstall
 says 2 "failed to start: "
 
-machine installer-missing
+machine "$work/installer-missing"
 mkdir -p "$root/$service"
 uninstall
 says 2 "failed to start: "
 
-machine no-program-of-this-system
+machine "$work/no-program-of-this-system"
 installed "exit 0"
 printf 'nonsense\n' >"$root/$installer"
 uninstall
 says 2 "failed to start: "
 
-machine newest-report-counts
+machine "$work/newest-report-counts"
 mkdir -p "$root/$service"
 uninstall
 installed "exit 1"
@@ -95,7 +81,21 @@ sleep 0.01
 uninstall
 says 1 "still there: "
 
-machine reports-cannot-be-written
+# Files that another user has planted under later names, which claim that the installer was started.
+machine "$work/planted"
+mkdir -p "$root/$service"
+uninstall
+claim=$root/var/log/claim
+echo "Running uninstall script: planted" >"$claim"
+ln "$claim" "$root/var/log/com.coraldesk.remote/CdkRSUninstaller_9997.txt"
+ln -s ../claim "$root/var/log/com.coraldesk.remote/CdkRSUninstaller_9998.txt"
+if [ "$(id -u)" -eq 0 ]; then
+    cp "$claim" "$root/var/log/com.coraldesk.remote/CdkRSUninstaller_9999.txt"
+    chown 65534 "$root/var/log/com.coraldesk.remote/CdkRSUninstaller_9999.txt"
+fi
+says 2 "failed to start: "
+
+machine "$work/reports-cannot-be-written"
 installed "exit 1"
 : >"$root/var/log/com.coraldesk.remote"
 uninstall

@@ -7,7 +7,7 @@
 set -eu
 program=$1
 here=$(cd "$(dirname "$0")/../.." && pwd)
-PATH=$PATH:/usr/sbin:/sbin
+. "$here/tests/fleet/machine.sh"
 if [ "$(id -u)" -ne 0 ] || ! command -v rsyslogd >/dev/null || ! command -v logrotate >/dev/null; then
     echo "This takes root, rsyslog and logrotate" >&2
     exit 77
@@ -19,8 +19,8 @@ unset ZSPACE_IN_NAMESPACE
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-mkdir -p "$work/machine/var/log" "$work/machine/home" "$work/machine/tmp" "$work/machine/program" "$work/central" \
-    "$work/spool"
+machine "$work/machine"
+mkdir "$work/central" "$work/spool"
 mount -t proc proc /proc
 ip link set lo up 2>/dev/null || ifconfig lo up 2>/dev/null || :
 reports=$work/machine/var/log/com.coraldesk.remote
@@ -37,7 +37,6 @@ adapted logrotate.conf
 rsyslogd -n -f "$work/rsyslog-central.conf" -i "$work/central.pid" 2>"$work/central.errors" &
 rsyslogd -n -f "$work/rsyslog-machine.conf" -i "$work/machine.pid" 2>"$work/machine.errors" &
 
-cp "$program" "$work/machine/program/"
 "$here/scripts/private-root.sh" "$work/machine" /program/CdkRSUninstaller 2>/dev/null
 cat "$reports"/*.txt >"$work/sent"
 lines=$(grep -c . "$work/sent")

@@ -15,22 +15,17 @@ fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export ANSIBLE_LOCAL_TEMP="$work/ansible" ANSIBLE_REMOTE_TEMP="$work/ansible" ANSIBLE_NOCOLOR=1 HOME="$work"
-service="Library/Application Support/com.coraldesk.remote"
-installer="$service/bin/CdkRemotedInstaller.app/Contents/MacOS/CdkRemotedInstaller"
+. "$here/tests/fleet/machine.sh"
 
 echo "[all]" >"$work/inventory"
 for name in goes missing; do
-    root=$work/$name
-    mkdir -p "$root/var/log" "$root/home" "$root/tmp" "$root/program" "$root/$service"
-    cp "$program" "$root/program/"
+    machine "$work/$name"
+    mkdir -p "$root/$service"
+    [ "$name" = missing ] || installed "$removes_itself"
     printf '#!/bin/sh\nexec "%s/scripts/private-root.sh" "%s" /program/CdkRSUninstaller\n' "$here" "$root" >"$work/run-$name"
     chmod 755 "$work/run-$name"
     echo "$name ansible_connection=local ansible_become=false root=$root uninstaller=$work/run-$name" >>"$work/inventory"
 done
-mkdir -p "$work/goes/${installer%/*}"
-printf '#!/bin/sh\nrm -rf "/Library/Application Support/com.coraldesk.remote"\n' >"$work/goes/$installer"
-chmod 755 "$work/goes/$installer"
-
 ansible-playbook -i "$work/inventory" -e collected="$work/collected" -e patience=1 \
     "$here/examples/fleet/uninstall.yml" >"$work/output" 2>&1 || :
 
