@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <compare>
 #include <string>
 
 using namespace ZSpace;
@@ -94,6 +95,15 @@ TYPED_TEST(Comparing, OnlyAToZAreFolded)
     EXPECT_EQ(TypeParam(lit<T>("_")).compareIgnoreCase(lit<T>("A")), -1); // "_" sorts between "Z" and "a"
 }
 
+TYPED_TEST(Comparing, StandardStringsAreOrderedToo)
+{
+    using T = typename CharOf<TypeParam>::type;
+    const TypeParam text(lit<T>("abc"));
+    EXPECT_EQ(text <=> wider<T>("ab"), std::weak_ordering::greater);
+    EXPECT_EQ(text <=> wider<T>("abc"), std::weak_ordering::equivalent);
+    EXPECT_EQ(text <=> wider<T>("abcd"), std::weak_ordering::less);
+}
+
 TYPED_TEST(Comparing, LikeMeansTheSameTextAndNoPattern)
 {
     using T = typename CharOf<TypeParam>::type;
@@ -104,6 +114,8 @@ TYPED_TEST(Comparing, LikeMeansTheSameTextAndNoPattern)
     EXPECT_FALSE(text.isLike(lit<T>("abcd")));
     EXPECT_FALSE(text.isLike(lit<T>("a*")));
     EXPECT_FALSE(text.isLike(lit<T>("a?c")));
+    EXPECT_TRUE(TypeParam(lit<T>("a")).isLike(lit<T>("a")));
+    EXPECT_FALSE(TypeParam(lit<T>("a")).isLike(lit<T>("b")));
     EXPECT_TRUE(TypeParam().isLike(lit<T>("")));
     EXPECT_TRUE(TypeParam().isLike(ZStrToken<T>(lit<T>("abc"), -1)));
 }

@@ -305,6 +305,34 @@ TEST(NumberInputWide, UnitsBeyondABytesRangeAreNoDigits)
     EXPECT_FALSE(ZGStr<wchar_t>(L"\u0131").isNumeric());
 }
 
+TYPED_TEST(NumberInputStatics, BlocksOfDigitsEndWithTheDigits)
+{
+    using T = TypeParam;
+    using S = ZGStr<T>;
+    for (const char other : {'/', ':', ';', '<', '=', '>', '?', '@', '\x06', '\xB6'}) {
+        const std::string digits = "6789678";
+        EXPECT_EQ(S::toInt32(lit<T>(digits + other)), 6789678) << other;
+        EXPECT_EQ(S::toInt32(lit<T>("6" + (other + digits))), 6) << other;
+    }
+    EXPECT_EQ(S::toUInt64(lit<T>("999999991234567887654321") + 8, 16), 1234567887654321U);
+}
+
+TYPED_TEST(NumberInputStatics, AMinusAloneIsNegativeZero)
+{
+    using T = TypeParam;
+    EXPECT_EQ(ZGStr<T>::toDouble(lit<T>("-")), 0.0);
+    EXPECT_TRUE(std::signbit(ZGStr<T>::toDouble(lit<T>("-"))));
+    EXPECT_FALSE(std::signbit(ZGStr<T>::toDouble(lit<T>(""))));
+}
+
+TEST(HexadecimalInput, ALengthOfZeroMeansNoDigits)
+{
+    unsigned char bytes[3]{7, 7, 7};
+    EXPECT_EQ(ZGStr<char>::hexTo(bytes, 3, "0a1fff", 0), 0);
+    EXPECT_EQ(ZGStr<wchar_t>::hexTo(bytes, 3, L"0a1fff", 0), 0);
+    EXPECT_EQ(bytes[0], 7);
+}
+
 TEST(HexadecimalInput, EveryNegativeLengthMeansUpToTheTerminator)
 {
     for (const long length : {-1L, -2L, -7L, LONG_MIN}) {

@@ -10,6 +10,7 @@
 #include <new>
 #include <string_view>
 #include <sys/mman.h>
+#include <type_traits>
 #include <unistd.h>
 
 using namespace ZSpace;
@@ -70,6 +71,15 @@ TYPED_TEST(ReadingLimits, NothingIsReadForALengthOfZero)
     EXPECT_EQ(str(ZMStr<T>(lit<T>("a")).append(nothing, 0).insert(nothing, 0, 0)), "a");
     EXPECT_EQ(str(ZGStr<T>(lit<T>("a")).append(nothing, 0)), "a");
     EXPECT_EQ(ZGStr<T>::compare(nothing, 0, nothing, 0), 0);
+}
+
+TYPED_TEST(ReadingLimits, ConversionsEndWithTheLastCharacter)
+{
+    using T = TypeParam;
+    using Other = std::conditional_t<std::is_same_v<T, char>, wchar_t, char>;
+    const CharsAtPageEnd<Other> text("abc");
+    EXPECT_EQ(str(ZGStr<T>::valueOf(static_cast<const Other*>(text), 3)), "abc");
+    EXPECT_EQ(str(ZMStr<T>().appendValueOf(static_cast<const Other*>(text), 3)), "abc");
 }
 
 TYPED_TEST(ReadingLimits, RangesEndWithTheirLastCharacter)

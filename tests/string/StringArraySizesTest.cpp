@@ -75,6 +75,7 @@ TYPED_TEST(StringArraySizes, ATextHasTwoElementsMore)
     EXPECT_EQ(this->elementsMadeBy([&] { S::release(S::create(5)); }), 5 + 2);
     EXPECT_EQ(this->elementsMadeBy([&] { S::release(S::create(5, T('x'))); }), 5 + 2);
     EXPECT_EQ(this->elementsMadeBy([&] { S::release(S::create(0)); }), 0 + 2);
+    EXPECT_EQ(this->elementsMadeBy([&] { text = S::hexOf("", 0); }), 0 + 2);
     EXPECT_EQ(this->elementsMadeBy([&] { S::release(S::create(-5)); }), 0 + 2);
     EXPECT_EQ(this->elementsMadeBy([&] { S::release(S::concat(abc, abc)); }), 6 + 2);
 }

@@ -289,6 +289,7 @@ TYPED_TEST(ZGStrTest, JoiningFromATextKeepsIt)
     EXPECT_EQ(str(text.joinFrom(texts, 2)), "abc");
     EXPECT_EQ(str(text.joinFrom(texts)), "abcbc");
     EXPECT_EQ(str(ZGStr<T>().joinFrom(texts)), "bc");
+    EXPECT_EQ(str(ZGStr<T>(lit<T>("")).joinFrom(texts)), "bc");
     EXPECT_EQ(taken(ZGStr<T>::joinFrom(lit<T>("xyz"), 2, texts, 2)), "xybc");
     EXPECT_EQ(taken(ZGStr<T>::joinFrom(nullptr, 2, texts, 1)), "b");
 }

@@ -85,6 +85,25 @@ TYPED_TEST(ZMStrCapacityTest, ConcatenatingReservesBothTexts)
     EXPECT_EQ(ZMStr<T>(lit<T>("abc")).concat(ZStrToken<T>()).Capacity(), 3 + 0 + 2);
 }
 
+TYPED_TEST(ZMStrCapacityTest, JoiningReservesAllTexts)
+{
+    using T = TypeParam;
+    const ZMStr<T> texts[]{ZMStr<T>(lit<T>("abc")), ZMStr<T>(40), ZMStr<T>(lit<T>("de"))};
+    EXPECT_EQ(ZMStr<T>().join(texts, 3).Capacity(), 3 + 0 + 2 + 2);
+    EXPECT_EQ(ZMStr<T>().join(texts, 1).Capacity(), 3 + 2);
+    EXPECT_EQ(ZMStr<T>(40).join(texts, 0).Capacity(), 0 + 2);
+}
+
+TYPED_TEST(ZMStrCapacityTest, AddingNothingAllocatesNothing)
+{
+    using T = TypeParam;
+    ZMStr<T> builder;
+    EXPECT_EQ(builder.insert(lit<T>("x"), 0, 0).Capacity(), 0);
+    EXPECT_EQ(builder.fill(T('x'), 0, 0) + builder.rFill(T('x'), 0) + builder.lFill(T('x'), 0), 0);
+    EXPECT_EQ(builder.append(lit<T>("x"), 0).append(T('x'), 0).appendHexOf("x", 0).Capacity(), 0);
+    EXPECT_EQ(builder.appendValueOf(0, 0, true).appendValueOf(0.0, true).Capacity(), 0);
+}
+
 TYPED_TEST(ZMStrCapacityTest, AllocatingKeepsWhatFits)
 {
     using T = TypeParam;

@@ -172,6 +172,7 @@ TYPED_TEST(ZMStrTest, AssigningCopiesEveryKindOfText)
     using T = TypeParam;
     auto builder = builderOf<T>("old text", 20);
     const T* buffer = builder;
+    EXPECT_EQ(str(builder = lit<T>("p")), "p");
     EXPECT_EQ(str(builder = lit<T>("pointer")), "pointer");
     EXPECT_EQ(str(builder = ZGStr<T>(lit<T>("string"))), "string");
     EXPECT_EQ(str(builder = ZStrToken<T>(lit<T>("tokens"), 5)), "token");
@@ -247,6 +248,14 @@ TYPED_TEST(ZMStrTest, ConcatenatingLeavesTheBuilderUnchanged)
     EXPECT_EQ(str(a + lit<T>("cd")) + str(a.concat(a)) + str(a), "abcdababab");
     EXPECT_EQ(str(ZMStr<T>() + ZMStr<T>()) + str(ZMStr<T>() + a), "ab");
     EXPECT_EQ(str(a + ZStrToken<T>(lit<T>("x"), -1)), "ab");
+}
+
+TYPED_TEST(ZMStrTest, StandardStringsPrecedeABuilder)
+{
+    using T = TypeParam;
+    EXPECT_EQ(str(wider<T>("ab") + ZMStr<T>(lit<T>("cd"))), "abcd");
+    EXPECT_EQ(str(lit<T>("ab") + ZMStr<T>(lit<T>("cd"))), "abcd");
+    EXPECT_EQ(str(T('b') + ZMStr<T>(lit<T>("cd"))), "bcd");
 }
 
 TYPED_TEST(ZMStrTest, JoiningReplacesTheText)

@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <compare>
 #include <cstring>
 #include <memory>
 #include <type_traits>
@@ -95,16 +94,6 @@ TYPED_TEST(ZStrTokenTest, ANullTokenEqualsAnEmptyOne)
     EXPECT_TRUE(ZStrToken<T>(static_cast<const T*>(nullptr)) == ZStrToken<T>(lit<T>("")));
     EXPECT_TRUE(!ZStrToken<T>() && !ZStrToken<T>(lit<T>("a"), 0) && !ZStrToken<T>(lit<T>("a"), -1));
     EXPECT_FALSE(!ZStrToken<T>(lit<T>("a")));
-}
-
-TYPED_TEST(ZStrTokenTest, ItIsOrderedAmongStandardStrings)
-{
-    using T = TypeParam;
-    const ZStrToken<T> view(lit<T>("abcd"), 3);
-    EXPECT_EQ(view <=> wider<T>("ab"), std::weak_ordering::greater);
-    EXPECT_EQ(view <=> wider<T>("abc"), std::weak_ordering::equivalent);
-    EXPECT_EQ(view <=> wider<T>("abcd"), std::weak_ordering::less);
-    EXPECT_TRUE(view > wider<T>("ab") && view >= wider<T>("abc") && view < wider<T>("abcd"));
 }
 
 TYPED_TEST(ZStrTokenTest, IndicesCountFromTheFrontOnly)
