@@ -86,6 +86,22 @@ TEST(TZBinaryTest, CopiesOfOwnedEmptyBlocksAreNull)
     EXPECT_EQ(Binary(nothing).Data(), nullptr);
 }
 
+TEST(TZBinaryTest, SingleBytesAreCopied)
+{
+    const Binary owning(new unsigned char[1]{9}, 1, true);
+    const Binary copy(owning);
+    EXPECT_NE(copy.Data(), owning.Data());
+    EXPECT_THAT(bytesOf(copy), ElementsAre(9));
+}
+
+TEST(TZBinaryTest, AnEmptyPartOfItselfIsBorrowed)
+{
+    Binary binary(new unsigned char[3]{1, 2, 3}, 3, true);
+    binary = Binary(binary.Data() + 1, 0, false);
+    EXPECT_EQ(binary.Length(), 0);
+    EXPECT_FALSE(binary.Owns());
+}
+
 TEST(TZBinaryTest, ClearingFreesOnlyOwnedBytes)
 {
     const long alive = blocksAlive();

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstddef>
 #include <memory>
 #include <random>
 #include <string>
@@ -182,6 +183,21 @@ TEST(ZBitFieldTest, BitsPastTheEndOfASliceAreZero)
     // Equality includes the bit after the last one.
     EXPECT_EQ(ZBITFIELD(field, 0, 5), fieldOf("11111"));
     EXPECT_EQ(ZBITFIELD(field, 3, 11), fieldOf("11111111111"));
+}
+
+TEST(ZBitFieldTest, SlicesOfOneBitAreCheckedToo)
+{
+    const ZBITFIELD field = fieldOf("101");
+    EXPECT_EQ(textOf(ZBITFIELD(field, 2, 1)), "1");
+    expectOutOfBounds([&] { ZBITFIELD(field, 3, 1); });
+    expectOutOfBounds([&] { ZBITFIELD(field, -1, 1); });
+}
+
+TEST(ZBitFieldTest, ClearingSetsAllBitsToZero)
+{
+    ZBITFIELD field = fieldOf("11111111111");
+    field.clear();
+    EXPECT_EQ(textOf(field), "00000000000");
 }
 
 // Single bits
@@ -356,6 +372,15 @@ TEST(ZBitFieldTest, PrintsBitZeroFirst)
 }
 
 // Plain byte arrays
+
+TEST(ZBitFieldArrayTest, CopiesHaveAByteForTheBitAfterTheLast)
+{
+    const unsigned char bytes[]{0xFF, 0xFF, 0xFF};
+    for (const auto& [bits, size] : {std::pair(-5, 1), {0, 1}, {7, 1}, {8, 2}, {15, 2}, {16, 3}, {17, 3}}) {
+        const Array copied = owned(ZBITFIELD::copy(bytes, bits));
+        EXPECT_EQ(lastAllocationSize(), static_cast<std::size_t>(size)) << bits;
+    }
+}
 
 TEST(ZBitFieldArrayTest, EightBitsShareAByte)
 {

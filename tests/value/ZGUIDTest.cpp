@@ -309,6 +309,9 @@ TEST(ZGUIDTest, ParsesMalformedText)
         {"0011223g-44x5-6-7-aabbccddeeff", "{00112230-4405-6000-0000-aabbccddeeff}"},
         {"12-3-4-5-6", "{12000000-3000-4000-0000-000000000000}"},
         {"----", "{00000000-0000-0000-0000-000000000000}"},
+        {"-2-3-4455-66", "{00000000-2000-3000-4455-660000000000}"},
+        {"1--3-445566-", "{10000000-0000-3000-4455-000000000000}"},
+        {"{10203040-1020-3010-2030-102030405060}", "{10203040-1020-3010-2030-102030405060}"},
         {"001122334-44556-66778-88999-aabbccddeeff0", "{00112233-4455-6677-8899-aabbccddeeff}"},
         {"00112233-4455-6677-889-aabbccd", "{00112233-4455-6677-8800-aabbcc000000}"},
         // As long as the usual forms, or a little longer, but with one group more.
@@ -363,6 +366,8 @@ TEST(ZGUIDTest, ALongLastGroupStopsAtTheEndOfTheGuid)
         ZGUID guid;
         unsigned char after[4]{1, 2, 3, 4};
     } memory;
+    memory.guid = ZGUID(1, 2, 3, 4, "abcdefgh");
+    EXPECT_THAT(memory.after, ElementsAre(1, 2, 3, 4));
     memory.guid = "1-2-3-4444-00112233445566778899";
     EXPECT_EQ(textOf(memory.guid), "{10000000-2000-3000-4444-001122334455}");
     memory.guid = L"1-2-3-4444-556677889900aabbccdd";

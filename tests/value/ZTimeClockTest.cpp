@@ -50,11 +50,16 @@ TEST(ZTimeClockTest, NowIsTheClockInUtc)
 
 TEST(ZTimeClockTest, NowSetsTheWeekday)
 {
-    const ZTime now(true);
-    const std::time_t seconds = utcSecondsOf(now);
-    std::tm record{};
-    gmtime_r(&seconds, &record);
-    EXPECT_EQ(bytesOf(now)[6], record.tm_wday);
+    for (const int before : {0, 9}) {
+        TimeBytes bytes{};
+        bytes[6] = static_cast<unsigned char>(before);
+        ZTime now = timeOf(bytes);
+        now.setNow();
+        const std::time_t seconds = utcSecondsOf(now);
+        std::tm record{};
+        gmtime_r(&seconds, &record);
+        EXPECT_EQ(bytesOf(now)[6], record.tm_wday);
+    }
 }
 
 TEST(ZTimeClockTest, ThreadsReadTheClockConcurrently)

@@ -76,6 +76,14 @@ TEST(ZTimeTextTest, OneWideNumberLeavesTheOthersPadded)
     EXPECT_EQ(textOf(timeOf(bytes)), "9999-06-04T03:02:01.1000");
 }
 
+TEST(ZTimeTextTest, EveryMillisecondHasThreeDigits)
+{
+    for (unsigned short milliseconds = 0; milliseconds < 1000; ++milliseconds) {
+        const std::string digits = std::to_string(1000 + milliseconds).substr(1);
+        ASSERT_EQ(textOf(ZTime(2024, 3, 5, 7, 8, 9, milliseconds)), "2024-03-05T07:08:09." + digits);
+    }
+}
+
 TEST(ZTimeTextTest, TextFormsAllocateOnlyTheirResult)
 {
     const auto countOf = [](auto make) {

@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <utility>
 
 namespace ZSpace::Testing {
 namespace {
@@ -106,15 +105,22 @@ TEST(ZTimeShiftTest, YearsBefore1900UseTheOffsetOfTheirTime)
 
 TEST(ZTimeShiftTest, FindsTheStandardOffsetOfAnyDaylightSaving)
 {
-    // Half an hour, for half a year; and for all the year but five days, which are 360 days before.
-    const std::pair<const char*, ZTime> table[]{
-        {"LHST-10:30LHDT-11,M10.1.0,M4.1.0", ZTime(2023, 12, 1, 12, 0, 0, 0)},
-        {"XST-10:30XDT-11,J10,J5", ZTime(2024, 1, 2, 12, 0, 0, 0)},
+    const char* const halfYear = "LHST-10:30LHDT-11,M10.1.0,M4.1.0"; // half an hour of daylight saving
+    const char* const allButFiveDays = "XST-10:30XDT-11,J10,J5"; // of January
+    struct {
+        const char* zone;
+        ZTime local;
+        ZTime utc;
+    } const table[]{
+        {halfYear, ZTime(2023, 12, 1, 12, 0, 0, 0), ZTime(2023, 12, 1, 1, 30, 0, 0)},
+        {allButFiveDays, ZTime(2024, 1, 2, 12, 0, 0, 0), ZTime(2024, 1, 2, 1, 30, 0, 0)}, // 360 days before
+        {allButFiveDays, ZTime(2023, 1, 12, 12, 0, 0, 0), ZTime(2023, 1, 12, 1, 30, 0, 0)}, // 360 days after
+        {allButFiveDays, ZTime(2024, 2, 1, 12, 0, 0, 0), ZTime(2024, 2, 1, 2, 0, 0, 0)}, // too far: one hour
     };
-    for (const auto& [rule, time] : table) {
+    for (const auto& [rule, local, utc] : table) {
         const TimeZone zone(rule);
         const MktimeFault fault(2100);
-        EXPECT_EQ(time + 0, ZTime(time.Year(), time.Month(), time.Day(), 1, 30, 0, 0)) << rule;
+        EXPECT_EQ(local + 0, utc) << rule;
     }
 }
 
@@ -151,6 +157,7 @@ TEST(ZTimeShiftTest, ResultMayLeaveTheRangeOfYears)
     EXPECT_STREQ((ZTime(1970, 1, 1, 0, 0, 0, 0) + 4294967295u).toCString(), "2106-02-07T06:28:15");
     // Years before 0 wrap around.
     EXPECT_STREQ((ZTime(false) - 1).toCString(), "65535-11-29T23:59:59");
+    EXPECT_EQ((ZTime(false) - 1) - ZTime(false), -1);
 }
 
 TEST(ZTimeShiftTest, KeepsTheWeekday)
