@@ -101,7 +101,7 @@ private:
             return january + day - 1 + (isLeapYear(year) && day >= 60);
         const std::int64_t first = daysTo({year, month, 1});
         const std::int64_t next = month == 12 ? daysTo({year + 1, 1, 1}) : daysTo({year, month + 1, 1});
-        const std::int64_t weekday = ((first + 4) % 7 + 7) % 7; // 1970 began on a Thursday
+        const std::int64_t weekday = (first + 4) % 7; // 1970 began on a Thursday; negative before
         std::int64_t date = first + (day - weekday + 7) % 7 + 7 * (std::int64_t{week} - 1);
         while (date >= next)
             date -= 7;
