@@ -11,9 +11,12 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ios>
 #include <string>
+#include <sys/mman.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace ZSpace::Testing {
 namespace {
@@ -44,6 +47,7 @@ TEST(FormatPortable, WidthsAndPrecisionsOfObjects)
 
 TEST(FormatPortable, PrintsNumbersOfAnyLength)
 {
+    EXPECT_AS_PRINTF("%127d|%128d|%129d|", 5, 5, 5);
     EXPECT_AS_PRINTF("%300d|", 5);
     EXPECT_EQ(format("%.400f", 0.0).size(), 402U);
 }
@@ -101,6 +105,19 @@ TEST(FormatPortable, APrecisionOfZeroLeavesNothingOfAString)
     EXPECT_EQ(format("[%.0@] [%.0s] [%.0ls] [%.0S]", NS::String("text").native(), "text", L"text", u"text"),
         "[] [] [] []");
     EXPECT_AS_PRINTF("[%.0d] [%.0d] [%.0u] [%3.0d]", 0, 7, 0U, 0); // a number, all the same
+}
+
+TEST(FormatPortable, AStringIsReadNoFurtherThanItsPrecision)
+{
+    const long pageSize = sysconf(_SC_PAGESIZE);
+    const auto size = static_cast<std::size_t>(pageSize);
+    void* const pages = mmap(nullptr, 2 * size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(pages, MAP_FAILED);
+    char* const end = static_cast<char*>(pages) + size;
+    ASSERT_EQ(mprotect(end, size, PROT_NONE), 0);
+    std::memcpy(end - 3, "abc", 3);
+    EXPECT_EQ(format("%.3s|%.2s|%.0s", end - 3, end - 3, end), "abc|ab|");
+    munmap(pages, 2 * size);
 }
 
 TEST(FormatPortable, ThePrecisionOfACharacterIsIgnored)

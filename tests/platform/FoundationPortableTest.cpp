@@ -5,6 +5,7 @@
 
 #include "ZSpace/platform/Foundation.h"
 #include "tests/platform/Formatting.h"
+#include "tests/support/AllocationFaults.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/SystemCallFaults.h"
 
@@ -32,6 +33,20 @@ TEST(FoundationArrayPortable, PrintsOnOneLineWithQuotesWhereNeeded)
         "(\"\", \"a b\", \"a\\\"b\\\\\", \"a\\nb\", \"\xC3\xA9\")");
     for (const char* item : {"a-b", "a,b", "a(b", "a)b", "a=b", "a@b", "a+b"})
         EXPECT_EQ(printed(NS::Array::arrayWithObjects({item})), std::string("(\"") + item + "\")");
+}
+
+TEST(FoundationPortable, FreesItsObjects)
+{
+    const long before = blocksAlive();
+    {
+        NS::String string("a string that needs a block of its own");
+        const NS::String copy = string;
+        string = NS::String("another one");
+        const NS::Array array = NS::Array::arrayWithObjects({string, copy});
+        EXPECT_EQ(array.count(), 2U);
+        EXPECT_GT(blocksAlive(), before);
+    }
+    EXPECT_EQ(blocksAlive(), before);
 }
 
 TEST(FoundationArrayPortable, AnIndexPastTheEndIsNamed)
@@ -95,6 +110,19 @@ TEST(ConsolePortable, RepeatsAnInterruptedWrite)
         return 0;
     }).standardError;
     EXPECT_THAT(console, testing::EndsWith("] line\n"));
+}
+
+TEST(ConsolePortable, DoesNotRepeatAWriteThatTakesNothing)
+{
+    const Outcome outcome = runInChild([] {
+        alarm(20);
+        const ShortTransfers transfers(0);
+        errno = EINTR; // of an earlier call
+        NS::log(NS::String("line").native());
+        return 0;
+    });
+    EXPECT_TRUE(outcome.hasExited);
+    EXPECT_EQ(outcome.standardError, "");
 }
 
 TEST(ConsolePortable, IgnoresAClosedStandardError)

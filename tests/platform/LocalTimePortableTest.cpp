@@ -115,7 +115,8 @@ TEST(LocalTime, ChangesToTheSecondThatTheCLibraryDoes)
         times.push_back(hour - 1);
         times.push_back(hour);
     }
-    for (const char* zone : {"CET-1CEST,M3.5.0,M10.5.0/3", "NZST-12NZDT,M9.5.0,M4.1.0/3", "AZaz0BBB,0,J365"})
+    for (const char* zone : {"CET-1CEST,M3.5.0,M10.5.0/3", "NZST-12NZDT,M9.5.0,M4.1.0/3", "AZaz0BBB,0,J365",
+             "AAA0BBB,M12.5.4,M6.1.0"}) // the last Thursday is the last day of the year
         expectAgreement(zone, 0, times);
 }
 
@@ -153,7 +154,9 @@ TEST(LocalTime, ARuleWithANumberOutOfItsRangeIsUtc)
     const std::string utc = "1970-01-02 00:00:00";
     EXPECT_EQ(localTimeIn("AAA167"), "1969-12-26 01:00:00");
     EXPECT_EQ(localTimeIn("AAA1:59:59"), "1970-01-01 22:00:01");
-    for (const char* zone : {"AAA168", "AAA1:60", "AAA1:00:60", "AAA-168"})
+    EXPECT_EQ(localTimeIn("AAA1:00:00"), "1970-01-01 23:00:00");
+    EXPECT_EQ(localTimeIn("AAA+1:00"), "1970-01-01 23:00:00");
+    for (const char* zone : {"AAA168", "AAA-+1", "AAA+-1", "AAA1:60", "AAA1:00:60", "AAA-168"})
         EXPECT_EQ(localTimeIn(zone), utc) << zone;
     for (const char* day :
         {"M1.1.0", "M12.1.0", "M6.5.0", "M6.1.6", "J1", "J365", "0", "365", "J100/0", "J100/-167:59:59"}) {

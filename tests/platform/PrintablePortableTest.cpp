@@ -30,6 +30,7 @@ TEST(PrintableName, IsBounded)
 {
     EXPECT_EQ(printableName(std::string(64, 'a').c_str()), std::string(64, 'a'));
     EXPECT_EQ(printableName(std::string(65, 'a').c_str()), std::string(61, 'a') + "...");
+    EXPECT_EQ(printableName(("b" + std::string(100, 'a')).c_str()), "b" + std::string(60, 'a') + "...");
     EXPECT_EQ(printableName(std::string(100'000, '\n').c_str()).size(), 63U); // complete escapes only
 }
 

@@ -5,6 +5,7 @@
 
 #include "ZSpace/platform/portable/LocalTimePortable.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/Descriptors.h"
 #include "tests/support/SystemCallFaults.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -178,6 +179,18 @@ TEST(ZoneFile, AFileThatIsReadInPartIsUtc)
     const auto size = static_cast<long>(file.size());
     EXPECT_EQ(offsetBy(file, 2500, size), 3 * s_hour);
     EXPECT_EQ(offsetBy(file, 2500, size - 1), 0);
+}
+
+TEST(ZoneFile, IsClosedAgain)
+{
+    const Outcome outcome = runInChild([] {
+        const TemporaryFolder folder;
+        writeFile(folder.path() / "zone", zone(s_block, "AAA-5"));
+        setenv("TZ", (folder.path() / "zone").c_str(), 1);
+        const int next = nextDescriptor();
+        return Host::localTime(4000).tm_hour == 6 && nextDescriptor() == next ? 0 : 1;
+    });
+    EXPECT_EQ(outcome.status, 0);
 }
 
 TEST(ZoneFile, ATerminalDoesNotBecomeTheControllingOne)

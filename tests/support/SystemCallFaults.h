@@ -57,6 +57,8 @@ private:
 class ShortTransfers {
 public:
     explicit ShortTransfers(long most) noexcept;
+    /// With a limit of its own for `write`.
+    ShortTransfers(long most, long mostWritten) noexcept;
     ShortTransfers(const ShortTransfers&) = delete; // one at a time
     ShortTransfers& operator=(const ShortTransfers&) = delete;
     ~ShortTransfers();

@@ -28,6 +28,8 @@ long SystemCallFault::count() const noexcept
 
 ShortTransfers::ShortTransfers(long) noexcept { }
 
+ShortTransfers::ShortTransfers(long, long) noexcept { }
+
 ShortTransfers::~ShortTransfers() = default;
 
 } // namespace ZSpace::Testing

@@ -29,6 +29,7 @@ struct Fault {
 
 constinit thread_local std::array<Fault, 32> t_faults{};
 constinit thread_local long t_mostPerTransfer = LONG_MAX;
+constinit thread_local long t_mostPerWrite = LONG_MAX;
 
 Fault& faultOf(SystemCall call) noexcept
 {
@@ -53,9 +54,9 @@ Function* libraryFunction(const char* name) noexcept
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
-std::size_t shortened(std::size_t size) noexcept
+std::size_t shortened(std::size_t size, long most = t_mostPerTransfer) noexcept
 {
-    return std::min(size, static_cast<std::size_t>(t_mostPerTransfer));
+    return std::min(size, static_cast<std::size_t>(most));
 }
 
 } // namespace
@@ -111,7 +112,7 @@ ssize_t __read_chk(int descriptor, void* buffer, std::size_t size, std::size_t)
 ssize_t write(int descriptor, const void* data, std::size_t size)
 {
     static auto* const library = libraryFunction<ssize_t(int, const void*, std::size_t)>("write");
-    return fails(SystemCall::Write) ? -1 : library(descriptor, data, shortened(size));
+    return fails(SystemCall::Write) ? -1 : library(descriptor, data, shortened(size, t_mostPerWrite));
 }
 
 ssize_t copy_file_range(
@@ -233,13 +234,20 @@ long SystemCallFault::count() const noexcept
 }
 
 ShortTransfers::ShortTransfers(long most) noexcept
+    : ShortTransfers(most, most)
+{
+}
+
+ShortTransfers::ShortTransfers(long most, long mostWritten) noexcept
 {
     t_mostPerTransfer = most;
+    t_mostPerWrite = mostWritten;
 }
 
 ShortTransfers::~ShortTransfers()
 {
     t_mostPerTransfer = LONG_MAX;
+    t_mostPerWrite = LONG_MAX;
 }
 
 } // namespace ZSpace::Testing
