@@ -6,6 +6,7 @@
 
 #include "ZSpace/log/LogFrontEnd.h"
 
+#include "ZSpace/log/detail/BoundedText.h"
 #include "ZSpace/platform/Foundation.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Host.h"
@@ -15,7 +16,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdarg>
+#include <cstring>
 #include <functional>
+#include <memory>
+#include <new>
 #include <string>
 #include <thread>
 #include <vector>
@@ -280,6 +285,24 @@ TEST(LogFrontEnd, LinesOfManyThreadsStayWhole)
             ASSERT_THAT(console, HasSubstr(line));
         }
     }
+}
+
+TEST(BoundedText, AStringIsTerminatedWhateverItsBufferHeld)
+{
+    using Text = detail::BoundedText<16>;
+    const auto check = [](const char* format, ...) {
+        alignas(Text) unsigned char storage[sizeof(Text)];
+        std::memset(storage, 'z', sizeof storage);
+        std::va_list arguments;
+        va_start(arguments, format);
+        const Text* const text = new (storage) Text(format, arguments);
+        va_end(arguments);
+        EXPECT_STREQ(text->get(), "aaaaaaaaaaaaaaa");
+        std::destroy_at(text);
+    };
+    check("%s", std::string(16, 'a').c_str());
+    check("%s", std::string(100, 'a').c_str());
+    check("a%s", std::string(100, 'a').c_str());
 }
 
 } // namespace

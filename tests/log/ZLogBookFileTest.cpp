@@ -198,7 +198,7 @@ TEST_F(ReportFile, TheDefaultBookIsNamedAfterTimeAndProcess)
     ASSERT_EQ(outcome.status, 0);
     const fs::directory_iterator files(m_folder.path());
     EXPECT_THAT(files->path().filename().string(),
-        MatchesRegex("transfer\\.[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}-[0-9]{2}-[0-9]{2}_p"
+        MatchesRegex("transfer\\.2[0-9]{3}-[0-9]{2}-[0-9]{2}T[0-9]{2}-[0-9]{2}-[0-9]{2}_p"
             + outcome.standardOutput + "\\.report\\.txt"));
     EXPECT_THAT(contentOf(files->path()), MatchesRegex(s_prefix + "\tx\n"));
     EXPECT_EQ(std::distance(fs::directory_iterator(m_folder.path()), fs::directory_iterator()), 1);

@@ -178,6 +178,32 @@ TEST_F(ZLogBookRollingTest, RollsAndReopensOnRequest)
     EXPECT_THAT(content(), MatchesRegex(s_prefix + "\tfourth\n"));
 }
 
+TEST_F(ZLogBookRollingTest, AFileThatIsReopenedIsMeasuredAgain)
+{
+    ZLogBookRolling::Limits limits;
+    limits.sizeInBytes = 200;
+    const auto book = roll(limits);
+    book->add(ZLogRecord() << std::string(100, 'x').c_str());
+    fs::rename(m_path, m_folder.path() / "moved");
+    book->reopen();
+    book->add(ZLogRecord() << std::string(100, 'y').c_str());
+    EXPECT_THAT(content(), MatchesRegex(s_prefix + "\ty{100}\n"));
+    EXPECT_FALSE(fs::exists(old(1)));
+}
+
+TEST_F(ZLogBookRollingTest, TheSmallestLimitsAreOneByteAndOneOldFile)
+{
+    ZLogBookRolling::Limits limits;
+    limits.sizeInBytes = 1;
+    limits.oldFileCount = 1;
+    const auto book = roll(limits);
+    for (int i = 0; i < 3; ++i)
+        book->add(ZLogRecord() << i);
+    EXPECT_THAT(content(), MatchesRegex(s_prefix + "\t2\n"));
+    EXPECT_THAT(contentOf(old(1)), MatchesRegex(s_prefix + "\t1\n"));
+    EXPECT_FALSE(fs::exists(old(2)));
+}
+
 TEST_F(ZLogBookRollingTest, KeepsNoOldFileIfTheLimitIsZero)
 {
     ZLogBookRolling::Limits limits;
