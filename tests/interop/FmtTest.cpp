@@ -3,15 +3,14 @@
 
 #include "ZSpace/interop/Fmt.h"
 
-#include "ZSpace/interop/StdFormat.h"
+#include "ZSpace/interop/StdFormat.h" // both bridges may be used in one source
 
 #include <gtest/gtest.h>
 
 #include <fmt/xchar.h>
 #include <string>
 
-using namespace ZSpace;
-
+namespace ZSpace::Testing {
 namespace {
 
 TEST(Fmt, FormatsTheThreeClassesAsStrings)
@@ -30,13 +29,17 @@ TEST(Fmt, FormatsWideStringsInWideText)
     EXPECT_EQ(fmt::format(L"{}|{:>6}|{}", string.left(2), string, ZMStr<wchar_t>(L"b")), L"wi|  wide|b");
 }
 
-#ifdef __cpp_lib_format
-TEST(StdFormat, FormatsTheThreeClassesAsStrings)
+TEST(Fmt, FormatsTimesAndGuids)
 {
-    const ZGStr<char> string("abcdef");
-    EXPECT_EQ(std::format("{}|{:>8}|{}", string.left(3), string, ZMStr<char>("b")), "abc|  abcdef|b");
-    EXPECT_EQ(std::format(L"{}", ZGStr<wchar_t>(L"wide").left(2)), L"wi");
+    const ZTime time(2024, 3, 5, 7, 8, 9, 42);
+    const ZGUID guid(0x00112233, 0x4455, 0x6677, 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF);
+    EXPECT_EQ(fmt::format("{}", time), "2024-03-05T07:08:09");
+    EXPECT_EQ(fmt::format("{:>21}|{:*<20}", time, time), "  2024-03-05T07:08:09|2024-03-05T07:08:09*");
+    EXPECT_EQ(fmt::format("{}", guid), "{00112233-4455-6677-8899-aabbccddeeff}");
+    EXPECT_EQ(fmt::format("{:.9}", guid), "{00112233");
+    EXPECT_EQ(
+        fmt::format(L"{} {}", time, guid), L"2024-03-05T07:08:09 {00112233-4455-6677-8899-aabbccddeeff}");
 }
-#endif
 
 } // namespace
+} // namespace ZSpace::Testing
