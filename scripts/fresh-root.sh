@@ -8,6 +8,9 @@
 #   ./scripts/fresh-root.sh bookworm user           both commands of the README, as an ordinary user who may use sudo
 #   ./scripts/fresh-root.sh trixie root run         only ./scripts/run.sh, as root
 #   ./scripts/fresh-root.sh trixie user -- CMD...   another command in the sources' directory
+#
+# The variable ZSPACE_FRESH_ROOT may name a directory to keep the machine in. The next run with that directory continues
+# on the same machine, with the sources as they then are.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
@@ -33,6 +36,24 @@ mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Lab
     exit 1
 }
 
+# Shows what debootstrap does: the number of packages that it has fetched, and its other steps.
+show_debootstrap() {
+    fetched=0
+    while read -r _ step line; do
+        case $step in
+        Retrieving)
+            fetched=$((fetched + 1))
+            [ $((fetched % 20)) -ne 0 ] || echo "    $fetched packages fetched"
+            ;;
+        Installing | Unpacking | Configuring)
+            case $line in
+            *" "*...) echo "    $step $line" ;;
+            esac
+            ;;
+        esac
+    done
+}
+
 # The fresh system is created once for each suite and kept as an archive.
 cache=$PWD/build/fresh
 archive=$cache/$suite.tar
@@ -41,9 +62,11 @@ if [ ! -e "$archive" ]; then
     log=$cache/$suite.debootstrap.log
     echo "Making a minimal $suite (a few minutes; log: $log)"
     rm -rf "$cache/$suite.new"
-    if ! debootstrap --variant=minbase --include=ca-certificates,git,sudo \
-        "$suite" "$cache/$suite.new" "$mirror" >"$log" 2>&1; then
+    debootstrap --variant=minbase --include=ca-certificates,git,sudo "$suite" "$cache/$suite.new" "$mirror" 2>&1 |
+        tee "$log" | show_debootstrap
+    if ! grep -q 'Base system installed successfully' "$log"; then
         tail -n 20 "$log" >&2
+        echo "Making $suite failed; the whole log is $log" >&2
         exit 1
     fi
     tar -C "$cache/$suite.new" --one-file-system -cf "$archive.new" .
@@ -51,22 +74,27 @@ if [ ! -e "$archive" ]; then
     mv "$archive.new" "$archive"
 fi
 
-root=$(mktemp -d "${TMPDIR:-/tmp}/zspace-fresh.XXXXXX")
-trap 'rm -rf --one-file-system "$root"' EXIT
-trap 'exit 1' HUP INT TERM
-tar -C "$root" -xf "$archive"
-echo "fresh" >"$root/etc/hostname"
-echo "127.0.0.1 localhost fresh" >"$root/etc/hosts"
-cp -L /etc/resolv.conf "$root/etc/resolv.conf"
-
-# The tracked files as they are here, owned by the user who works with them.
-home=/root
-if [ "$who" = user ]; then
-    home=/home/visitor
+if [ -n "${ZSPACE_FRESH_ROOT:-}" ]; then
+    mkdir -p "$ZSPACE_FRESH_ROOT"
+    root=$(cd "$ZSPACE_FRESH_ROOT" && pwd -P)
+else
+    root=$(mktemp -d "${TMPDIR:-/tmp}/zspace-fresh.XXXXXX")
+    trap 'rm -rf --one-file-system "$root"' EXIT
+    trap 'exit 1' HUP INT TERM
+fi
+if [ ! -e "$root/etc/debian_version" ]; then
+    tar -C "$root" -xf "$archive"
+    echo "fresh" >"$root/etc/hostname"
+    echo "127.0.0.1 localhost fresh" >"$root/etc/hosts"
+    cp -L /etc/resolv.conf "$root/etc/resolv.conf"
     chroot "$root" useradd --create-home --shell /bin/bash visitor
     echo "visitor ALL=(ALL) NOPASSWD: ALL" >"$root/etc/sudoers.d/visitor"
 fi
-mkdir "$root$home/zspace"
+
+# The tracked files as they are here, owned by the user who works with them.
+home=/root
+[ "$who" = root ] || home=/home/visitor
+mkdir -p "$root$home/zspace"
 git ls-files -z | tar -cf - --null --files-from=- | tar -C "$root$home/zspace" --no-same-owner -xf -
 [ "$who" = root ] || chroot "$root" chown -R visitor: "$home/zspace"
 

@@ -34,7 +34,7 @@ require_packages() {
     }
 }
 
-# run_apt COMMAND...: apt-get as root. Its output goes to build/apt.log; what it downloads is shown.
+# run_apt COMMAND...: apt-get as root. Its output goes to build/apt.log; what it fetches and installs is shown.
 run_apt() {
     as_root=
     [ "$(id -u)" -eq 0 ] || as_root=sudo
@@ -42,8 +42,37 @@ run_apt() {
     result=build/apt.failed
     : >"$result"
     { $as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -o Dpkg::Use-Pty=0 "$@" 2>&1 && rm -f "$result"; } |
-        tee -a build/apt.log | sed -n '/^Need to get/s/^/    /p; /^Fetched/s/^/    /p'
+        tee -a build/apt.log | show_apt
     [ ! -e "$result" ]
+}
+
+# Shows each quarter of the packages that apt-get fetches and sets up. Here and below, the shell reads line by line;
+# some awks and seds would show everything at the end.
+show_apt() {
+    packages=0 fetched=0 configured=0
+    while IFS= read -r line; do
+        case $line in
+        *" upgraded, "*" newly installed, "*)
+            packages=${line#*upgraded, }
+            packages=$((${line%% *} + ${packages%% *}))
+            ;;
+        "Need to get "* | "Fetched "*) echo "    $line" ;;
+        "Get:"*)
+            fetched=$((fetched + 1))
+            show_quarter $fetched "fetched"
+            ;;
+        "Setting up "*)
+            configured=$((configured + 1))
+            show_quarter $configured "set up"
+            ;;
+        esac
+    done
+}
+
+show_quarter() {
+    if [ "$packages" -ge 8 ] && [ $((4 * $1 / packages)) -gt $((4 * ($1 - 1) / packages)) ]; then
+        echo "    $1 of $packages packages $2"
+    fi
 }
 
 # The package with the runtime of the sanitizers for this host's clang, whatever its version.
@@ -82,6 +111,25 @@ require_on_mac() {
     brew install --quiet $missing >/dev/null
 }
 
+# install_npm SOURCE DIRECTORY: installs the packages that SOURCE/package-lock.json pins in DIRECTORY/node_modules, unless
+# they are there. The copy of the lock file marks a complete installation, so it is made last.
+install_npm() {
+    ! cmp -s "$1/package-lock.json" "$2/installed.json" || return 0
+    echo "Fetching what $1/package-lock.json names"
+    rm -rf "$2"
+    mkdir -p "$2"
+    cp "$1/package.json" "$1/package-lock.json" "$2"
+    # npm trusts the certificates that the system trusts.
+    if [ -r /etc/ssl/certs/ca-certificates.crt ]; then
+        NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-/etc/ssl/certs/ca-certificates.crt}
+        export NODE_EXTRA_CA_CERTS
+    fi
+    npm ci --prefix "$2" --cache "$PWD/$2/npm" --ignore-scripts --no-audit --no-fund --no-update-notifier \
+        --loglevel error >/dev/null || return 1
+    rm -rf "$2/npm"
+    cp "$2/package-lock.json" "$2/installed.json"
+}
+
 # Without apt, the tools may be installed all the same.
 have_tools() {
     command -v cmake >/dev/null 2>&1 && command -v ninja >/dev/null 2>&1 && command -v c++ >/dev/null 2>&1
@@ -116,15 +164,58 @@ build() {
     fi
 }
 
-# Shows every tenth part of the build's progress.
+# Shows each tenth of the build's steps.
 show_progress() {
-    awk 'match($0, /^\[[0-9]+\/[0-9]+\] /) {
-        split(substr($0, 2, RLENGTH - 3), step, "/")
-        tenth = int(10 * step[1] / step[2])
-        if (tenth != shown) {
-            printf "    %3d %% (%d of %d steps)\n", 10 * tenth, step[1], step[2]
-            fflush()
-            shown = tenth
-        }
-    }'
+    shown=0
+    while IFS= read -r line; do
+        case $line in
+        "["[0-9]*/[0-9]*"] "*) show_tenth "${line#?}" "] " steps ;;
+        esac
+    done
+}
+
+# run_tests PRESET: runs the tests of a preset, and shows their progress and the output of those that fail. ctest says
+# where its log is.
+run_tests() {
+    result=build/$1.failed
+    mkdir -p build
+    : >"$result"
+    echo "Testing preset $1"
+    { ctest --preset "$1" 2>&1 && rm -f "$result"; } | show_tests
+    if [ -e "$result" ]; then
+        rm -f "$result"
+        return 1
+    fi
+}
+
+show_tests() {
+    shown=0
+    while IFS= read -r line; do
+        test=${line#"${line%%[! ]*}"} # without the spaces before it
+        case $test in
+        "Start "*) ;;
+        [0-9]*/[0-9]*" Test "*)
+            case $test in
+            *" Passed "*) ;;
+            *) echo "$line" ;;
+            esac
+            show_tenth "$test" " " tests
+            ;;
+        *) echo "$line" ;;
+        esac
+    done
+}
+
+# show_tenth TEXT END NAME: for a text "<done>/<all>END...", prints both numbers if another tenth is done since the
+# last time, which $shown tells.
+show_tenth() {
+    count=${1%%"$2"*}
+    case $count in
+    *[!0-9/]* | */*/*) return ;;
+    esac
+    tenth=$((10 * ${count%/*} / ${count#*/}))
+    if [ "$tenth" -ne "$shown" ]; then
+        printf '    %3d %% (%d of %d %s)\n' $((10 * tenth)) "${count%/*}" "${count#*/}" "$3"
+        shown=$tenth
+    fi
 }

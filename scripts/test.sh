@@ -12,13 +12,16 @@ cd "$(dirname "$0")/.."
 # shellcheck disable=SC2154,SC2034 # set and used in setup.sh
 preset=${1:-$default_preset}
 [ $# -eq 0 ] || shift
-packages="$build_packages libgtest-dev libgmock-dev pkgconf jq"
+packages="$build_packages libgtest-dev libgmock-dev libfmt-dev pkgconf jq"
 case $preset in
 clang | asan | fuzz) packages="$packages clang $(clang_runtime)" ;;
+clang-16) packages="$packages clang-16" ;;
+arm64) packages="$packages g++-aarch64-linux-gnu qemu-user googletest" ;;
 gnustep) packages="$packages clang libgnustep-base-dev" ;;
 gnustep-*) packages="$packages clang $(clang_runtime) libgnustep-base-dev" ;;
 libcxx) packages="$packages clang libc++-dev libc++abi-dev googletest" ;;
 esac
+case " $* " in *" debugger "*) packages="$packages gdb lldb" ;; esac
 # shellcheck disable=SC2086 # the list is to be split
 require_packages $packages
 
@@ -27,5 +30,4 @@ examples=ON
 [ $# -eq 0 ] || examples=OFF
 configure_options="-DZSPACE_BUILD_TESTS=ON -DZSPACE_BUILD_EXAMPLES=$examples -DZSPACE_TESTED=$(echo "$*" | tr ' ' ';')"
 build "$preset"
-echo "Testing preset $preset"
-ctest --preset "$preset"
+run_tests "$preset"
