@@ -27,6 +27,13 @@ echo "Checking the shell scripts"
 git ls-files -z 'scripts/*' 'tests/*.sh' 'packaging/*.sh' 'examples/*' .ci/run |
     xargs -0 grep -lE '^#!/(bin/sh|usr/bin/env (ba)?sh)' | xargs shellcheck -x -e SC2016
 
+if command -v npm >/dev/null 2>&1; then
+    echo "Checking the workflows"
+    ./scripts/lint-workflows.sh
+else
+    echo "There is no npm, so the workflows are not checked: ./scripts/lint-workflows.sh installs it and checks them"
+fi
+
 if [ $# -eq 0 ]; then
     # shellcheck disable=SC2046 # one word per file
     set -- $(git ls-files 'app/*.cpp' 'ZSpace/*.cpp' ':!ZSpace/platform/darwin' ':!ZSpace/platform/foundation')
