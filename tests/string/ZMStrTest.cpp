@@ -391,6 +391,7 @@ TYPED_TEST(ZMStrTest, PiecesAreBuilders)
     ASSERT_EQ(pieces.Count(), 3);
     EXPECT_EQ(pieces[2].Capacity(), 3);
     EXPECT_EQ(static_cast<const T*>(pieces[1]), nullptr);
+    EXPECT_EQ(pieces[1].Capacity(), 1);
 }
 
 TYPED_TEST(ZMStrTest, OperationsThatTerminateAreNoexcept)
