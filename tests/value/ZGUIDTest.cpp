@@ -16,6 +16,7 @@
 #include <ctime>
 #include <functional>
 #include <iomanip>
+#include <new>
 #include <ostream>
 #include <random>
 #include <set>
@@ -366,7 +367,7 @@ TEST(ZGUIDTest, ALongLastGroupStopsAtTheEndOfTheGuid)
         ZGUID guid;
         unsigned char after[4]{1, 2, 3, 4};
     } memory;
-    memory.guid = ZGUID(1, 2, 3, 4, "abcdefgh");
+    new (&memory.guid) ZGUID(1, 2, 3, 4, "abcdefgh");
     EXPECT_THAT(memory.after, ElementsAre(1, 2, 3, 4));
     memory.guid = "1-2-3-4444-00112233445566778899";
     EXPECT_EQ(textOf(memory.guid), "{10000000-2000-3000-4444-001122334455}");
