@@ -269,7 +269,7 @@ TEST(ZTimeTest, ConvertsFromAndToTheSystemClock)
 {
     const Milliseconds moment(std::chrono::milliseconds(1709622489042));
     EXPECT_EQ(textOf(ZTime(moment)), "2024-03-05T07:08:09.042");
-    EXPECT_EQ(static_cast<Milliseconds>(s_sampleTime), moment);
+    EXPECT_EQ(static_cast<Milliseconds>(s_sampleTime).time_since_epoch(), moment.time_since_epoch());
     RandomTimes times;
     for (int i = 0; i < 5000; ++i) {
         ZTime time = times.next();
