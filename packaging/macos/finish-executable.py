@@ -111,14 +111,22 @@ class Opcodes:
         return name
 
 
-def encoded(number):
-    """A ULEB128, or an SLEB128 if the number is negative."""
+def encoded_unsigned(number):
+    """A ULEB128."""
     result = bytearray()
-    while True:
-        byte, number = number & 0x7F, number >> 7
-        if number in (0, -1) and (number == 0 or byte & 0x40):
-            return bytes(result) + bytes([byte])
-        result.append(byte | 0x80)
+    while number > 0x7F:
+        result.append(number & 0x7F | 0x80)
+        number >>= 7
+    return bytes(result) + bytes([number])
+
+
+def encoded_signed(number):
+    """An SLEB128."""
+    result = bytearray()
+    while not -0x40 <= number < 0x40:
+        result.append(number & 0x7F | 0x80)
+        number >>= 7
+    return bytes(result) + bytes([number & 0x7F])
 
 
 def read_binds(content):
@@ -159,28 +167,64 @@ def read_binds(content):
     return binds
 
 
-def write_binds(binds):
-    """The entries as opcodes, sorted by name."""
-    result = bytearray()
+def entries_of(binds):
+    """The places in the order of their symbols, as [(opcodes before, (segment, offset))], and the opcodes at the end."""
+    entries = []
+    opcodes = b""
     kind = addend = 0
-    position = None
     for (name, flags), places in sorted(binds.items()):
-        result += bytes([BIND_SYMBOL | flags]) + name + b"\0"
+        opcodes += bytes([BIND_SYMBOL | flags]) + name + b"\0"
         for place in sorted(places, key=lambda place: place[2:]):
             if place[0] != kind:
                 kind = place[0]
-                result.append(BIND_TYPE | kind)
+                opcodes += bytes([BIND_TYPE | kind])
             if place[1] != addend:
                 addend = place[1]
-                number = encoded(addend)
-                if addend > 0 and number[-1] & 0x40:  # would read as negative
-                    number = number[:-1] + bytes([number[-1] | 0x80, 0])
-                result += bytes([BIND_ADDEND]) + number
-            if place[2:] != position:
-                result += bytes([BIND_SEGMENT | place[2]]) + encoded(place[3])
-            result.append(BIND_HERE)
-            position = (place[2], place[3] + POINTER_SIZE)
-    return bytes(result) + bytes([BIND_DONE])
+                opcodes += bytes([BIND_ADDEND]) + encoded_signed(addend)
+            entries.append((opcodes, place[2:]))
+            opcodes = b""
+    return entries, opcodes
+
+
+def skip_after(entries, index):
+    """How much to skip between a place and the next one; 0 if the next one is not ahead."""
+    if index + 1 == len(entries):
+        return 0
+    (segment, offset), (next_segment, next_offset) = entries[index][1], entries[index + 1][1]
+    return max(0, next_offset - offset - POINTER_SIZE) if segment == next_segment else 0
+
+
+def bind(times, skip):
+    """The opcodes that bind several places at equal distances, and skip as much after the last."""
+    if times > 1:
+        return bytes([BIND_REPEATEDLY]) + encoded_unsigned(times) + encoded_unsigned(skip)
+    if skip == 0:
+        return bytes([BIND_HERE])
+    if skip % POINTER_SIZE == 0 and skip // POINTER_SIZE < 16:
+        return bytes([BIND_THEN_ADD_SCALED | skip // POINTER_SIZE])
+    return bytes([BIND_THEN_ADD]) + encoded_unsigned(skip)
+
+
+def write_binds(binds):
+    """The entries as opcodes, sorted by name."""
+    entries, last_opcodes = entries_of(binds)
+    result = bytearray()
+    position = None
+    index = 0
+    while index < len(entries):
+        opcodes, place = entries[index]
+        if place != position:
+            result += bytes([BIND_SEGMENT | place[0]]) + encoded_unsigned(place[1])
+        result += opcodes
+        skip, times = skip_after(entries, index), 0
+        position = place
+        while index < len(entries) and entries[index][1] == position and skip_after(entries, index) == skip and (
+            times == 0 or not entries[index][0]
+        ):
+            position = (position[0], position[1] + POINTER_SIZE + skip)
+            index, times = index + 1, times + 1
+        result += bind(times, skip)
+    return bytes(result) + last_opcodes + bytes([BIND_DONE])
 
 
 def sort_weak_binds(executable):
