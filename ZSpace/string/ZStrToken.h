@@ -166,8 +166,8 @@ public:
     {
         return this->compare(other) <=> 0;
     }
-    bool operator==(const ZGStr<T>& other) const noexcept { return *this == ZStrToken(other); }
-    bool operator==(const ZMStr<T>& other) const noexcept { return *this == ZStrToken(other); }
+    friend bool operator==(ZStrToken a, const ZGStr<T>& b) noexcept { return a == ZStrToken(b); }
+    friend bool operator==(ZStrToken a, const ZMStr<T>& b) noexcept { return a == ZStrToken(b); }
     std::weak_ordering operator<=>(ZStrToken other) const noexcept { return this->compare(other) <=> 0; }
     std::weak_ordering operator<=>(const T* other) const noexcept { return this->compare(other) <=> 0; }
     std::weak_ordering operator<=>(const ZGStr<T>& other) const noexcept
