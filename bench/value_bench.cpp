@@ -111,9 +111,12 @@ inline Fields fieldsOf(std::uint64_t secondsSince1970, unsigned milliseconds)
         ofDay / 60 % 60, ofDay % 60, milliseconds};
 }
 
+/// The number in two digits; 100 or more if one is not a digit.
 inline unsigned pairAt(const char* text)
 {
-    return static_cast<unsigned>(text[0] - '0') * 10 + static_cast<unsigned>(text[1] - '0');
+    const auto tens = static_cast<unsigned char>(text[0] - '0');
+    const auto ones = static_cast<unsigned char>(text[1] - '0');
+    return tens < 10 && ones < 10 ? tens * 10U + ones : 100;
 }
 
 constexpr Fields s_fields{2024, 3, 5, 7, 8, 9, 42};
@@ -130,13 +133,34 @@ void runInto(benchmark::State& state, Write write)
     });
 }
 
+/// Runs the same for a result that is an array of its own, as a returned string is.
+template <typename Write>
+void runIntoNew(benchmark::State& state, Write write)
+{
+    run(state, [&] {
+        std::unique_ptr<char[]> text(new char[64]);
+        text[static_cast<std::size_t>(write(text.get()))] = 0;
+        return text;
+    });
+}
+
+// Each row comes twice: as a returned string, and written to an array of the caller.
+
 // Time fields to text: 2024-03-05T07:08:09.042
+
+const auto writeTimeText = [](char* to) { return putFieldsAndMilliseconds(to, opaque(s_fields)) - to; };
 
 void timeText_baseline(benchmark::State& state)
 {
-    runInto(state, [](char* to) { return putFieldsAndMilliseconds(to, opaque(s_fields)) - to; });
+    runIntoNew(state, writeTimeText);
 }
 BENCHMARK(timeText_baseline);
+
+void timeTextIntoArray_baseline(benchmark::State& state)
+{
+    runInto(state, writeTimeText);
+}
+BENCHMARK(timeTextIntoArray_baseline);
 
 void timeText_strftime(benchmark::State& state)
 {
@@ -148,13 +172,13 @@ BENCHMARK(timeText_strftime);
 
 const ZTime s_time(2024, 3, 5, 7, 8, 9, 42);
 
-void timeText_ZTime(benchmark::State& state)
+void timeText(benchmark::State& state)
 {
     run(state, [] { return s_time.toCStringEx(); });
 }
-BENCHMARK(timeText_ZTime);
+BENCHMARK(timeText);
 
-void timeText_ZTimeIntoArray(benchmark::State& state)
+void timeTextIntoArray(benchmark::State& state)
 {
     run(state, [] {
         char text[ZTime::s_textCapacity];
@@ -163,7 +187,7 @@ void timeText_ZTimeIntoArray(benchmark::State& state)
         return length;
     });
 }
-BENCHMARK(timeText_ZTimeIntoArray);
+BENCHMARK(timeTextIntoArray);
 
 void timeText_snprintf(benchmark::State& state)
 {
@@ -202,23 +226,31 @@ BENCHMARK(timeText_abslFormatTime);
 
 constexpr unsigned int s_seconds = 1709622489;
 
+const auto writeSecondsText = [](char* to) { return putFields(to, fieldsOf(opaque(s_seconds), 0)) - to; };
+
 void secondsText_baseline(benchmark::State& state)
 {
-    runInto(state, [](char* to) { return putFields(to, fieldsOf(opaque(s_seconds), 0)) - to; });
+    runIntoNew(state, writeSecondsText);
 }
 BENCHMARK(secondsText_baseline);
 
-void secondsText_ZTime(benchmark::State& state)
+void secondsTextIntoArray_baseline(benchmark::State& state)
+{
+    runInto(state, writeSecondsText);
+}
+BENCHMARK(secondsTextIntoArray_baseline);
+
+void secondsText(benchmark::State& state)
 {
     run(state, [] { return ZTime(opaque(s_seconds)).toCString(); });
 }
-BENCHMARK(secondsText_ZTime);
+BENCHMARK(secondsText);
 
-void secondsText_ZTimeIntoArray(benchmark::State& state)
+void secondsTextIntoArray(benchmark::State& state)
 {
     runInto(state, [](char* to) { return ZTime(opaque(s_seconds)).writeText(to); });
 }
-BENCHMARK(secondsText_ZTimeIntoArray);
+BENCHMARK(secondsTextIntoArray);
 
 void secondsText_strftime(benchmark::State& state)
 {
@@ -233,29 +265,37 @@ BENCHMARK(secondsText_strftime);
 
 // Now to text
 
+const auto writeNowText = [](char* to) {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    const Fields fields =
+        fieldsOf(static_cast<std::uint64_t>(now.tv_sec), static_cast<unsigned>(now.tv_nsec / 1'000'000));
+    return putFieldsAndMilliseconds(to, fields) - to;
+};
+
 void nowText_baseline(benchmark::State& state)
 {
-    runInto(state, [](char* to) {
-        timespec now{};
-        clock_gettime(CLOCK_REALTIME, &now);
-        const Fields fields =
-            fieldsOf(static_cast<std::uint64_t>(now.tv_sec), static_cast<unsigned>(now.tv_nsec / 1'000'000));
-        return putFieldsAndMilliseconds(to, fields) - to;
-    });
+    runIntoNew(state, writeNowText);
 }
 BENCHMARK(nowText_baseline);
 
-void nowText_ZTime(benchmark::State& state)
+void nowTextIntoArray_baseline(benchmark::State& state)
+{
+    runInto(state, writeNowText);
+}
+BENCHMARK(nowTextIntoArray_baseline);
+
+void nowText(benchmark::State& state)
 {
     run(state, [] { return ZTime(true).toCStringEx(); });
 }
-BENCHMARK(nowText_ZTime);
+BENCHMARK(nowText);
 
-void nowText_ZTimeIntoArray(benchmark::State& state)
+void nowTextIntoArray(benchmark::State& state)
 {
     runInto(state, [](char* to) { return ZTime(true).writeTextEx(to); });
 }
-BENCHMARK(nowText_ZTimeIntoArray);
+BENCHMARK(nowTextIntoArray);
 
 void nowText_strftime(benchmark::State& state)
 {
@@ -277,17 +317,26 @@ void timeParse_baseline(benchmark::State& state)
 {
     run(state, [] {
         const char* text = opaque(s_timeText);
-        return Fields{pairAt(text) * 100 + pairAt(text + 2), pairAt(text + 5), pairAt(text + 8),
-            pairAt(text + 11), pairAt(text + 14), pairAt(text + 17), 0};
+        Fields fields{};
+        if (std::strlen(text) != 19 || text[4] != '-' || text[7] != '-' || text[10] != 'T' || text[13] != ':'
+            || text[16] != ':')
+            return fields;
+        const unsigned century = pairAt(text);
+        const unsigned ofCentury = pairAt(text + 2);
+        fields = {century * 100 + ofCentury, pairAt(text + 5), pairAt(text + 8), pairAt(text + 11),
+            pairAt(text + 14), pairAt(text + 17), 0};
+        const bool isValid = ofCentury < 100 && fields.year < 10'000 && fields.month < 13 && fields.day < 32
+            && fields.hour < 24 && fields.minute < 60 && fields.second < 60;
+        return isValid ? fields : Fields{};
     });
 }
 BENCHMARK(timeParse_baseline);
 
-void timeParse_ZTime(benchmark::State& state)
+void timeParse(benchmark::State& state)
 {
     run(state, [] { return ZTime(opaque(s_timeText)); });
 }
-BENCHMARK(timeParse_ZTime);
+BENCHMARK(timeParse);
 
 void timeParse_sscanf(benchmark::State& state)
 {
@@ -322,11 +371,11 @@ BENCHMARK(timeParse_absl);
 
 // The current time as fields, on one and two threads
 
-void timeNow_ZTime(benchmark::State& state)
+void timeNow(benchmark::State& state)
 {
     run(state, [] { return ZTime(true); });
 }
-BENCHMARK(timeNow_ZTime)->ThreadRange(1, 2);
+BENCHMARK(timeNow)->ThreadRange(1, 2);
 
 void timeNow_gmtime_r(benchmark::State& state)
 {
@@ -354,11 +403,11 @@ BENCHMARK(timeNow_clockAlone);
 
 // Seconds between two times
 
-void timeDifference_ZTime(benchmark::State& state)
+void timeDifference(benchmark::State& state)
 {
     run(state, [] { return opaque(ZTime(2025, 1, 2, 3, 4, 5, 0)) - opaque(s_time); });
 }
-BENCHMARK(timeDifference_ZTime);
+BENCHMARK(timeDifference);
 
 void timeDifference_mktime(benchmark::State& state)
 {
@@ -396,27 +445,35 @@ constexpr std::array<std::array<char, 2>, 256> s_hexPairs = [] {
 /// Where each byte of a GUID is in its text form.
 constexpr int s_hexPlaces[]{7, 5, 3, 1, 12, 10, 17, 15, 20, 22, 25, 27, 29, 31, 33, 35};
 
+const auto writeGuidText = [](char* to) {
+    unsigned char bytes[sizeof(ZGUID)];
+    std::memcpy(bytes, &s_guid, sizeof bytes);
+    benchmark::DoNotOptimize(bytes);
+    std::memcpy(to, "{00000000-0000-0000-0000-000000000000}", 38);
+    for (int i = 0; i < 16; ++i)
+        std::memcpy(to + s_hexPlaces[i], s_hexPairs[bytes[i]].data(), 2);
+    return 38;
+};
+
 void guidText_baseline(benchmark::State& state)
 {
-    runInto(state, [](char* to) {
-        unsigned char bytes[sizeof(ZGUID)];
-        std::memcpy(bytes, &s_guid, sizeof bytes);
-        benchmark::DoNotOptimize(bytes);
-        std::memcpy(to, "{00000000-0000-0000-0000-000000000000}", 38);
-        for (int i = 0; i < 16; ++i)
-            std::memcpy(to + s_hexPlaces[i], s_hexPairs[bytes[i]].data(), 2);
-        return 38;
-    });
+    runIntoNew(state, writeGuidText);
 }
 BENCHMARK(guidText_baseline);
 
-void guidText_ZGUID(benchmark::State& state)
+void guidTextIntoArray_baseline(benchmark::State& state)
+{
+    runInto(state, writeGuidText);
+}
+BENCHMARK(guidTextIntoArray_baseline);
+
+void guidText(benchmark::State& state)
 {
     run(state, [] { return s_guid.toCString(); });
 }
-BENCHMARK(guidText_ZGUID);
+BENCHMARK(guidText);
 
-void guidText_ZGUIDIntoArray(benchmark::State& state)
+void guidTextIntoArray(benchmark::State& state)
 {
     run(state, [] {
         std::array<char, ZGUID::s_textLength> text;
@@ -424,7 +481,7 @@ void guidText_ZGUIDIntoArray(benchmark::State& state)
         return text;
     });
 }
-BENCHMARK(guidText_ZGUIDIntoArray);
+BENCHMARK(guidTextIntoArray);
 
 void guidText_snprintf(benchmark::State& state)
 {
@@ -447,8 +504,11 @@ void guidText_boost(benchmark::State& state)
 }
 BENCHMARK(guidText_boost);
 
+constexpr unsigned char s_noHexDigit = 0x80;
+
 constexpr std::array<unsigned char, 256> s_hexValues = [] {
     std::array<unsigned char, 256> values{};
+    values.fill(s_noHexDigit);
     for (unsigned char i = 0; i < 16; ++i) {
         values[static_cast<unsigned char>("0123456789abcdef"[i])] = i;
         values[static_cast<unsigned char>("0123456789ABCDEF"[i])] = i;
@@ -460,12 +520,18 @@ void guidParse_baseline(benchmark::State& state)
 {
     run(state, [] {
         const auto* text = reinterpret_cast<const unsigned char*>(opaque(s_guidText));
-        std::array<unsigned char, 16> bytes;
+        std::array<unsigned char, 16> bytes{};
+        if (std::strlen(opaque(s_guidText)) != 38 || text[0] != '{' || text[9] != '-' || text[14] != '-'
+            || text[19] != '-' || text[24] != '-')
+            return bytes;
+        unsigned seen = 0;
         for (std::size_t i = 0; i < 16; ++i) {
-            const unsigned char* pair = text + s_hexPlaces[i];
-            bytes[i] = static_cast<unsigned char>(s_hexValues[pair[0]] << 4 | s_hexValues[pair[1]]);
+            const unsigned high = s_hexValues[text[s_hexPlaces[i]]];
+            const unsigned low = s_hexValues[text[s_hexPlaces[i] + 1]];
+            seen |= high | low;
+            bytes[i] = static_cast<unsigned char>(high << 4 | low);
         }
-        return bytes;
+        return seen < s_noHexDigit ? bytes : std::array<unsigned char, 16>{};
     });
 }
 BENCHMARK(guidParse_baseline);
@@ -494,11 +560,11 @@ void guidParse_libuuid(benchmark::State& state)
 BENCHMARK(guidParse_libuuid);
 #endif
 
-void guidParse_ZGUID(benchmark::State& state)
+void guidParse(benchmark::State& state)
 {
     run(state, [] { return ZGUID(opaque(s_guidText)); });
 }
-BENCHMARK(guidParse_ZGUID);
+BENCHMARK(guidParse);
 
 void guidParse_boost(benchmark::State& state)
 {
