@@ -10,6 +10,7 @@
 #include <bit>
 #include <climits>
 #include <cmath>
+#include <concepts>
 #include <cstdint>
 #include <cstring>
 
@@ -121,9 +122,8 @@ long writeFraction(char* to, Fraction fraction, long limit) noexcept
 }
 
 /// The quotients `digit` / 10^`place` of the first places after the point, as division computes them.
-constexpr long s_quotientPlaces = 22; // powers of ten that are exact
 constexpr auto s_quotients = [] {
-    std::array<std::array<double, 10>, s_quotientPlaces> quotients{};
+    std::array<std::array<double, 10>, 22> quotients{}; // the places whose powers of ten are exact
     double power = 10;
     for (auto& place : quotients) {
         for (int digit = 0; digit < 10; ++digit)
@@ -133,22 +133,111 @@ constexpr auto s_quotients = [] {
     return quotients;
 }();
 
-/// The value of eight decimal digits; `s_noDigits` if one of the characters is not a digit.
-constexpr std::uint32_t s_noDigits = UINT32_MAX;
-inline std::uint32_t readEightDigits(const char* text) noexcept
+/// Whether digits are read a word at a time.
+template <StrChar T>
+constexpr bool s_readsRuns = sizeof(T) == 1 && std::endian::native == std::endian::little;
+
+template <std::unsigned_integral Word>
+Word wordAt(const char* text) noexcept
 {
-    std::uint64_t word = 0;
+    Word word = 0;
     std::memcpy(&word, text, sizeof word);
-    // "0" to "9" are 0x30 to 0x39, and only they stay below 0x40 when 6 is added.
-    constexpr std::uint64_t high = 0xF0F0F0F0F0F0F0F0;
-    constexpr std::uint64_t zeros = 0x3030303030303030;
-    if ((word & high) != zeros || ((word + 0x0606060606060606) & high) != zeros)
-        return s_noDigits;
-    // Joins neighbors: bytes to pairs, pairs to fours, fours to eight. The first character is the low byte.
-    word &= 0x0F0F0F0F0F0F0F0F;
-    word = (word * 10 + (word >> 8)) & 0x00FF00FF00FF00FF;
-    word = (word * 100 + (word >> 16)) & 0x0000FFFF0000FFFF;
-    return static_cast<std::uint32_t>(word * 10'000 + (word >> 32));
+    return word;
+}
+
+/// The first up to eight of `n` characters as the bytes of a word, the first one lowest; missing ones are 0. Reads no
+/// others: short runs are put together from reads that overlap.
+inline std::uint64_t leadingBytes(const char* text, long n) noexcept
+{
+    if (n >= 8)
+        return wordAt<std::uint64_t>(text);
+    if (n >= 4) {
+        const std::uint64_t last = wordAt<std::uint32_t>(text + n - 4);
+        return last << 8 * (n - 4) | wordAt<std::uint32_t>(text);
+    }
+    if (n < 1)
+        return 0;
+    const auto byteAt = [text](long i) { return std::uint64_t(unsignedOf(text[i])) << 8 * i; };
+    return byteAt(0) | byteAt(n / 2) | byteAt(n - 1);
+}
+
+/// The digits at the start of a string, up to eight, all read at once.
+class DigitRun {
+public:
+    static constexpr long s_maxCount = 8;
+
+    DigitRun(const char* text, long n) noexcept
+    {
+        const std::uint64_t digits = leadingBytes(text, n) ^ 0x3030'3030'3030'3030;
+        // Adding 128 - 10 sets the top bit of each byte that is 10 or more, and carries nothing into the next byte.
+        const std::uint64_t sums = (digits & 0x7F7F'7F7F'7F7F'7F7F) + 0x7676'7676'7676'7676;
+        const std::uint64_t others = (sums | digits) & 0x8080'8080'8080'8080;
+        m_count = std::countr_zero(others) / 8;
+        m_digits = digits & (((others & (0 - others)) >> 7) - 1); // the bytes below the first other character
+    }
+
+    [[nodiscard]] long count() const noexcept { return m_count; }
+    [[nodiscard]] bool isFull() const noexcept { return m_count == s_maxCount; }
+    /// The digit at `i`; 0 after the last one.
+    [[nodiscard]] std::size_t digitAt(long i) const noexcept { return m_digits >> 8 * i & 0xFF; }
+    /// The value of all digits.
+    [[nodiscard]] std::uint32_t value() const noexcept
+    {
+        // Moves the digits behind leading zeros; without digits there is nothing to move. Then joins neighbors: bytes to
+        // pairs, pairs to fours, fours to eight.
+        std::uint64_t word = m_digits << (8 * (s_maxCount - m_count) & 63);
+        word = (word * 10 + (word >> 8)) & 0x00FF'00FF'00FF'00FF;
+        word = (word * 100 + (word >> 16)) & 0x0000'FFFF'0000'FFFF;
+        return static_cast<std::uint32_t>(word * 10'000 + (word >> 32));
+    }
+
+private:
+    std::uint64_t m_digits;
+    long m_count;
+};
+
+/// Reads the digits before the point, and moves `text` behind them.
+template <StrChar T>
+double readWhole(const T*& text, const T* end) noexcept
+{
+    constexpr unsigned long long exactLimit = 1ULL << 53; // below it, integers and doubles agree
+    unsigned long long whole = 0;
+    if constexpr (s_readsRuns<T>) {
+        const DigitRun run(text, end - text);
+        whole = run.value();
+        text += run.count();
+        if (!run.isFull())
+            return static_cast<double>(whole);
+    }
+    for (; text != end && isDigitChar(*text) && whole < exactLimit / 10 - 1; ++text)
+        whole = whole * 10 + static_cast<unsigned>(*text - '0');
+    auto value = static_cast<double>(whole);
+    for (; text != end && isDigitChar(*text); ++text)
+        value = value * 10 + (*text - '0');
+    return value;
+}
+
+/// Adds the digits after the point, one by one, in double arithmetic.
+template <StrChar T>
+double withFraction(double value, const T* text, const T* end) noexcept
+{
+    const auto digits = static_cast<std::size_t>(end - text);
+    std::size_t i = 0;
+    if constexpr (s_readsRuns<T>) {
+        const DigitRun run(text, end - text);
+        for (; i < DigitRun::s_maxCount; ++i) // always all, as adding 0 is faster than a branch
+            value += s_quotients[i][run.digitAt(static_cast<long>(i))];
+        if (!run.isFull())
+            return value;
+    }
+    for (; i < digits && isDigitChar(text[i]) && i < s_quotients.size(); ++i)
+        value += s_quotients[i][static_cast<std::size_t>(text[i] - '0')];
+    if (i == s_quotients.size()) {
+        double power = 1e22;
+        for (; i < digits && isDigitChar(text[i]); ++i)
+            value += (text[i] - '0') / (power *= 10);
+    }
+    return value;
 }
 
 } // namespace
@@ -202,18 +291,19 @@ void writeHexBytes(T* to, const void* bytes, long n) noexcept
 template <StrChar T>
 unsigned long long readDecimal(const T* text, long n) noexcept
 {
+    const T* const end = text + std::max(n, 0L);
     unsigned long long number = 0;
-    long i = 0;
-    if constexpr (sizeof(T) == 1 && std::endian::native == std::endian::little) {
-        for (; i + 8 <= n; i += 8) {
-            const std::uint32_t digits = readEightDigits(text + i);
-            if (digits == s_noDigits)
+    if constexpr (s_readsRuns<T>) {
+        constexpr long worthwhile = 10; // one by one, a few digits are read faster
+        for (; end - text >= worthwhile; text += DigitRun::s_maxCount) {
+            const DigitRun run(text, end - text);
+            if (!run.isFull())
                 break;
-            number = number * 100'000'000 + digits;
+            number = number * 100'000'000 + run.value();
         }
     }
-    for (; i < n && isDigitChar(text[i]); ++i)
-        number = number * 10 + static_cast<unsigned>(text[i] - '0');
+    for (; text != end && isDigitChar(*text); ++text)
+        number = number * 10 + static_cast<unsigned>(*text - '0');
     return number;
 }
 
@@ -226,26 +316,13 @@ unsigned long long readSignedDecimal(const T* text, long n) noexcept
 template <StrChar T>
 double readReal(const T* text, long n) noexcept
 {
+    const T* const end = text + std::max(n, 0L);
     const bool isNegative = startsWithMinus(text, n);
-    long i = isNegative;
-    constexpr unsigned long long exactLimit = 1ULL << 53; // below it, integers and doubles agree
-    unsigned long long whole = 0;
-    for (; i < n && isDigitChar(text[i]) && whole < exactLimit / 10 - 1; ++i)
-        whole = whole * 10 + static_cast<unsigned>(text[i] - '0');
-    auto value = static_cast<double>(whole);
-    for (; i < n && isDigitChar(text[i]); ++i)
-        value = value * 10 + (text[i] - '0');
-    if (i < n && text[i] == '.') {
-        const long first = ++i;
-        for (; i < n && isDigitChar(text[i]) && i - first < s_quotientPlaces; ++i)
-            value +=
-                s_quotients[static_cast<std::size_t>(i - first)][static_cast<std::size_t>(text[i] - '0')];
-        if (i - first == s_quotientPlaces) {
-            double power = 1e22;
-            for (; i < n && isDigitChar(text[i]); ++i)
-                value += (text[i] - '0') / (power *= 10);
-        }
-    }
+    if (isNegative)
+        ++text;
+    double value = readWhole(text, end);
+    if (text != end && *text == '.')
+        value = withFraction(value, text + 1, end);
     return isNegative ? -value : value;
 }
 
