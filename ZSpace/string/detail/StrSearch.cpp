@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstddef>
+#include <numeric>
 
 namespace ZSpace::detail {
 
@@ -185,7 +186,23 @@ long findLast(const T* text, const T* what, long m, long from) noexcept
 template <StrChar T>
 long countOf(const T* text, long n, T c) noexcept
 {
-    return n < 1 ? 0 : static_cast<long>(std::count(text, text + n, c));
+    // Each byte counts the hits at one place of up to 255 blocks, so that nothing overflows.
+    constexpr long rounds = 255;
+    long hits = 0;
+    long i = 0;
+    while (i + s_block <= n) {
+        std::array<unsigned char, s_block> sums{};
+        const long end = i + std::min((n - i) / s_block, rounds) * s_block;
+        for (; i < end; i += s_block) {
+            const T* next = text + i;
+            for (unsigned char& sum : sums)
+                sum = static_cast<unsigned char>(sum + (*next++ == c));
+        }
+        hits = std::accumulate(sums.begin(), sums.end(), hits);
+    }
+    for (; i < n; ++i)
+        hits += text[i] == c;
+    return hits;
 }
 
 template <StrChar T>

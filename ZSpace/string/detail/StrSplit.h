@@ -13,7 +13,7 @@ namespace ZSpace::detail {
 template <StrChar T>
 void assignExactly(ZGStr<T>& to, const T* text, long n)
 {
-    to = ZGStr<T>(text, n);
+    to.assign(text, n);
 }
 
 template <StrChar T>
