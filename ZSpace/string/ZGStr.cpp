@@ -102,21 +102,6 @@ ZGStr<T>& ZGStr<T>::operator=(ZGStr&& other) noexcept
 }
 
 template <typename T>
-ZGStr<T>& ZGStr<T>::adopt(T* text) noexcept
-{
-    release(std::exchange(m_text, text));
-    return *this;
-}
-
-template <typename T>
-ZGStr<T>& ZGStr<T>::ensureArray()
-{
-    if (!m_text)
-        m_text = create(0);
-    return *this;
-}
-
-template <typename T>
 T* ZGStr<T>::getBuffer(long n)
 {
     if (n > 0)

@@ -658,9 +658,18 @@ public:
     }
 
 private:
-    ZGStr& adopt(T* text) noexcept;
+    ZGStr& adopt(T* text) noexcept
+    {
+        release(std::exchange(m_text, text));
+        return *this;
+    }
     /// Allocates an empty array if the pointer is null.
-    ZGStr& ensureArray();
+    ZGStr& ensureArray()
+    {
+        if (!m_text)
+            m_text = create(0);
+        return *this;
+    }
     /// Reallocates for `n` more characters, the terminator, the usual spare element and `spare` more.
     template <typename Write>
     ZGStr& extendReserving(long n, long spare, Write write) noexcept;

@@ -4,6 +4,7 @@
 #include "ZSpace/string/ZMStr.h"
 
 #include "ZSpace/core/ZException.h"
+#include "ZSpace/string/detail/StrDigits.h"
 #include "ZSpace/string/detail/StrReplace.h"
 #include "ZSpace/string/detail/StrSearch.h"
 #include "ZSpace/string/detail/StrSplit.h"
@@ -137,7 +138,9 @@ void ZMStr<T>::swap(ZMStr& other) noexcept
 template <typename T>
 ZMStr<T>& ZMStr<T>::appendCopies(T c, long count) noexcept
 {
-    return count > 0 ? extend(count, [=](T* to) { detail::fillChars(to, c, count); }) : *this;
+    if (count < 1)
+        return *this;
+    return extendGrowing(count, count, [=](T* to) { detail::fillChars(to, c, count); });
 }
 
 template <typename T>
@@ -175,6 +178,12 @@ ZMStr<T>& ZMStr<T>::join(const ZMStr* texts) noexcept
 template <typename T>
 ZMStr<T>& ZMStr<T>::appendPadded(detail::Decimal number, long width, bool emptyIfZero) noexcept
 {
+    // As in dates and times
+    const bool isPair = width == 2 && number.magnitude < 100 && !number.isNegative;
+    if (isPair && fits(width)) {
+        writeAtEnd(width, [=](T* to) { detail::writePair(to, detail::s_decimalPairs[number.magnitude]); });
+        return *this;
+    }
     const long digits = emptyIfZero && number.magnitude == 0 ? 0 : number.length();
     appendCopies(T('0'), detail::differenceOf(width, digits));
     return this->appendDecimal(number, emptyIfZero);

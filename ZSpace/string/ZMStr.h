@@ -226,7 +226,7 @@ public:
     template <std::same_as<T> C>
     ZMStr& append(const C& c) noexcept
     {
-        return extend(1, [copied = c](T* to) { *to = copied; }); // `c` may be the terminator
+        return extendGrowing(1, 1, [copied = c](T* to) { *to = copied; }); // `c` may lie in the buffer
     }
     ZMStr& operator+=(Token text) noexcept { return append(text); }
     /// Converts from the other width, as `operator<<` does.
@@ -407,14 +407,18 @@ private:
         if (n > 0)
             detail::convertChars(getBuffer(n), text, n);
     }
-    /// Grows by `growth` characters if `n` more do not fit.
+    /// Appends `n` characters that `write` writes. Precondition: they fit.
+    template <typename Write>
+    inline void writeAtEnd(long n, Write write) noexcept;
+    /// Appends `n` characters that `write` writes, perhaps by reading from the string itself.
+    template <typename Write>
+    inline ZMStr& extend(long n, Write write) noexcept;
+    /// As `extend`, after growing. Out of line, so that appending without growing has no array to free.
+    template <typename Write>
+    [[gnu::noinline]] ZMStr& growAndWrite(long n, Write write) noexcept;
+    /// As `extend`, but `write` does not read from the string. Grows by `growth` characters if `n` more do not fit.
     template <typename Write>
     inline ZMStr& extendGrowing(long n, long growth, Write write) noexcept;
-    template <typename Write>
-    ZMStr& extend(long n, Write write) noexcept
-    {
-        return extendGrowing(n, n, write);
-    }
     template <typename Write>
     ZMStr& extendByDigits(long n, Write write) noexcept
     {
@@ -450,18 +454,42 @@ void ZMStr<T>::setLength(long length) noexcept
 
 template <typename T>
 template <typename Write>
-ZMStr<T>& ZMStr<T>::extendGrowing(long n, long growth, Write write) noexcept
+void ZMStr<T>::writeAtEnd(long n, Write write) noexcept
 {
-    std::unique_ptr<T[]> old; // `write` may read from it
-    if (!fits(n)) [[unlikely]] {
-        old = exchangeBuffer(grownCapacity(growth));
-        detail::copyChars(m_buffer, old.get(), m_length);
-    }
     // Read once: compilers must assume that writing a character may change a member.
     T* const end = m_buffer + m_length;
     m_length += n;
     write(end);
     end[n] = 0;
+}
+
+template <typename T>
+template <typename Write>
+ZMStr<T>& ZMStr<T>::extend(long n, Write write) noexcept
+{
+    if (!fits(n)) [[unlikely]]
+        return growAndWrite(n, write);
+    writeAtEnd(n, write);
+    return *this;
+}
+
+template <typename T>
+template <typename Write>
+ZMStr<T>& ZMStr<T>::growAndWrite(long n, Write write) noexcept
+{
+    const std::unique_ptr<T[]> old = exchangeBuffer(grownCapacity(n));
+    detail::copyChars(m_buffer, old.get(), m_length);
+    writeAtEnd(n, write);
+    return *this;
+}
+
+template <typename T>
+template <typename Write>
+ZMStr<T>& ZMStr<T>::extendGrowing(long n, long growth, Write write) noexcept
+{
+    if (!fits(n)) [[unlikely]]
+        allocInc(growth);
+    writeAtEnd(n, write);
     return *this;
 }
 
