@@ -6,6 +6,7 @@
 // --benchmark_enable_random_interleaving=true --benchmark_repetitions=9 to interleave them.
 
 #include "ZSpace/string/ZMStr.h"
+#include "bench/Opaque.h"
 
 #include <benchmark/benchmark.h>
 
@@ -29,14 +30,6 @@
 namespace {
 
 using namespace ZSpace;
-
-/// Hides the value from the optimizer.
-template <typename T>
-T opaque(T value)
-{
-    benchmark::DoNotOptimize(value);
-    return value;
-}
 
 /// A builder written by hand, which grows as ours does.
 class Buffer {

@@ -7,6 +7,7 @@
 #include "ZSpace/value/TZValue.h"
 #include "ZSpace/value/ZGUID.h"
 #include "ZSpace/value/ZTime.h"
+#include "bench/Opaque.h"
 
 #include <benchmark/benchmark.h>
 
@@ -40,14 +41,6 @@ namespace {
 using namespace ZSpace;
 
 using Value = TZValueBase<ZTypeId>;
-
-/// Hides the value from the optimizer.
-template <typename T>
-T opaque(T value)
-{
-    benchmark::DoNotOptimize(value);
-    return value;
-}
 
 template <typename Operation>
 void run(benchmark::State& state, Operation operation)
