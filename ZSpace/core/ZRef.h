@@ -289,8 +289,8 @@ bool ZRef<T, Counter>::releaseOne() const noexcept
     // Objects in a block with their count mostly have one handle; a look at the count is then faster than subtracting.
     // For others, whose handles are mostly copies, it would only cost time.
     if constexpr (requires { m_ptCounter->releaseOne(); }) {
-        const bool isBehindCount = static_cast<const void*>(m_ptValue) == m_ptCounter + 1;
-        if (isBehindCount)
+        const bool isNextToCount = static_cast<const void*>(m_ptValue) == m_ptCounter + 1;
+        if (isNextToCount)
             return m_ptCounter->releaseOne();
     }
     return m_ptCounter->decrement() == 0;

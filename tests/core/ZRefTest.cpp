@@ -338,18 +338,28 @@ TEST_F(ZRefTest, CountsAgreeWithAReferenceOverRandomOperations)
     }
 }
 
-TEST_F(ZRefTest, ThreadsCopyAndReleaseHandlesOnOneObject)
+struct Flagged {
+    explicit Flagged(std::atomic<int>& counter)
+        : deleted(counter)
+    {
+    }
+    Flagged(const Flagged&) = delete;
+    Flagged& operator=(const Flagged&) = delete;
+    ~Flagged() { ++deleted; }
+
+    std::atomic<int>& deleted;
+};
+
+/// Copies and releases handles on one object on three threads.
+template <typename Make>
+void shareAmongThreads(Make make)
 {
-    struct Flagged {
-        std::atomic<int>& deleted;
-        ~Flagged() { ++deleted; }
-    };
-    constexpr int s_rounds = 200;
+    constexpr int rounds = 200;
     std::atomic<int> deleted{0};
-    for (int round = 0; round < s_rounds; ++round) {
+    for (int round = 0; round < rounds; ++round) {
         std::vector<std::thread> threads;
         {
-            const ZRef<Flagged> shared(new Flagged{deleted});
+            const ZRef<Flagged> shared = make(deleted);
             for (int t = 0; t < 3; ++t) {
                 threads.emplace_back([own = shared]() mutable {
                     for (int i = 0; i < 50; ++i) {
@@ -364,7 +374,29 @@ TEST_F(ZRefTest, ThreadsCopyAndReleaseHandlesOnOneObject)
         for (std::thread& thread : threads)
             thread.join();
     }
-    EXPECT_EQ(deleted, s_rounds);
+    EXPECT_EQ(deleted, rounds);
+}
+
+TEST_F(ZRefTest, ThreadsCopyAndReleaseHandlesOnOneObject)
+{
+    shareAmongThreads([](std::atomic<int>& deleted) { return ZRef<Flagged>(new Flagged(deleted)); });
+    shareAmongThreads([](std::atomic<int>& deleted) { return makeRef<Flagged>(deleted); });
+}
+
+TEST_F(ZRefTest, ReleasingTheOnlyHandleSetsTheCountToZeroBeforeTheObjectDies)
+{
+    struct Watching {
+        ZRef<Watching>* handle = nullptr;
+        int* count = nullptr;
+        ~Watching() { *count = handle->RefCount(); }
+    };
+    int count = -1;
+    alignas(ZRef<Watching>) std::byte storage[sizeof(ZRef<Watching>)]; // its handle is never destroyed
+    auto* handle = new (storage) ZRef<Watching>(makeRef<Watching>());
+    (*handle)->handle = handle;
+    (*handle)->count = &count;
+    handle->release();
+    EXPECT_EQ(count, 0);
 }
 
 using ZRefDeathTest = ZRefTest;
