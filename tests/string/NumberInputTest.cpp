@@ -8,6 +8,10 @@
 
 #include <climits>
 #include <cmath>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
 
 using namespace ZSpace;
 using namespace ZSpace::Testing;
@@ -292,6 +296,78 @@ TYPED_TEST(NumberInputStatics, ClassificationOfBareCharactersTakesALength)
     EXPECT_FALSE(S::isNumeric(lit<T>("12x")) || S::isNumeric(lit<T>("12x"), 3));
     EXPECT_TRUE(S::isEmpty(lit<T>("")));
     EXPECT_FALSE(S::isEmpty(lit<T>("a")));
+}
+
+/// The value of the digits added up one by one, in double arithmetic.
+double addedUp(std::string_view whole, std::string_view fraction)
+{
+    double value = 0;
+    for (const char digit : whole)
+        value = value * 10 + (digit - '0');
+    double power = 1;
+    for (const char digit : fraction)
+        value += (digit - '0') / (power *= 10);
+    return value;
+}
+
+std::string randomDigits(std::mt19937& random, std::size_t n)
+{
+    std::string digits;
+    while (digits.size() < n)
+        digits.push_back(static_cast<char>('0' + random() % 10));
+    return digits;
+}
+
+TYPED_TEST(NumberInputStatics, RealsOfEveryLengthAreAddedUpDigitByDigit)
+{
+    std::mt19937 random(1);
+    for (std::size_t n = 0; n < 27; ++n) {
+        for (std::size_t m = 0; m < 27; ++m) {
+            const std::string whole = randomDigits(random, n);
+            const std::string fraction = randomDigits(random, m);
+            const auto text = wider<TypeParam>(whole + "." + fraction);
+            const auto length = static_cast<long>(text.size());
+            EXPECT_EQ(ZGStr<TypeParam>::toDouble(text.c_str(), length), addedUp(whole, fraction))
+                << whole << '.' << fraction;
+        }
+    }
+}
+
+TYPED_TEST(NumberInputStatics, DigitsEndAtEveryOtherCharacterAtEveryPlace)
+{
+    const std::string digits = "12345678901234567890";
+    for (std::size_t at = 0; at < digits.size(); ++at) {
+        const std::string before = digits.substr(0, at);
+        const double whole = addedUp(before, "");
+        const double fraction = addedUp("", before);
+        const long long integer = before.empty() ? 0 : static_cast<long long>(std::stoull(before));
+        for (int code = 0; code < 256; ++code) {
+            if ((code >= '0' && code <= '9') || code == '.' || (at == 0 && code == '-'))
+                continue;
+            std::string text = digits;
+            text[at] = static_cast<char>(code);
+            const auto length = static_cast<long>(text.size());
+            const auto units = wider<TypeParam>(text);
+            EXPECT_EQ(ZGStr<TypeParam>::toInt64(units.c_str(), length), integer) << at << ' ' << code;
+            EXPECT_EQ(ZGStr<TypeParam>::toDouble(units.c_str(), length), whole) << at << ' ' << code;
+            const auto afterPoint = wider<TypeParam>("." + text);
+            EXPECT_EQ(ZGStr<TypeParam>::toDouble(afterPoint.c_str(), length + 1), fraction)
+                << at << ' ' << code;
+        }
+    }
+}
+
+TYPED_TEST(NumberInputStatics, NoCharacterAfterTheLengthIsRead)
+{
+    // Each array ends where the text does, so that sanitizers notice a read past it.
+    const std::string digits = "12345678909876543210";
+    for (std::size_t n = 1; n <= digits.size(); ++n) {
+        const auto units = wider<TypeParam>(digits.substr(0, n));
+        const std::vector<TypeParam> text(units.begin(), units.end());
+        const auto length = static_cast<long>(n);
+        EXPECT_EQ(ZGStr<TypeParam>::toUInt64(text.data(), length), std::stoull(digits.substr(0, n)));
+        EXPECT_EQ(ZGStr<TypeParam>::toDouble(text.data(), length), addedUp(digits.substr(0, n), ""));
+    }
 }
 
 TEST(NumberInputWide, UnitsBeyondABytesRangeAreNoDigits)

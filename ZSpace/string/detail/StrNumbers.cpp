@@ -183,9 +183,9 @@ public:
     /// The value of all digits.
     [[nodiscard]] std::uint32_t value() const noexcept
     {
-        // Moves the digits behind leading zeros; without digits there is nothing to move. Then joins neighbors: bytes to
-        // pairs, pairs to fours, fours to eight.
+        // Shifts the digits so that zeros precede them; without digits there is nothing to shift.
         std::uint64_t word = m_digits << (8 * (s_maxCount - m_count) & 63);
+        // Joins neighbors: bytes to pairs, pairs to fours, fours to eight.
         word = (word * 10 + (word >> 8)) & 0x00FF'00FF'00FF'00FF;
         word = (word * 100 + (word >> 16)) & 0x0000'FFFF'0000'FFFF;
         return static_cast<std::uint32_t>(word * 10'000 + (word >> 32));
@@ -196,7 +196,7 @@ private:
     long m_count;
 };
 
-/// Reads the digits before the point, and moves `text` behind them.
+/// Reads the digits before the point and moves `text` past them.
 template <StrChar T>
 double readWhole(const T*& text, const T* end) noexcept
 {
