@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 
 using namespace ZSpace;
@@ -156,6 +157,20 @@ TYPED_TEST(Searching, OccurrencesAreCountedWithoutOverlap)
     EXPECT_EQ(TypeParam(lit<T>("abaabaab")).count(lit<T>("ab")), 3);
     EXPECT_EQ(TypeParam().count(T('a')), 0);
     EXPECT_EQ(TypeParam().count(lit<T>("a")), 0);
+}
+
+TYPED_TEST(Searching, CharactersAreCountedInTextsOfEveryLength)
+{
+    using T = typename CharOf<TypeParam>::type;
+    for (const long n :
+        {1L, 7L, 31L, 32L, 33L, 63L, 64L, 65L, 8159L, 8160L, 8161L, 8191L, 8192L, 8193L, 20'000L}) {
+        std::string characters(static_cast<std::size_t>(n), 'a');
+        EXPECT_EQ(TypeParam(lit<T>(characters)).count(T('a')), n);
+        EXPECT_EQ(TypeParam(lit<T>(characters)).count(T('b')), 0) << n;
+        characters.front() = 'b';
+        characters.back() = 'b';
+        EXPECT_EQ(TypeParam(lit<T>(characters)).count(T('b')), std::min(n, 2L)) << n;
+    }
 }
 
 TYPED_TEST(Searching, VerifyingFindsTheFirstCharacterThatDiffers)
