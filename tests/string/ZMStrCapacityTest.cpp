@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -172,6 +173,32 @@ TYPED_TEST(ZMStrCapacityTest, ClearingFreesAndSwappingExchanges)
     EXPECT_EQ(static_cast<const T*>(b), nullptr);
     EXPECT_EQ(b.Capacity() + b.Length(), 0);
     EXPECT_EQ(b.append(T('x')).Capacity(), 2);
+}
+
+TYPED_TEST(ZMStrCapacityTest, PaddingANumberGrowsAsAppendingZerosAndThenDigits)
+{
+    using T = TypeParam;
+    for (long capacity = 0; capacity < 8; ++capacity) {
+        for (const int number : {0, 1, 9, 10, 99, 100, 101, 5000, -1, -9, -10}) {
+            for (int width = -1; width < 6; ++width) {
+                ZMStr<T> padded(capacity);
+                padded.append(T('x')).appendValueOf(number, width);
+                ZMStr<T> pieces(capacity);
+                pieces.append(T('x'));
+                pieces.append(T('0'), width - static_cast<long>(std::to_string(number).size()));
+                pieces << number;
+                EXPECT_EQ(str(padded), str(pieces)) << capacity << ' ' << number << ' ' << width;
+                EXPECT_EQ(padded.Capacity(), pieces.Capacity()) << capacity << ' ' << number << ' ' << width;
+            }
+        }
+    }
+}
+
+TYPED_TEST(ZMStrCapacityTest, AZeroThatIsLeftOutIsStillPadded)
+{
+    ZMStr<TypeParam> text(20);
+    text.appendValueOf(0, 2, true).append(TypeParam(' ')).appendValueOf(0, 3, true);
+    EXPECT_EQ(str(text), "00 000");
 }
 
 } // namespace

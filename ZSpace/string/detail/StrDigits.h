@@ -52,8 +52,8 @@ inline void writeDigits(T* to, std::uint32_t number) noexcept
     }
 }
 
-/// Writes a number without a terminator; `length` is `number.length()`. Produces the digits last first, up to
-/// eight per division, so that few divisions depend on each other.
+/// Writes a number without a terminator; `length` is `number.length()`. Produces the digits last first: eight per 64-bit
+/// division, so that few of those depend on each other, then two per division.
 template <StrChar T>
 inline void writeDecimal(T* to, long length, Decimal number) noexcept
 {
@@ -64,12 +64,8 @@ inline void writeDecimal(T* to, long length, Decimal number) noexcept
     for (; left > UINT32_MAX; left /= 100'000'000)
         writeDigits<8>(end -= 8, static_cast<std::uint32_t>(left % 100'000'000));
     auto low = static_cast<std::uint32_t>(left); // 32-bit divisions are faster
-    for (; low >= 10'000; low /= 10'000)
-        writeDigits<4>(end -= 4, low % 10'000);
-    if (low >= 100) {
+    for (; low >= 100; low /= 100)
         writePair(end -= 2, s_decimalPairs[low % 100]);
-        low /= 100;
-    }
     if (low >= 10)
         writePair(end - 2, s_decimalPairs[low]);
     else
