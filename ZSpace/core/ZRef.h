@@ -289,7 +289,7 @@ bool ZRef<T, Counter>::releaseOne() const noexcept
     // Objects in a block with their count mostly have one handle; a look at the count is then faster than subtracting.
     // For others, whose handles are mostly copies, it would only cost time.
     if constexpr (requires { m_ptCounter->releaseOne(); }) {
-        const bool isNextToCount = static_cast<const void*>(m_ptValue) == m_ptCounter + 1;
+        const bool isNextToCount = static_cast<const volatile void*>(m_ptValue) == m_ptCounter + 1;
         if (isNextToCount)
             return m_ptCounter->releaseOne();
     }

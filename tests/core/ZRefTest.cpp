@@ -383,6 +383,14 @@ TEST_F(ZRefTest, ThreadsCopyAndReleaseHandlesOnOneObject)
     shareAmongThreads([](std::atomic<int>& deleted) { return makeRef<Flagged>(deleted); });
 }
 
+TEST_F(ZRefTest, HoldsVolatileObjects)
+{
+    const ZRef<volatile int> handle(new volatile int(3));
+    const ZRef<volatile int> made = makeRef<volatile int>(4);
+    const int sum = *handle + *made;
+    EXPECT_EQ(sum, 7);
+}
+
 TEST_F(ZRefTest, ReleasingTheOnlyHandleSetsTheCountToZeroBeforeTheObjectDies)
 {
     struct Watching {
