@@ -14,9 +14,6 @@
 
 namespace ZSpace {
 
-template <typename T, typename Counter>
-class ZRef;
-
 namespace detail {
 
 /// Selects a count that shares its heap block with the object.
@@ -55,20 +52,6 @@ public:
     [[nodiscard]] bool sharesBlock() const noexcept { return m_word.load() >> 32 == s_sharedBlockMark; }
 
 private:
-    template <typename T, typename Counter>
-    friend class ZRef;
-
-    /// Subtracts 1 and returns whether the count is then 0, for counts of which each user owns one: the last user is
-    /// alone, so nobody else can change the count, and a plain store suffices.
-    bool releaseOne() noexcept
-    {
-        const std::uint64_t word = m_word.load();
-        if (static_cast<Value>(word) != Value(1))
-            return decrement() == Value(0);
-        m_word.store(word - 1, std::memory_order_relaxed);
-        return true;
-    }
-
     static constexpr std::uint64_t s_sharedBlockMark = 0x5A526566;
 
     std::atomic<std::uint64_t> m_word{0};
@@ -226,7 +209,6 @@ private:
     }
 
     static Counter* makeCounter(T* object);
-    [[nodiscard]] bool releaseOne() const noexcept;
 
     /// Frees the count and then the object. Out of line and static, so that handles stay small and in registers.
     [[gnu::noinline]] static void destroy(Counter* counter, T* object) noexcept;
@@ -277,23 +259,8 @@ void ZRef<T, Counter>::release() noexcept
 {
     // NOLINTNEXTLINE(bugprone-sizeof-expression)
     static_assert(sizeof(T) > 0, "the last handle deletes the object, so its class must be complete");
-    if (m_ptCounter && releaseOne())
+    if (m_ptCounter && m_ptCounter->decrement() == 0)
         destroy(m_ptCounter, m_ptValue);
-}
-
-/// Gives up this handle's share of the object.
-/// @return whether it was the last one.
-template <typename T, typename Counter>
-bool ZRef<T, Counter>::releaseOne() const noexcept
-{
-    // Objects in a block with their count mostly have one handle; a look at the count is then faster than subtracting.
-    // For others, whose handles are mostly copies, it would only cost time.
-    if constexpr (requires { m_ptCounter->releaseOne(); }) {
-        const bool isNextToCount = static_cast<const volatile void*>(m_ptValue) == m_ptCounter + 1;
-        if (isNextToCount)
-            return m_ptCounter->releaseOne();
-    }
-    return m_ptCounter->decrement() == 0;
 }
 
 template <typename T, typename Counter>
