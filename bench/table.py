@@ -150,10 +150,11 @@ def drawing(results, machine):
         kind = "met" if ratio <= result["target"] else "missed"
         end = min(ratio * scale, width - left - 60)
         mark = left + min(result["target"] * scale, width - left - 60)
+        label = (mark if 0 < mark - left - end < 45 else left + end) + 8
         bars.append(f'<text class="work" x="{left - 8}" y="{y + 14}">{result["work"]}</text>'
                     f'<rect class="{kind}" x="{left}" y="{y + 3}" width="{end:.1f}" height="{height - 8}"/>'
                     f'<path class="target" d="M{mark:.1f} {y + 1}v{height - 4}"/>'
-                    f'<text x="{left + end + 8:.1f}" y="{y + 14}">{ratio:.2f}</text>')
+                    f'<text x="{label:.1f}" y="{y + 14}">{ratio:.2f}</text>')
     one = left + scale
     total = 50 + len(results) * height
     return f'''<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {total + 20}" role="img"
