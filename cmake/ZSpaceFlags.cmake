@@ -32,6 +32,6 @@ if(ZSPACE_SANITIZE)
     add_link_options(-fsanitize=${ZSPACE_SANITIZE})
 endif()
 if(ZSPACE_COVERAGE)
-    add_compile_options(--coverage -O0)
+    add_compile_options(--coverage -fprofile-update=atomic -O0) # threads count, too
     add_link_options(--coverage)
 endif()

@@ -29,6 +29,8 @@ try ./scripts/soak.sh
 try ./scripts/fuzz.sh 15 # five minutes in all
 try ./scripts/build-macos.sh --tests
 try ./scripts/mutate.sh --sample 50
+try ./scripts/coverage.sh
+try ./scripts/bench.sh --quick
 try ./scripts/docs.sh
 try ./scripts/packages.sh
 for suite in bookworm trixie; do
