@@ -95,6 +95,7 @@ fi
 home=/root
 [ "$who" = root ] || home=/home/visitor
 mkdir -p "$root$home/zspace"
+find "$root$home/zspace" -mindepth 1 -maxdepth 1 ! -name build -exec rm -rf {} +
 git ls-files -z | tar -cf - --null --files-from=- | tar -C "$root$home/zspace" --no-same-owner -xf -
 [ "$who" = root ] || chroot "$root" chown -R visitor: "$home/zspace"
 
