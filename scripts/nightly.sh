@@ -9,13 +9,17 @@ cd "$(dirname "$0")/.."
 . scripts/setup.sh
 
 failed=
+took=
 try() {
-    echo "== $*"
+    echo "== $* ($(date +%H:%M))"
+    began=$(date +%s)
     "$@" || failed="$failed
     $*"
+    took="$took
+    $((($(date +%s) - began) / 60)) min  $*"
 }
 
-require_packages gdb lldb # for tests that are skipped without them
+require_packages gdb lldb strace # for tests that are skipped without them
 try ./scripts/test.sh debug
 try ./scripts/test.sh clang
 try ./scripts/test.sh libcxx
@@ -31,15 +35,17 @@ try ./scripts/build-macos.sh --tests
 try ./scripts/mutate.sh --sample 50
 try ./scripts/coverage.sh
 try ./scripts/bench.sh --quick
+try ./scripts/lint-workflows.sh
 try ./scripts/docs.sh
 try ./scripts/packages.sh
 for suite in bookworm trixie; do
     try ./scripts/fresh-root.sh "$suite" root
     try ./scripts/fresh-root.sh "$suite" user
 done
-# The compilers of Debian 13, on Debian 13.
-try ./scripts/fresh-root.sh trixie user -- ./scripts/test.sh clang
+# The compilers and debuggers of Debian 13, on Debian 13.
+try ./scripts/fresh-root.sh trixie user -- sh -c "./scripts/test.sh clang debugger && ./scripts/test.sh clang"
 
+echo "Minutes:$took"
 if [ -n "$failed" ]; then
     echo "Failed:$failed" >&2
     exit 1
