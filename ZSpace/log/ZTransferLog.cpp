@@ -86,8 +86,14 @@ struct ZTransferLog::Channel {
 private:
     explicit Channel(const std::lock_guard<detail::BookLock::Stripe>&)
         : log(theLog)
-        , book(log ? log->m_logBook : ZRef<ZLogBook>())
+        , book(bookOf(log))
     {
+    }
+    static ZRef<ZLogBook> bookOf(const ZTransferLog* log)
+    {
+        if (log)
+            return log->m_logBook;
+        return {};
     }
 };
 

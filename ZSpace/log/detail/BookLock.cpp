@@ -15,7 +15,7 @@ constinit std::atomic<std::size_t> s_threadCount{0};
 } // namespace
 
 constinit BookLock BookLock::s_instance;
-thread_local constinit BookLock::Stripe* BookLock::t_stripe = nullptr;
+thread_local constinit BookLock::Stripe* BookLock::s_ofThread = nullptr;
 
 void BookLock::lock() noexcept
 {
@@ -31,8 +31,8 @@ void BookLock::unlock() noexcept
 
 BookLock::Stripe& BookLock::assignStripe() noexcept
 {
-    t_stripe = &m_stripes[s_threadCount.fetch_add(1, std::memory_order_relaxed) % s_stripeCount];
-    return *t_stripe;
+    s_ofThread = &m_stripes[s_threadCount.fetch_add(1, std::memory_order_relaxed) % s_stripeCount];
+    return *s_ofThread;
 }
 
 /// The owner needs only a few instructions, unless it has been preempted. Sleeping lets it continue whatever its

@@ -42,12 +42,12 @@ public:
         std::atomic<bool> m_isLocked{false};
     };
     /// The calling thread's stripe.
-    Stripe& stripe() noexcept { return t_stripe ? *t_stripe : assignStripe(); }
+    Stripe& stripe() noexcept { return s_ofThread ? *s_ofThread : assignStripe(); }
 
 private:
     static constexpr std::size_t s_stripeCount = 16;
     static constinit BookLock s_instance;
-    static thread_local constinit Stripe* t_stripe; // null until the calling thread locks one
+    static thread_local constinit Stripe* s_ofThread; // null until the calling thread locks one
 
     BookLock() noexcept = default;
 
