@@ -55,6 +55,12 @@ none "Neither exported nor listed as private" <"$work/report"
 matches_nothing "$work/private" "$work/inside" >"$work/report"
 none "Listed as private, and nothing is" <"$work/report"
 
+# The static library leaves all its names to the program: those without our prefix are functions that the list names, and
+# the host's string types and their kin on hosts without Foundation.
+nm -g --defined-only "$archive" | awk 'NF == 3 && $2 ~ /[TDBRSC]/ { print $3 }' | c++filt | sort -u |
+    grep -v -e 'ZSpace::' -e '^NS[A-Za-z]*::' | grep -v -f "$work/patterns" >"$work/report" || :
+none "Names of the static library without our prefix" <"$work/report"
+
 cmake -D LIST=packaging/abi/zspace.map -D OUTPUT="$work/globs" -P cmake/ZSpaceExports.cmake
 sed -e 's/\*/.*/g' -e 's/^_/^/; s/$/$/' "$work/globs" >"$work/macos"
 grep -v -f "$work/macos" "$work/mangled" | c++filt >"$work/report" || :

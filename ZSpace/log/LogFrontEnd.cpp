@@ -19,9 +19,17 @@
 namespace Host = ZSpace::Host;
 namespace NS = ZSpace::NS;
 
+namespace ZSpace {
+
 // Process-wide, like `debugLogEnabled`: zero at start and written only by CNSInitLog, while other threads may log.
 std::atomic<Host::SystemLogClient*> asl{nullptr}; // null unless the system log is open; never closed
 std::atomic<Host::SystemLogMessage*> aslMsg{nullptr}; // set before `asl`
+
+} // namespace ZSpace
+
+using ZSpace::asl;
+using ZSpace::aslMsg;
+using ZSpace::debugLogEnabled;
 
 namespace {
 

@@ -3,4 +3,4 @@
 
 #include "ZSpace/log/detail/DebugLog.h"
 
-std::atomic<unsigned char> debugLogEnabled{0};
+std::atomic<unsigned char> ZSpace::debugLogEnabled{0};
