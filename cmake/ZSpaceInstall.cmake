@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 
 # Installs four components:
-#   program        CdkRSUninstaller, its manual page and what its licenses require
+#   program        CdkRSUninstaller, its manual page, files for administrators, and what its licenses require
 #   runtime        libzspace.so.1, if the library is shared
 #   development    the headers, the library to link to, and what find_package and pkg-config read
 #   documentation  the README and the pages it leads to
@@ -25,6 +25,11 @@ if(ZSPACE_BUILD_PROGRAM)
         set(page "${PROJECT_BINARY_DIR}/CdkRSUninstaller.8.gz")
     endif()
     install(FILES "${page}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man8" COMPONENT program)
+    set(fleet "${CMAKE_INSTALL_DATADIR}/CdkRSUninstaller/fleet")
+    install(PROGRAMS examples/fleet/check-removed DESTINATION "${fleet}" COMPONENT program)
+    install(FILES examples/fleet/logrotate.conf examples/fleet/newsyslog.conf examples/fleet/rsyslog-central.conf
+        examples/fleet/rsyslog-machine.conf examples/fleet/uninstall.yml
+        DESTINATION "${fleet}" COMPONENT program)
     install(FILES LICENSE packaging/THIRD-PARTY-NOTICES.md DESTINATION "${CMAKE_INSTALL_DATADIR}/licenses/CdkRSUninstaller"
         COMPONENT program)
 endif()

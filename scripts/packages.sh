@@ -23,6 +23,7 @@ mkdir -p "$out"
 # What packages say about their time is that of the last commit, so that each build makes the same ones.
 SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null || stat -c %Y CMakeLists.txt)}
 export SOURCE_DATE_EPOCH
+umask 022 # of the directories in the packages
 version=$(sed -n 's/^project(ZSpace VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 multiarch=lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)
 
@@ -158,7 +159,7 @@ for kind in static shared; do
     contains "$work/development.files" '/include/ZSpace/ZSpace.h$' '/zspace.pc$' '/ZSpaceConfig.cmake$' '/libzspace.*' \
         '/zspace_gdb.py$'
     if [ "$kind" = static ]; then
-        contains "$work/program.files" '/bin/CdkRSUninstaller$' '/man8/CdkRSUninstaller.8.gz$' \
+        contains "$work/program.files" '/bin/CdkRSUninstaller$' '/man8/CdkRSUninstaller.8.gz$' '/fleet/check-removed$' \
             '/licenses/CdkRSUninstaller/LICENSE$' '/licenses/CdkRSUninstaller/THIRD-PARTY-NOTICES.md$'
     else
         contains "$work/runtime.files" '/libzspace.so.1$' "/libzspace.so.1.[0-9.]*$"
