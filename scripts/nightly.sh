@@ -38,6 +38,8 @@ try ./scripts/bench.sh --quick
 try ./scripts/lint-workflows.sh
 try ./scripts/docs.sh
 try ./scripts/packages.sh
+try ./scripts/check-reproducible.sh
+try ./scripts/rehearse.sh
 for suite in bookworm trixie; do
     try ./scripts/fresh-root.sh "$suite" root
     try ./scripts/fresh-root.sh "$suite" user
