@@ -12,22 +12,20 @@ SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
 CCACHE_DISABLE=1 # a cache would hide differences
 export SOURCE_DATE_EPOCH CCACHE_DISABLE
 
-# made DIRECTORY: makes everything from a copy there.
-made() {
-    mkdir -p "$1" "$work/home"
-    git ls-files -z | tar --null -T - -cf - | tar -xf - -C "$1"
-    (cd "$1" && ./scripts/packages.sh --make)
-}
 one=$work/one
 other=$work/somewhere/else/entirely
+mkdir -p "$one" "$other" "$work/home"
+git ls-files -z | tar --null -T - -cf "$work/sources.tar"
+tar -xf "$work/sources.tar" -C "$one"
+tar -xf "$work/sources.tar" -C "$other"
+
 echo "== in one directory"
-made "$one"
+(cd "$one" && ./scripts/packages.sh --make)
 echo "== in another directory"
 (
     umask 027
-    HOME=$work/home TZ=Pacific/Kiritimati LC_ALL=C.UTF-8
-    export HOME TZ LC_ALL
-    made "$other"
+    cd "$other"
+    HOME=$work/home TZ=Pacific/Kiritimati LC_ALL=C.UTF-8 ./scripts/packages.sh --make
 )
 
 status=0
