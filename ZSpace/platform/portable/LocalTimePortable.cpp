@@ -198,7 +198,7 @@ private:
     bool readChanges()
     {
         if (!*m_next)
-            m_next = ",M3.2.0,M11.1.0"; // what the C library assumes
+            m_next = ",M3.2.0,M11.1.0"; // what the C library assumes without a zone file "posixrules"
         return take(',') && readChange(m_begin) && take(',') && readChange(m_end) && !*m_next;
     }
 
