@@ -139,7 +139,7 @@ class Build:
             if target.exists() and target.read_bytes() == data:
                 continue
             target.parent.mkdir(parents=True, exist_ok=True)
-            before = target.stat() if target.exists() and not first else None
+            before = target.stat() if target.exists() and name in mutated and not first else None
             target.write_bytes(data)
             shutil.copymode(ROOT / name, target)
             if before:

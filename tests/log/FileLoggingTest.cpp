@@ -240,6 +240,19 @@ TEST_F(FileLogging, ANewDirectoryIsOpenToEveryUserWhateverTheMask)
     EXPECT_EQ(status.st_mode & 07777, 0777U);
 }
 
+TEST_F(FileLogging, OnlyTheReportStaysOpenWhateverItsDescriptor)
+{
+    const Outcome outcome = run([this] {
+        close(STDIN_FILENO);
+        CNSInitLog(s_file, 0, "Tag", m_logs.c_str());
+        CNSLog("line");
+        EXPECT_TRUE(descriptorsOf(m_logs.string()).empty()); // the directory is closed
+        EXPECT_EQ(openReports(), 1U);
+    });
+    EXPECT_EQ(outcome.status, 0) << outcome.standardOutput;
+    EXPECT_THAT(report(), EndsWith("\tline\n"));
+}
+
 TEST_F(FileLogging, LinesOfManyThreadsStayWhole)
 {
     runLogging([] {

@@ -100,6 +100,14 @@ TYPED_TEST(TZSysFileEntryTest, SizeIsLookedUpUntilItIsAboveZero)
     EXPECT_EQ(entry.Size(), 5);
 }
 
+TYPED_TEST(TZSysFileEntryTest, SizeOfOneByteIsKnown)
+{
+    const auto entry = TestFixture::entryOf(this->make("file", "1"));
+    EXPECT_EQ(entry.Size(), 1);
+    this->make("file", "1234");
+    EXPECT_EQ(entry.Size(), 1);
+}
+
 TYPED_TEST(TZSysFileEntryTest, SizeBelowOneIsUnknown)
 {
     using SysFile = TZSysFile<TypeParam>;

@@ -5,6 +5,7 @@
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Kernel.h"
+#include "tests/support/PrivateRoot.h"
 #include "tests/support/Probes.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -112,6 +113,15 @@ TEST(ZAppContextTest, PathMayEndLikeThatOfARemovedProgram)
     if (std::filesystem::exists("/proc/self/exe")) {
         EXPECT_EQ(pathPrintedBy("program (deleted)", nullptr), "program (deleted)");
     }
+}
+
+TEST(ZAppContextTest, PathIsEmptyWhereItCannotBeFoundOut)
+{
+    if (!std::filesystem::exists("/proc/self/exe") || !PrivateRoot::isPossible())
+        GTEST_SKIP() << "there is no /proc here, or this user may not take it away";
+    const Outcome outcome =
+        PrivateRoot().run([] { return ZAppContext().Path().isEmpty() ? 0 : 1; }, {.proc = true});
+    EXPECT_EQ(outcome.status, 0);
 }
 
 TEST(ZAppContextTest, MainThreadIsTheOneThatConstructedIt)

@@ -5,6 +5,8 @@
 
 #include "ZSpace/system/ZSysInfoPaths.h"
 
+#include "ZSpace/system/ZAppContext.h"
+#include "tests/support/AllocationFaults.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/SystemCallFaults.h"
 #include "tests/support/TemporaryFolder.h"
@@ -279,6 +281,21 @@ TEST(ZSysInfoPathsProviderTest, UnknownKeyDoesNotChangeTheHandle)
     info.addProvider(new ZSysInfoPaths);
     EXPECT_FALSE(info.getObject(L"system.paths.other"));
     EXPECT_TRUE(info.getObject(L"system.paths.tempfolder"));
+}
+
+TEST(ZSysInfoPathsTest, AFailedAllocationIsThrown)
+{
+    const TemporaryFolder folder;
+    const std::string home = (folder.path() / std::string(40, 'h')).string();
+    const Variable homeVariable("HOME", home.c_str());
+    const Variable tempVariable("TMPDIR", home.c_str());
+    fs::create_directories(home);
+    EXPECT_GT(failEachAllocation([] { (void)ZSysInfoPaths::getHomeFolderA(); }), 0);
+    EXPECT_GT(failEachAllocation([] { (void)ZSysInfoPaths::getHomeFolderW(); }), 0);
+    EXPECT_GT(failEachAllocation([] { (void)ZSysInfoPaths::getTempFolderA(); }), 0);
+    EXPECT_GT(failEachAllocation([] { (void)ZSysInfoPaths::getUserLogDirW(); }), 0);
+    EXPECT_GT(failEachAllocation([] { (void)ZSysInfoPaths::getNewLogFileNameW("prefix_", ".txt"); }), 0);
+    EXPECT_GT(failEachAllocation([] { (void)ZAppContext::getEnv("HOME"); }), 0);
 }
 
 } // namespace
