@@ -129,6 +129,8 @@ TEST(OneLineUses, TakeStandardStringsAndViews)
             USE("viewtextview", m = view; m << text << view; return std::string(m);),
             USE("viewtext", return std::string(ZGStr<char>(view) + text);),
             USE("textview", return std::string(text + ZGStr<char>(view));),
+            USE("viewtext", return std::string(ZMStr<char>(view) + text);),
+            USE("textview", return std::string(text + ZMStr<char>(view));),
             USE("2", return std::to_string(ZGStr<char>("a text").indexOf(text));),
             USE("2", return std::to_string(ZGStr<char>("a,b").split(std::string(",")).Count());),
             USE("yes", return s == text || text == ZGStr<char>("text") ? "yes" : "no";),

@@ -76,6 +76,7 @@ TEST(StringValueTest, TextEndsAtTheFirstCharacterThatNarrowsToZero)
     expectText(Value(s_cell, L'\x100'), "");
     expectText(Value(s_cell, L'\x20AC'), "\xAC");
     expectText(Value(s_cell, static_cast<const wchar_t*>(L"a\x20AC\x100z")), "a\xAC");
+    expectText(Value(s_cell, static_cast<const wchar_t*>(L"\0z")), "");
     expectText(Value(ZGStr<wchar_t>(L"a\x100z")), "a");
     expectText(Value(s_cell, static_cast<const char*>(nullptr)), "");
     expectText(Value(s_cell, static_cast<const wchar_t*>(nullptr)), "");
@@ -130,6 +131,7 @@ TEST(MemoryValueTest, ComparesByteByByte)
 {
     EXPECT_TRUE(Value("a\0b", 3) == Value("a\0b", 3));
     EXPECT_FALSE(Value("a\0b", 3) == Value("a\0c", 3));
+    EXPECT_FALSE(Value("a", 1) == Value("b", 1));
     EXPECT_FALSE(Value("ab", 1) == Value("ab", 2));
     EXPECT_TRUE(Value("", 0) == Value(nullptr, 0));
     EXPECT_TRUE(Value(nullptr, 3) == Value("\0\0\0", 3));

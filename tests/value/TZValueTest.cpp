@@ -245,6 +245,26 @@ TEST(PlainValueTest, ToCStringAllocatesOnlyItsResult)
     }
 }
 
+/// Adopts whatever a derived class may store.
+struct AdoptingValue : Value {
+    AdoptingValue(ZTypeId type, unsigned int size, void* content)
+        : Value(type, size, content)
+    {
+    }
+};
+
+TEST(PlainValueTest, CopiesOfContentsThatAreMissingOrOfUnknownKindsHaveNone)
+{
+    int outside = 5;
+    for (const AdoptingValue& value :
+        {AdoptingValue(ZTypeId_int, 4, nullptr), AdoptingValue(0x82, 4, &outside)}) {
+        const Value copy(value);
+        EXPECT_EQ(copy.Type(), value.Type());
+        EXPECT_EQ(copy.Size(), 4u);
+        EXPECT_EQ(copy.Content(), nullptr);
+    }
+}
+
 // Values made in place
 
 template <typename T>

@@ -135,6 +135,15 @@ TEST(ZGUIDTest, CopiesSixCharactersOfAStringUnchanged)
     EXPECT_THAT(lastBytes(nullptr), Each(0));
 }
 
+TEST(ZGUIDTest, ConstructionFromCharactersWritesOnlyTheObject)
+{
+    alignas(ZGUID) std::array<unsigned char, sizeof(ZGUID) + 1> memory{};
+    memory.back() = 0xEE;
+    const auto* guid = new (memory.data()) ZGUID(1, 2, 3, 4, "abcdefgh");
+    EXPECT_EQ(guid->data4[7], 'f');
+    EXPECT_EQ(memory.back(), 0xEE);
+}
+
 TEST(ZGUIDTest, AssignsFromAnotherAndFromAPointer)
 {
     ZGUID guid;

@@ -124,6 +124,17 @@ TEST(ZTimeShiftTest, FindsTheStandardOffsetOfAnyDaylightSaving)
     }
 }
 
+TEST(ZTimeShiftTest, OnTheDayOfAChangeUsesTheOffsetAfterIt)
+{
+    const TimeZone zone("America/New_York"); // from 4:56:02 to 5 hours behind, at 12:03:58 of its old time
+    const ZTime local(1883, 11, 18, 12, 10, 0, 0);
+    if (ZTime(1883, 11, 18, 10, 0, 0, 0) + 0 != ZTime(1883, 11, 18, 14, 56, 2, 0))
+        GTEST_SKIP() << "the time zone database is missing or does not go back to 1883";
+    EXPECT_EQ(local + 0, ZTime(1883, 11, 18, 17, 10, 0, 0));
+    const MktimeFault fault;
+    EXPECT_EQ(local + 0, ZTime(1883, 11, 18, 17, 10, 0, 0));
+}
+
 TEST(ZTimeShiftTest, TakesEnumerations)
 {
     enum Span { Minute = 60 };

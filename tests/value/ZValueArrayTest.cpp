@@ -280,6 +280,7 @@ TEST(ZValueArrayTest, EqualityComparesTheItems)
 {
     EXPECT_TRUE(numbers({1, 2}) == numbers({1, 2}));
     EXPECT_FALSE(numbers({1, 2}) == numbers({1, 3}));
+    EXPECT_FALSE(numbers({1, 2}) == numbers({3, 2}));
     EXPECT_FALSE(numbers({1, 2}) == numbers({1}));
     EXPECT_TRUE(numbers({1, 2}) != numbers({2, 1}));
     EXPECT_TRUE(numbers({}) == numbers({}));
@@ -305,6 +306,16 @@ TEST(ZValueArrayTest, RemainsUsableAfterAChangeThroughItsBase)
     EXPECT_EQ(array.ArrayItemCount(), 0u);
     array.ArrayAdd(Value(s_cell, 7));
     EXPECT_THAT(numbersOf(array), ElementsAre(7));
+}
+
+TEST(ZValueArrayTest, AddingFreesAContentThatCameThroughItsBase)
+{
+    ZValueArrayBase array(ZTypeId_int);
+    static_cast<Value&>(array) = Value(ZReference<ZObject>(new CountedObject));
+    EXPECT_EQ(CountedObject::s_alive, 1);
+    array.ArrayAdd(Value(s_cell, 6));
+    EXPECT_EQ(CountedObject::s_alive, 0);
+    EXPECT_THAT(numbersOf(array), ElementsAre(6));
 }
 
 TEST(ZValueArrayTest, FailedAllocationsLeaveTheArrayUnchanged)

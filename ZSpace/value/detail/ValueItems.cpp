@@ -33,7 +33,6 @@ struct ValueNesting {
     /// Removes the content of `item` and stores `index` in it, for the way back from its items.
     static ValueItem* detachItems(Value& item, std::size_t index) noexcept
     {
-        item.m_type = ZTypeId_none;
         item.m_size = static_cast<unsigned int>(index);
         return static_cast<ValueItem*>(std::exchange(item.m_content, nullptr));
     }
@@ -50,7 +49,7 @@ std::unique_ptr<ValueNesting::Value> ValueNesting::copyWithoutItems(const Value&
 {
     std::unique_ptr<Value> copy;
     if (typeid(array) == typeid(ZValueArrayBase))
-        copy = std::make_unique<ZValueArrayBase>(array.m_type & ~ZTypeId_array);
+        copy = std::make_unique<ZValueArrayBase>(ZTypeId_none);
     else
         copy = std::make_unique<Value>();
     copy->m_type = array.m_type;
