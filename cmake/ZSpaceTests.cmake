@@ -11,11 +11,8 @@ else()
     find_package(GTest REQUIRED)
 endif()
 
-# zspace_add_tests(<target> <source>...): one test program over GoogleMock; each TEST becomes a test of ctest.
-function(zspace_add_tests target)
-    add_executable(${target} ${ARGN})
-    target_link_libraries(${target} PRIVATE ZSpace::zspace test_main)
-    target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
+# zspace_test_flags(<target>): the flags that all test programs are compiled with, so that one precompiled header fits all.
+function(zspace_test_flags target)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
     zspace_private_flags(${target})
     # The tests need no speed, and compile faster without optimization.
@@ -28,7 +25,15 @@ function(zspace_add_tests target)
         target_compile_options(${target} PRIVATE
             $<$<COMPILE_LANGUAGE:CXX>:-Wno-alloc-size> $<$<COMPILE_LANGUAGE:CXX>:-Wno-alloc-size-larger-than>)
     endif()
-    target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+endfunction()
+
+# zspace_add_tests(<target> <source>...): one test program over GoogleMock; each TEST becomes a test of ctest.
+function(zspace_add_tests target)
+    add_executable(${target} ${ARGN})
+    target_link_libraries(${target} PRIVATE ZSpace::zspace test_main)
+    target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
+    zspace_test_flags(${target})
+    target_precompile_headers(${target} REUSE_FROM test_main)
     # In ctest a test is called <subject>.<suite>.<test>: short enough for one line of a terminal.
     string(REGEX REPLACE "_tests$" "" prefix ${target})
     gtest_discover_tests(${target} TEST_PREFIX "${prefix}."

@@ -136,8 +136,8 @@ TEST_F(UninstallerHostile, TheShippedProgramTouchesFewPages)
         return status;
     });
     EXPECT_EQ(outcome.status, 0);
-    // A C program that appends one line and starts a child needs 30 to 32.
-    EXPECT_LE(std::stol(outcome.standardOutput), 48) << "page faults";
+    // A C program that appends one line and starts a child needs 30 to 32. Linkers and kernels differ by a few.
+    EXPECT_LE(std::stol(outcome.standardOutput), 56) << "page faults";
 }
 #endif
 
