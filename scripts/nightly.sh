@@ -19,7 +19,8 @@ try() {
     $((($(date +%s) - began) / 60)) min  $*"
 }
 
-require_packages gdb lldb strace # for tests that are skipped without them
+# For tests that are skipped without them.
+require_packages ansible gdb iproute2 lldb logrotate rsyslog strace
 try ./scripts/test.sh debug
 try ./scripts/test.sh clang
 try ./scripts/test.sh libcxx

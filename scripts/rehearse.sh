@@ -36,6 +36,7 @@ program=$here/build/release/app/CdkRSUninstaller
 work=$(mktemp -d)
 # Files are removed only after every mount is gone, so nothing outside of $work can be.
 trap 'grep -o " $work/[^ ]*" /proc/mounts | sort -r | xargs -r umount -l 2>/dev/null; rm -rf --one-file-system "$work"' EXIT
+trap 'exit 1' HUP INT TERM
 reports=var/log/com.coraldesk.remote
 
 # prepare KIND: what is special about the machine $root.
@@ -140,7 +141,9 @@ kilobytes() { sed -n "s/^$1:[^0-9]*\([0-9]*\) kB/\1/p" "/proc/$2/status"; }
 
 echo "Rolling out with $forks forks"
 ANSIBLE_LOCAL_TEMP=$work/ansible ANSIBLE_REMOTE_TEMP=$work/ansible HOME=$work ANSIBLE_NOCOLOR=1 ANSIBLE_PIPELINING=1
-export ANSIBLE_LOCAL_TEMP ANSIBLE_REMOTE_TEMP HOME ANSIBLE_NOCOLOR ANSIBLE_PIPELINING
+TMPDIR=$work/tmp
+mkdir "$TMPDIR"
+export TMPDIR ANSIBLE_LOCAL_TEMP ANSIBLE_REMOTE_TEMP HOME ANSIBLE_NOCOLOR ANSIBLE_PIPELINING
 rollout=$(measured "$work/output" ansible-playbook -i "$work/inventory" -f "$forks" -e collected="$work/collected" \
     -e patience=1 examples/fleet/uninstall.yml)
 grep -q '^PLAY RECAP' "$work/output" || {
