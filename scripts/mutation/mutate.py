@@ -13,6 +13,7 @@ See ../mutate.sh for the usage.
 
 import argparse
 import concurrent.futures
+import fcntl
 import hashlib
 import json
 import os
@@ -366,6 +367,17 @@ def run(layer, options, chosen):
     return len(mutants), [m for m in mutants if layer.results[m.key]]
 
 
+def lock_build():
+    """Two runs at a time would change each other's sources."""
+    BUILD.mkdir(parents=True, exist_ok=True)
+    lock = (BUILD / "lock").open("w")
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        sys.exit(f"Another run is using {BUILD}")
+    return lock
+
+
 def main():
     parser = argparse.ArgumentParser(prog="mutate.sh")
     parser.add_argument("layer", nargs="*", choices=[[], *LAYERS], default=[])
@@ -376,6 +388,7 @@ def main():
     parser.add_argument("-j", "--jobs", type=int, default=os.cpu_count(), help="how many run at a time")
     options = parser.parse_args()
     layers = options.layer or list(LAYERS)
+    lock = lock_build()  # held until the end
     build = Build(options.jobs)
     chosen = None
     if options.sample:
