@@ -419,6 +419,15 @@ private:
     /// As `extend`, but `write` does not read from the string. Grows by `growth` characters if `n` more do not fit.
     template <typename Write>
     inline ZMStr& extendGrowing(long n, long growth, Write write) noexcept;
+    /// Appends what `write` writes, at most `n` characters whose end it returns, unless `n` characters do not fit.
+    template <typename Write>
+    bool writeIfFits(long n, Write write) noexcept
+    {
+        if (!fits(n)) [[unlikely]]
+            return false;
+        setLength(write(m_buffer + m_length) - m_buffer);
+        return true;
+    }
     template <typename Write>
     ZMStr& extendByDigits(long n, Write write) noexcept
     {

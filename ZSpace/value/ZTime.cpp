@@ -88,12 +88,9 @@ template <typename T>
 T* writePadded(T* to, unsigned number, long width) noexcept
 {
     const detail::Decimal decimal(number);
-    const long length = decimal.length();
-    const long zeros = width - length;
+    const long zeros = width - decimal.length();
     detail::fillChars(to, T('0'), zeros);
-    to += std::max(zeros, 0L);
-    detail::writeDecimal(to, length, decimal);
-    return to + length;
+    return detail::writeDecimal(to + std::max(zeros, 0L), decimal);
 }
 
 /// Writes a number below 100.

@@ -159,10 +159,8 @@ void LogLine::appendNarrowed(const wchar_t* characters)
 template <typename Integer>
 void LogLine::appendInteger(Integer number)
 {
-    const Decimal decimal(number);
-    char digits[24]; // the longest number has 20 characters
-    writeDecimal(digits, decimal.length(), decimal);
-    append(digits, decimal.length());
+    char digits[s_maxDecimalLength];
+    append(digits, writeDecimal(digits, Decimal(number)) - digits);
 }
 
 /// Appending to a string calls `std::terminate` if allocation fails, while its construction throws. So the

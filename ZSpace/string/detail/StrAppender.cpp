@@ -7,6 +7,7 @@
 #include "ZSpace/string/ZMStr.h"
 #include "ZSpace/string/detail/StrDigits.h"
 
+#include <concepts>
 #include <cstdint>
 
 namespace ZSpace::detail {
@@ -16,8 +17,12 @@ Derived& StrAppender<Derived, T>::appendDecimal(Decimal number, bool emptyIfZero
 {
     if (number.magnitude == 0 && emptyIfZero)
         return self();
-    const long length = number.length();
-    return self().extendByDigits(length, [=](T* to) { writeDecimal(to, length, number); });
+    const auto write = [=](T* to) { return writeDecimal(to, number); };
+    if constexpr (std::same_as<Derived, ZMStr<T>>) {
+        if (self().writeIfFits(s_maxDecimalLength, write))
+            return self();
+    }
+    return self().extendByDigits(number.length(), write);
 }
 
 template <typename Derived, StrChar T>

@@ -261,8 +261,7 @@ long writeReal(T* to, double value, bool emptyIfZero) noexcept
 
     Decimal number(whole);
     number.isNegative = value < 0; // the integer part of -0.5 has no sign
-    long n = number.length();
-    writeDecimal(to, n, number);
+    long n = writeDecimal(to, number) - to;
     if (fraction == 0)
         return n;
     to[n++] = '.';

@@ -39,6 +39,9 @@ struct Decimal {
     bool isNegative = false;
 };
 
+/// The length of the longest integer, with its sign.
+constexpr long s_maxDecimalLength = 20;
+
 /// A floating-point number is cut after this many characters.
 constexpr long s_maxRealLength = 41;
 
