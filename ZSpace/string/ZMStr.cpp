@@ -10,6 +10,7 @@
 #include "ZSpace/string/detail/StrSplit.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <functional>
 
 namespace ZSpace {
@@ -178,11 +179,16 @@ ZMStr<T>& ZMStr<T>::join(const ZMStr* texts) noexcept
 template <typename T>
 ZMStr<T>& ZMStr<T>::appendPadded(detail::Decimal number, long width, bool emptyIfZero) noexcept
 {
-    // As in dates and times
-    const bool isPair = width == 2 && number.magnitude < 100 && !number.isNegative;
-    if (isPair && fits(width)) {
-        writeAtEnd(width, [=](T* to) { detail::writePair(to, detail::s_decimalPairs[number.magnitude]); });
-        return *this;
+    if (!number.isNegative && fits(width)) { // as in dates and times
+        const auto magnitude = static_cast<std::uint32_t>(number.magnitude);
+        if (width == 2 && number.magnitude < 100) {
+            writeAtEnd(2, [=](T* to) { detail::writeDigits<2>(to, magnitude); });
+            return *this;
+        }
+        if (width == 4 && number.magnitude < 10'000) {
+            writeAtEnd(4, [=](T* to) { detail::writeDigits<4>(to, magnitude); });
+            return *this;
+        }
     }
     const long digits = emptyIfZero && number.magnitude == 0 ? 0 : number.length();
     appendCopies(T('0'), detail::differenceOf(width, digits));

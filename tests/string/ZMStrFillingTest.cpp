@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <string>
 
@@ -55,6 +56,24 @@ TYPED_TEST(ZMStrFilling, NumbersArePaddedWithZeros)
     EXPECT_EQ(padded(static_cast<signed char>(-1), 4), "<00-1");
     EXPECT_EQ(padded(5ULL, 25), "<0000000000000000000000005");
     EXPECT_EQ(padded(LLONG_MIN, 3), "<-9223372036854775808");
+}
+
+TYPED_TEST(ZMStrFilling, EveryNumberOfADateIsPadded)
+{
+    ZMStr<TypeParam> builder(100);
+    for (int number = 0; number < 10'100; ++number) {
+        for (int width = 1; width <= 5; ++width) {
+            const std::string digits = std::to_string(number);
+            const std::string zeros(
+                static_cast<std::size_t>(width) - std::min(static_cast<std::size_t>(width), digits.size()),
+                '0');
+            builder.remove(0);
+            ASSERT_EQ(str(builder.appendValueOf(number, width)), zeros + digits) << width;
+        }
+    }
+    builder.remove(0);
+    builder.appendValueOf(0, 4, true).appendValueOf(1ULL << 32, 4).appendValueOf((1ULL << 32) + 7, 2);
+    EXPECT_EQ(str(builder), "000042949672964294967303");
 }
 
 TYPED_TEST(ZMStrFilling, AFlagAfterANumberIsNotAWidth)
