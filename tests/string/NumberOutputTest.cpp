@@ -82,10 +82,12 @@ TYPED_TEST(NumberOutput, EveryNumberOfDigitsIsRight)
 
 TYPED_TEST(NumberOutput, NumbersAllOverTheirRangesAreRight)
 {
-    for (unsigned long long number = 0; number <= UINT_MAX; number += 262'139) // a prime number: all last digits
+    for (unsigned long long number = 0; number <= UINT_MAX;
+         number += 262'139) // a prime number: all last digits
         ASSERT_EQ(printed<TypeParam>(number), std::to_string(number));
     const unsigned long long block = 100'000'000; // digits are written in blocks of eight
-    for (const unsigned long long start : {block * UINT_MAX, block * (1ULL << 32), block * block, block * block * 100}) {
+    for (const unsigned long long start :
+        {block * UINT_MAX, block * (1ULL << 32), block * block, block * block * 100}) {
         for (unsigned long long number = start - 300; number < start + 300; ++number)
             ASSERT_EQ(printed<TypeParam>(number), std::to_string(number));
     }
@@ -94,7 +96,8 @@ TYPED_TEST(NumberOutput, NumbersAllOverTheirRangesAreRight)
 TYPED_TEST(NumberOutput, ABuilderWithRoomTakesTheSameDigits)
 {
     using T = typename CharOf<TypeParam>::type;
-    for (const long long number : {0LL, 7LL, -7LL, 42LL, -100LL, 4294967295LL, 4294967296LL, LLONG_MIN, LLONG_MAX}) {
+    for (const long long number :
+        {0LL, 7LL, -7LL, 42LL, -100LL, 4294967295LL, 4294967296LL, LLONG_MIN, LLONG_MAX}) {
         for (long room = 1; room < 45; ++room) {
             ZMStr<T> text(room);
             text << "ab" << number << number;
