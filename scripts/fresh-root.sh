@@ -119,8 +119,10 @@ enter() {
         rmdir /.host
         system=/usr/local/bin:/usr/bin:/bin
         if [ "$who" = user ]; then
+            # Changing the user would otherwise undo --kill-child.
             exec env -i HOME="${directory%/*}" PATH=$system TERM=dumb LANG=C.UTF-8 USER=visitor \
-                setpriv --reuid visitor --regid visitor --init-groups sh -c "cd \"\$0\" && exec \"\$@\"" "$directory" "$@"
+                setpriv --reuid visitor --regid visitor --init-groups --pdeathsig KILL \
+                sh -c "cd \"\$0\" && exec \"\$@\"" "$directory" "$@"
         fi
         exec env -i HOME=/root PATH=/usr/local/sbin:/usr/sbin:/sbin:$system TERM=dumb LANG=C.UTF-8 USER=root \
             sh -c "cd \"\$0\" && exec \"\$@\"" "$directory" "$@"
