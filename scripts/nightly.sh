@@ -23,6 +23,7 @@ try() {
 require_packages ansible gdb iproute2 lldb logrotate rsyslog strace
 try ./scripts/test.sh debug
 try ./scripts/test.sh clang
+try ./scripts/test.sh clang-16
 try ./scripts/test.sh libcxx
 try ./scripts/test.sh fuzz
 try ./scripts/test.sh gnustep
