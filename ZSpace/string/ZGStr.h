@@ -621,6 +621,8 @@ public:
         return detail::standardView(Token(*this));
     }
     /// A copy of the characters. Explicit, so that `string = text` keeps meaning the pointer.
+    /// g++ 14 prefers the pointer to explicit conversions, so its `std::string(text)` ends at a zero and throws
+    /// for a null string; `std::string(std::string_view(text))` is right with every compiler.
     explicit operator std::basic_string<T>() const
     {
         return std::basic_string<T>(detail::standardView(Token(*this)));

@@ -103,8 +103,8 @@ TEST(OneLineUses, ConvertToTheStandardLibrary)
             USE("-abcdefbuilder", std::string copy = "-"; copy += s; copy += m; return copy;),
             USE("abcdef", return takesView(s);), USE("builder", return std::string(m);),
             USE("builder", std::string_view view(m); return std::string(view);),
-            USE(std::string("a\0b", 3), return std::string(ZMStr<char>("a\0b", 3));),
-            USE("", return std::string(ZGStr<char>()) + std::string(ZMStr<char>());),
+            USE(std::string("a\0b", 3), return takesView(ZMStr<char>("a\0b", 3));),
+            USE("", return takesView(ZGStr<char>()) + takesView(ZMStr<char>());),
             USE("", return std::string(ZStrToken<char>("x", -1));),
     });
     EXPECT_EQ(std::wstring(ZGStr<wchar_t>(L"wide").left(2)), L"wi");
