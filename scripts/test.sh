@@ -4,7 +4,7 @@
 #
 # Installs what is missing, builds, and runs every test:
 #   ./scripts/test.sh [preset [directory...]]   by default "release"; on a Mac, "macos-native"
-# With directories of tests/, only their tests are built and run, and no examples.
+# With directories of tests/, only their tests are built and run, and examples only with "guide", which runs them.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
@@ -26,8 +26,10 @@ case " $* " in *" debugger "*) packages="$packages gdb lldb" ;; esac
 require_packages $packages
 
 # An earlier run may have configured otherwise.
-examples=ON
-[ $# -eq 0 ] || examples=OFF
+case " $* " in
+"  " | *" guide "*) examples=ON ;;
+*) examples=OFF ;;
+esac
 configure_options="-DZSPACE_BUILD_TESTS=ON -DZSPACE_BUILD_EXAMPLES=$examples -DZSPACE_TESTED=$(echo "$*" | tr ' ' ';')"
 build "$preset"
 run_tests "$preset"
