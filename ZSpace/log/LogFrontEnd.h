@@ -86,4 +86,12 @@ void CNSLogMsg(const char* text);
 /// Appends the calling thread's call stack to `text`: a header, one line per frame with the innermost first,
 /// and a footer.
 void OCAppendStackTrace(NSMutableString* text);
+
+namespace ZSpace {
+template <typename T>
+class ZStrToken;
+}
+/// A view would be taken for its pointer, and its length be ignored: write `CNSLogMsg(ZGStr<char>(view))`.
+template <typename T>
+void CNSLogMsg(ZSpace::ZStrToken<T> view) = delete;
 #endif

@@ -211,12 +211,20 @@ concept IndexableByKey = requires(M map, const K& key)
     map[key];
 };
 
+template <typename T>
+concept LoggableAsIs = requires(const T& text)
+{
+    CNSLogMsg(text);
+};
+
 struct NotALogValue { };
 enum class Scoped { One };
 
 static_assert(!Shiftable<ZLogRecord, void*> && !Shiftable<ZLogRecord, int*>); // would be `true`
 static_assert(!Shiftable<ZLogRecord, NotALogValue> && !Shiftable<ZLogRecord, Scoped>);
 static_assert(!Shiftable<std::ostream, ZRef<int>> && !Shiftable<std::ostream, Value>);
+static_assert(!LoggableAsIs<ZStrToken<char>> && !LoggableAsIs<std::string_view>); // the length would be lost
+static_assert(LoggableAsIs<ZGStr<char>> && LoggableAsIs<ZMStr<char>> && LoggableAsIs<const char*>);
 static_assert(!std::is_convertible_v<int, Value> && !std::is_convertible_v<const char*, Value>);
 static_assert(!Comparable<Value, int> && !Comparable<ZGUID, int> && !Comparable<ZTime, ZGUID>);
 static_assert(!IndexableByKey<ZMap<ZGStr<char>, int>, std::string>); // a position, never a key
