@@ -39,3 +39,21 @@ function(zspace_add_tests target)
     gtest_discover_tests(${target} TEST_PREFIX "${prefix}."
         DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 180)
 endfunction()
+
+# zspace_add_dangling_tests(<subject> <use>...): checks that clang warns of each use in DanglingPointers.cpp, a pointer
+# or view that outlives a temporary, and not of the rest of that file. Whatever compiles everything else, clang compiles
+# this file.
+find_program(ZSPACE_CLANG clang++)
+function(zspace_add_dangling_tests subject)
+    if(NOT ZSPACE_CLANG)
+        return()
+    endif()
+    foreach(use IN ITEMS NOTHING ${ARGN})
+        add_test(NAME ${subject}.dangling.${use}
+            COMMAND "${ZSPACE_CLANG}" -std=c++20 -fsyntax-only -Werror -I "${PROJECT_SOURCE_DIR}" -D${use}
+                "${CMAKE_CURRENT_SOURCE_DIR}/DanglingPointers.cpp")
+        if(NOT use STREQUAL NOTHING)
+            set_tests_properties(${subject}.dangling.${use} PROPERTIES PASS_REGULAR_EXPRESSION "-Wdangling")
+        endif()
+    endforeach()
+endfunction()

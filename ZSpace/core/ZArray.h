@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ZSpace/core/ZMemory.h"
+#include "ZSpace/core/detail/LifetimeBound.h"
 
 #include <algorithm>
 
@@ -40,20 +41,23 @@ public:
     }
 
     /// Appends a copy of `value` (which may be an element of this array) and returns the stored element.
-    T& add(const T& value) noexcept { return Alloc::append(value); }
+    T& add(const T& value) noexcept ZSPACE_LIFETIMEBOUND { return Alloc::append(value); }
 
     /// Removes `n` elements (none if negative) starting at `index` and moves the following ones down. The range
     /// must lie inside the array.
     /// @return the new count.
     long remove(long index, long n) noexcept;
 
-    [[nodiscard]] T& operator[](long index) noexcept { return this->m_block[index]; }
-    [[nodiscard]] const T& operator[](long index) const noexcept { return this->m_block[index]; }
+    [[nodiscard]] T& operator[](long index) noexcept ZSPACE_LIFETIMEBOUND { return this->m_block[index]; }
+    [[nodiscard]] const T& operator[](long index) const noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return this->m_block[index];
+    }
 
-    [[nodiscard]] T* begin() noexcept { return this->m_block; }
-    [[nodiscard]] T* end() noexcept { return this->m_block + this->m_count; }
-    [[nodiscard]] const T* begin() const noexcept { return this->m_block; }
-    [[nodiscard]] const T* end() const noexcept { return this->m_block + this->m_count; }
+    [[nodiscard]] T* begin() noexcept ZSPACE_LIFETIMEBOUND { return this->m_block; }
+    [[nodiscard]] T* end() noexcept ZSPACE_LIFETIMEBOUND { return this->m_block + this->m_count; }
+    [[nodiscard]] const T* begin() const noexcept ZSPACE_LIFETIMEBOUND { return this->m_block; }
+    [[nodiscard]] const T* end() const noexcept ZSPACE_LIFETIMEBOUND { return this->m_block + this->m_count; }
 };
 
 template <typename T, typename Alloc>

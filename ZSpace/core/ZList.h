@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ZSpace/core/ZArray.h"
+#include "ZSpace/core/detail/LifetimeBound.h"
 
 #include <algorithm>
 #include <bit>
@@ -81,21 +82,33 @@ public:
     /// The number of slots: 1, 3, 7, 15 and so on while elements are appended one by one.
     using Slots::Capacity;
 
-    [[nodiscard]] T& operator[](long index) noexcept { return *Slots::operator[](index); }
-    [[nodiscard]] const T& operator[](long index) const noexcept { return *Slots::operator[](index); }
+    [[nodiscard]] T& operator[](long index) noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return *Slots::operator[](index);
+    }
+    [[nodiscard]] const T& operator[](long index) const noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return *Slots::operator[](index);
+    }
 
-    [[nodiscard]] iterator begin() noexcept { return iterator(Slots::begin()); }
-    [[nodiscard]] iterator end() noexcept { return iterator(Slots::end()); }
-    [[nodiscard]] const_iterator begin() const noexcept { return const_iterator(Slots::begin()); }
-    [[nodiscard]] const_iterator end() const noexcept { return const_iterator(Slots::end()); }
+    [[nodiscard]] iterator begin() noexcept ZSPACE_LIFETIMEBOUND { return iterator(Slots::begin()); }
+    [[nodiscard]] iterator end() noexcept ZSPACE_LIFETIMEBOUND { return iterator(Slots::end()); }
+    [[nodiscard]] const_iterator begin() const noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return const_iterator(Slots::begin());
+    }
+    [[nodiscard]] const_iterator end() const noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return const_iterator(Slots::end());
+    }
 
     /// Appends a copy of `value`, which may be an element of this list, and returns the stored element.
-    T* add(const T& value) noexcept;
+    T* add(const T& value) noexcept ZSPACE_LIFETIMEBOUND;
 
     /// As `add`, but throws `std::bad_alloc` and leaves the list unchanged if allocation fails.
-    T* append(T value);
+    T* append(T value) ZSPACE_LIFETIMEBOUND;
     /// Appends `element` itself. Throws `std::bad_alloc`, and deletes the element, if allocation fails.
-    T* adopt(std::unique_ptr<T> element);
+    T* adopt(std::unique_ptr<T> element) ZSPACE_LIFETIMEBOUND;
     /// Removes the last element without deleting it. The capacity stays. Precondition: the list is not empty.
     [[nodiscard]] std::unique_ptr<T> takeLast() noexcept;
     void swap(ZList& other) noexcept { Slots::swap(other); }

@@ -5,6 +5,7 @@
 
 #include "ZSpace/core/ZException.h"
 #include "ZSpace/core/ZSet.h"
+#include "ZSpace/core/detail/LifetimeBound.h"
 
 #include <utility>
 
@@ -38,7 +39,7 @@ public:
     }
 
     /// The key.
-    [[nodiscard]] const K& key() const noexcept { return first; }
+    [[nodiscard]] const K& key() const noexcept ZSPACE_LIFETIMEBOUND { return first; }
 
     [[nodiscard]] friend bool operator==(const ZPair& a, const ZPair& b) { return a.key() == b.key(); }
 
@@ -76,27 +77,33 @@ public:
 
     /// Sets the value of `key`, appending a new pair if there is no such key.
     /// @return the stored pair.
-    Pair& add(const K& key, const V& value) noexcept;
+    Pair& add(const K& key, const V& value) noexcept ZSPACE_LIFETIMEBOUND;
 
     /// Copies the value of `key` to `out`.
     /// @return false, with `out` unchanged, if there is no such key.
     bool get(const K& key, V& out) const;
 
     /// The value of `key`, null if there is no such key. The pointer stays valid until the pair is removed.
-    [[nodiscard]] const V* find(const K& key) const;
+    [[nodiscard]] const V* find(const K& key) const ZSPACE_LIFETIMEBOUND;
 
     /// The value of `key`.
     /// @throws ZXCOutOfBounds if there is no such key.
-    [[nodiscard]] const V& at(const K& key) const;
+    [[nodiscard]] const V& at(const K& key) const ZSPACE_LIFETIMEBOUND;
     /// The value of `key`.
     /// @throws ZXCOutOfBounds if there is no such key.
-    [[nodiscard]] V& at(const K& key) { return const_cast<V&>(std::as_const(*this).at(key)); }
+    [[nodiscard]] V& at(const K& key) ZSPACE_LIFETIMEBOUND
+    {
+        return const_cast<V&>(std::as_const(*this).at(key));
+    }
 
     /// The pair at a POSITION, unchecked; not the value of a key, even if keys are integers. To access values by key,
     /// use `at`, `find` or `get`.
-    [[nodiscard]] Pair& operator[](long position) noexcept { return ZSet<Pair>::operator[](position); }
+    [[nodiscard]] Pair& operator[](long position) noexcept ZSPACE_LIFETIMEBOUND
+    {
+        return ZSet<Pair>::operator[](position);
+    }
     /// The pair at a POSITION, unchecked; not the value of a key.
-    [[nodiscard]] const Pair& operator[](long position) const noexcept
+    [[nodiscard]] const Pair& operator[](long position) const noexcept ZSPACE_LIFETIMEBOUND
     {
         return ZSet<Pair>::operator[](position);
     }

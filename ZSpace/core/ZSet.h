@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ZSpace/core/ZList.h"
+#include "ZSpace/core/detail/LifetimeBound.h"
 
 namespace ZSpace {
 
@@ -18,7 +19,7 @@ public:
     T* il_add(T* item) noexcept;
 
     /// As `il_add`, for a copy of `value`. Returns the stored element.
-    T* add(const T& value) noexcept;
+    T* add(const T& value) noexcept ZSPACE_LIFETIMEBOUND;
 };
 
 template <typename T>

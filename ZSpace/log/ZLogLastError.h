@@ -25,13 +25,13 @@ public:
     /// The operation's number.
     [[nodiscard]] int op() const noexcept { return m_op; }
     /// Who called.
-    [[nodiscard]] const ZGStr<char>& caller() const noexcept { return m_caller; }
+    [[nodiscard]] const ZGStr<char>& caller() const noexcept ZSPACE_LIFETIMEBOUND { return m_caller; }
     /// What failed.
-    [[nodiscard]] const ZGStr<char>& callee() const noexcept { return m_callee; }
+    [[nodiscard]] const ZGStr<char>& callee() const noexcept ZSPACE_LIFETIMEBOUND { return m_callee; }
     /// What it returned.
     [[nodiscard]] int result() const noexcept { return m_result; }
     /// A message.
-    [[nodiscard]] const ZGStr<char>& text() const noexcept { return m_text; }
+    [[nodiscard]] const ZGStr<char>& text() const noexcept ZSPACE_LIFETIMEBOUND { return m_text; }
     /// The thread that created the entry.
     [[nodiscard]] pthread_t thread() const noexcept { return m_thread; }
 

@@ -138,7 +138,7 @@ public:
     /// The last part of the path.
     [[nodiscard]] ZMStr<T> Name() const { return getNameOf(m_path); }
     /// The whole path.
-    [[nodiscard]] const ZMStr<T>& Path() const { return m_path; }
+    [[nodiscard]] const ZMStr<T>& Path() const ZSPACE_LIFETIMEBOUND { return m_path; }
     /// The path of the directory that contains this entry.
     [[nodiscard]] ZMStr<T> ParentPath() const { return getParentOf(m_path); }
     /// The entry of the directory that contains this one, of unknown kind.

@@ -20,9 +20,9 @@ public:
     static int load(ZLibraryResource& resource) noexcept;
 
     /// The library's path.
-    [[nodiscard]] const ZGStr<wchar_t>& Path() const noexcept { return m_path; }
+    [[nodiscard]] const ZGStr<wchar_t>& Path() const noexcept ZSPACE_LIFETIMEBOUND { return m_path; }
     /// The function's name.
-    [[nodiscard]] const ZGStr<wchar_t>& Name() const noexcept { return m_name; }
+    [[nodiscard]] const ZGStr<wchar_t>& Name() const noexcept ZSPACE_LIFETIMEBOUND { return m_name; }
     /// The host's handle.
     [[nodiscard]] void* Handle() const noexcept { return m_handle; }
     /// The function.

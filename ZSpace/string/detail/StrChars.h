@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ZSpace/core/detail/LifetimeBound.h"
+
 #include <climits>
 #include <concepts>
 #include <cstddef>
@@ -11,14 +13,6 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-
-/// Marks functions whose result points into their object, and parameters that a result views: clang then warns if the
-/// result outlives a temporary.
-#if defined(__clang__) && __has_cpp_attribute(clang::lifetimebound)
-#define ZSPACE_LIFETIMEBOUND [[clang::lifetimebound]]
-#else
-#define ZSPACE_LIFETIMEBOUND
-#endif
 
 namespace ZSpace {
 
