@@ -87,6 +87,7 @@ std::string pathPrintedBy(const std::string& name, const char* argument)
     const TemporaryFolder directory;
     const std::string program = (std::filesystem::canonical(directory.path()) / name).string();
     std::filesystem::copy_file(ZSPACE_REMOVED_PROGRAM, program);
+    std::filesystem::copy_file(ZSPACE_REMOVED_PROGRAM, program + " (deleted)"); // another file
     const Outcome outcome = runInChild([&] {
         execl(program.c_str(), program.c_str(), argument, nullptr);
         return 99;
