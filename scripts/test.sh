@@ -12,7 +12,7 @@ cd "$(dirname "$0")/.."
 # shellcheck disable=SC2154,SC2034 # set and used in setup.sh
 preset=${1:-$default_preset}
 [ $# -eq 0 ] || shift
-packages="$build_packages libgtest-dev libgmock-dev libfmt-dev pkgconf jq"
+packages="$build_packages libgtest-dev libgmock-dev libfmt-dev nlohmann-json3-dev pkgconf jq"
 case $preset in
 clang | asan | fuzz) packages="$packages clang $(clang_runtime)" ;;
 clang-16) packages="$packages clang-16" ;;

@@ -18,6 +18,10 @@
 #include <string>
 #include <unistd.h>
 
+#if __has_include(<nlohmann/json.hpp>)
+#include <nlohmann/json.hpp>
+#endif
+
 namespace ZSpace::Testing {
 namespace {
 
@@ -142,6 +146,35 @@ for byte in range(128, 256):
         std::to_string(s_lineCount)
             + "\n[-9223372036854775808, 18446744073709551615, 1.7976931348623157e+308, "
               "2.2250738585072014e-308, None]\n");
+}
+
+TEST_F(JsonParsersTest, AParserOfThisLanguageReadsEveryLine)
+{
+#if __has_include(<nlohmann/json.hpp>)
+    using nlohmann::json;
+    std::vector<json> lines;
+    for (const std::string& line : linesOf(content()))
+        lines.push_back(json::parse(line)); // throws if there is anything that it does not accept
+    ASSERT_EQ(lines.size(), s_lineCount);
+    for (const json& line : lines) {
+        EXPECT_TRUE(
+            line.at("time").is_string() && line.at("thread").is_string() && line.at("values").is_array());
+    }
+    const json& kinds = lines[0].at("values");
+    EXPECT_EQ(lines[0].at("level"), "WARNING");
+    EXPECT_TRUE(
+        kinds.at(0).is_boolean() && kinds.at(1).is_number_integer() && kinds.at(2).is_number_unsigned());
+    EXPECT_TRUE(kinds.at(4).is_number_float() && kinds.at(7).is_string() && kinds.at(13).is_null());
+    EXPECT_EQ(kinds.at(9), "w\u20AC");
+    EXPECT_EQ(kinds.at(15), json({{"a\"b", 5}}));
+    const json& limits = lines[1].at("values");
+    EXPECT_EQ(limits.at(0), std::numeric_limits<long long>::min());
+    EXPECT_EQ(limits.at(1), std::numeric_limits<unsigned long long>::max());
+    EXPECT_EQ(limits.at(2), std::numeric_limits<double>::max());
+    EXPECT_EQ(limits.at(3), std::numeric_limits<double>::min());
+#else
+    GTEST_SKIP() << "nlohmann-json is not installed";
+#endif
 }
 
 } // namespace
