@@ -38,6 +38,7 @@ try ./scripts/mutate.sh --sample 50
 try ./scripts/coverage.sh
 try ./scripts/bench.sh --quick
 try ./scripts/lint-workflows.sh
+try ./scripts/lint.sh
 try ./scripts/docs.sh
 try ./scripts/packages.sh
 try ./scripts/check-reproducible.sh
