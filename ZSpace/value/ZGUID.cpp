@@ -246,7 +246,7 @@ void ZGUID::parse(ZStrToken<T> text) noexcept
     nextGroup(rest).hexTo(data4 + 2, 6);
 }
 
-template <detail::StrChar T>
+template <typename T>
 void ZGUID::writeText(T* to) const noexcept
 {
     to[0] = '{';

@@ -90,8 +90,8 @@ public:
     operator ZGStr<wchar_t>() const { return toWString(); }
     operator ZMStr<wchar_t>() const { return toString(); }
 
-    /// Writes `s_textLength` characters without a terminator.
-    template <detail::StrChar T>
+    /// Writes `s_textLength` characters, `char` or `wchar_t`, without a terminator.
+    template <typename T>
     void writeText(T* to) const noexcept;
 
     /// The first field.

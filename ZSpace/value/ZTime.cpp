@@ -492,7 +492,7 @@ bool ZTime::hasUsualWidth() const noexcept
     return m_year < 10000 && m_month < 100 && m_day < 100 && m_hour < 100 && m_minute < 100 && m_second < 100;
 }
 
-template <detail::StrChar T>
+template <typename T>
 long ZTime::writeText(T* to) const noexcept
 {
     if (!hasUsualWidth())
@@ -512,7 +512,7 @@ long ZTime::writeText(T* to) const noexcept
     return s_usualLength;
 }
 
-template <detail::StrChar T>
+template <typename T>
 long ZTime::writeTextEx(T* to) const noexcept
 {
     T* end = to + writeText(to);

@@ -164,12 +164,12 @@ public:
     operator ZGStr<char>() const;
     operator ZGStr<wchar_t>() const;
 
-    /// Write the same characters to a buffer of `s_textCapacity` characters, without a terminator.
+    /// Writes the text form to a buffer of `s_textCapacity` characters, `char` or `wchar_t`, without a terminator.
     /// @return the number of characters.
-    template <detail::StrChar T>
+    template <typename T>
     long writeText(T* to) const noexcept;
     /// As `writeText`, with the milliseconds.
-    template <detail::StrChar T>
+    template <typename T>
     long writeTextEx(T* to) const noexcept;
 
     /// Whole seconds from `other` to this time, both interpreted as UTC.

@@ -3,8 +3,8 @@
 # SPDX-License-Identifier: MIT
 #
 # consume.sh CMAKE BUILD CONSUMER SOURCE COMPILER: installs the built library into a separate directory, builds the same
-# small program against it in two ways, with the flags in CXXFLAGS, then the README's program, and then that of the
-# guide's first ten minutes, from an empty directory.
+# small program against it in two ways, with the flags in CXXFLAGS, and with every compiler that is there, then the
+# README's program, and then that of the guide's first ten minutes, from an empty directory.
 set -eu
 cmake=$1 build=$2 consumer=$3 source=$4 compiler=$5
 folder=$(mktemp -d)
@@ -22,6 +22,18 @@ flags=$(PKG_CONFIG_PATH=${pc%/*} pkg-config --cflags --libs zspace)
 # shellcheck disable=SC2086 # flags are words
 "$compiler" $CXXFLAGS -std=c++20 "$consumer/consumer.cpp" -o "$folder/by-flags" $flags
 [ "$("$folder/by-flags" 2>/dev/null)" = "consumer 42" ]
+
+# Compilers of one standard library agree on the names that they link.
+case $CXXFLAGS in
+*-stdlib=*) others= ;;
+*) others="g++ clang++" ;;
+esac
+for other in $others; do
+    command -v "$other" >/dev/null || continue
+    # shellcheck disable=SC2086
+    "$other" $CXXFLAGS -std=c++20 "$consumer/consumer.cpp" -o "$folder/by-$other" $flags
+    [ "$("$folder/by-$other" 2>/dev/null)" = "consumer 42" ]
+done
 
 sed -n '/^```cpp$/,/^```$/{/^```/!p;}' "$source/README.md" | sed "s|/tmp/mytool|$folder/log|" >"$folder/shown.cpp"
 # shellcheck disable=SC2086

@@ -33,6 +33,8 @@ namespace detail {
 template <typename T, typename... Types>
 concept OneOf = (std::same_as<T, Types> || ...);
 
+/// A character of either width. Function templates that are defined in a source file take a plain `typename` instead:
+/// newer compilers make the constraint a part of the name that they link, and older ones do not.
 template <typename T>
 concept StrChar = OneOf<T, char, wchar_t>;
 

@@ -242,7 +242,7 @@ double withFraction(double value, const T* text, const T* end) noexcept
 
 } // namespace
 
-template <StrChar T>
+template <typename T>
 long writeReal(T* to, double value, bool emptyIfZero) noexcept
 {
     constexpr double limit = 9223372036854775808.0; // the smallest value above the 64-bit range
@@ -271,14 +271,14 @@ long writeReal(T* to, double value, bool emptyIfZero) noexcept
     return n + count;
 }
 
-template <StrChar T>
+template <typename T>
 void writeHex(T* to, unsigned long long value, long digits) noexcept
 {
     for (; digits > 0; digits -= 2, value >>= 8)
         writePair(to + digits - 2, s_hexPairs[value & 0xFF]);
 }
 
-template <StrChar T>
+template <typename T>
 void writeHexBytes(T* to, const void* bytes, long n) noexcept
 {
     // Backward, so that bytes before `to` are read before digits overwrite them.
@@ -287,7 +287,7 @@ void writeHexBytes(T* to, const void* bytes, long n) noexcept
         writePair(to + 2 * i, s_hexPairs[from[i]]);
 }
 
-template <StrChar T>
+template <typename T>
 unsigned long long readDecimal(const T* text, long n) noexcept
 {
     const T* const end = text + std::max(n, 0L);
@@ -306,13 +306,13 @@ unsigned long long readDecimal(const T* text, long n) noexcept
     return number;
 }
 
-template <StrChar T>
+template <typename T>
 unsigned long long readSignedDecimal(const T* text, long n) noexcept
 {
     return startsWithMinus(text, n) ? 0 - readDecimal(text + 1, n - 1) : readDecimal(text, n);
 }
 
-template <StrChar T>
+template <typename T>
 double readReal(const T* text, long n) noexcept
 {
     const T* const end = text + std::max(n, 0L);
@@ -325,13 +325,13 @@ double readReal(const T* text, long n) noexcept
     return isNegative ? -value : value;
 }
 
-template <StrChar T>
+template <typename T>
 unsigned char readNibble(T c) noexcept
 {
     return static_cast<unsigned char>(nibbleOf(c));
 }
 
-template <StrChar T>
+template <typename T>
 unsigned long long readHex(const T* text, long n, long digits) noexcept
 {
     unsigned long long value = 0;
@@ -340,7 +340,7 @@ unsigned long long readHex(const T* text, long n, long digits) noexcept
     return value;
 }
 
-template <StrChar T>
+template <typename T>
 void readHexBytes(void* to, const T* text, long count) noexcept
 {
     auto* bytes = static_cast<unsigned char*>(to);

@@ -48,39 +48,39 @@ constexpr long s_maxRealLength = 41;
 /// Writes the integer part and, unless it is 0, "." and the fraction, digit by digit until the remainder is 0.
 /// No exponent, no rounding, no terminator. Values beyond 64 bits saturate; NaN prints as 0.
 /// @return the number of characters written, at most `s_maxRealLength`.
-template <StrChar T>
+template <typename T>
 long writeReal(T* to, double value, bool emptyIfZero) noexcept;
 
 /// Writes `digits` lower-case hexadecimal digits, most significant first.
-template <StrChar T>
+template <typename T>
 void writeHex(T* to, unsigned long long value, long digits) noexcept;
 
 /// Writes two hexadecimal digits for each of `n` bytes, in memory order.
-template <StrChar T>
+template <typename T>
 void writeHexBytes(T* to, const void* bytes, long n) noexcept;
 
 /// Reads decimal digits up to the first other character. The result wraps around.
-template <StrChar T>
+template <typename T>
 [[nodiscard]] unsigned long long readDecimal(const T* text, long n) noexcept;
 
 /// As `readDecimal`, with an optional leading "-".
-template <StrChar T>
+template <typename T>
 [[nodiscard]] unsigned long long readSignedDecimal(const T* text, long n) noexcept;
 
 /// Reads an optional "-", digits and, after one ".", a fraction, up to the first character that does not fit.
-template <StrChar T>
+template <typename T>
 [[nodiscard]] double readReal(const T* text, long n) noexcept;
 
 /// The value of a hexadecimal digit of either case, 0 for any other character.
-template <StrChar T>
+template <typename T>
 [[nodiscard]] unsigned char readNibble(T c) noexcept;
 
 /// Reads exactly `digits` hexadecimal digits. Digits missing at the end count as 0.
-template <StrChar T>
+template <typename T>
 [[nodiscard]] unsigned long long readHex(const T* text, long n, long digits) noexcept;
 
 /// Reads `count` bytes from pairs of hexadecimal digits.
-template <StrChar T>
+template <typename T>
 void readHexBytes(void* to, const T* text, long count) noexcept;
 
 /// Types that print as hexadecimal numbers: integers, characters and unscoped enumerations, but not `bool`.

@@ -10,7 +10,7 @@
 
 namespace ZSpace::detail {
 
-template <StrChar T>
+template <typename T>
 long compare(ZStrToken<T> a, ZStrToken<T> b) noexcept
 {
     const long n = std::min(a.Length(), b.Length());
@@ -20,7 +20,7 @@ long compare(ZStrToken<T> a, ZStrToken<T> b) noexcept
     return differenceOf(a.Length(), b.Length());
 }
 
-template <StrChar T>
+template <typename T>
 long compareIgnoreCase(ZStrToken<T> a, ZStrToken<T> b) noexcept
 {
     const long n = std::min(a.Length(), b.Length());
@@ -33,14 +33,14 @@ long compareIgnoreCase(ZStrToken<T> a, ZStrToken<T> b) noexcept
     return differenceOf(a.Length(), b.Length());
 }
 
-template <StrChar T>
+template <typename T>
 bool isLike(ZStrToken<T> a, ZStrToken<T> b) noexcept
 {
     const long n = lengthOf(a);
     return n == lengthOf(b) && equalChars<T>(a, b, n);
 }
 
-template <StrChar T>
+template <typename T>
 long indexOf(ZStrToken<T> text, T c, long from) noexcept
 {
     const long length = lengthOf(text);
@@ -48,7 +48,7 @@ long indexOf(ZStrToken<T> text, T c, long from) noexcept
     return start < length ? find<T>(text, length, c, start) : -1;
 }
 
-template <StrChar T>
+template <typename T>
 long indexOf(ZStrToken<T> text, ZStrToken<T> what, long from) noexcept
 {
     const long length = lengthOf(text);
@@ -56,14 +56,14 @@ long indexOf(ZStrToken<T> text, ZStrToken<T> what, long from) noexcept
     return what.isEmpty() ? -1 : find<T>(text, length, what, what.Length(), start);
 }
 
-template <StrChar T>
+template <typename T>
 long lastIndexOf(ZStrToken<T> text, T c, long from) noexcept
 {
     const long length = lengthOf(text);
     return findLast<T>(text, c, std::min(from < 0 ? from + length : from, length - 1));
 }
 
-template <StrChar T>
+template <typename T>
 long lastIndexOf(ZStrToken<T> text, ZStrToken<T> what, long from) noexcept
 {
     if (what.isEmpty())
@@ -73,19 +73,19 @@ long lastIndexOf(ZStrToken<T> text, ZStrToken<T> what, long from) noexcept
     return findLast<T>(text, what, what.Length(), start);
 }
 
-template <StrChar T>
+template <typename T>
 long count(ZStrToken<T> text, T c) noexcept
 {
     return countOf<T>(text, text.Length(), c);
 }
 
-template <StrChar T>
+template <typename T>
 long count(ZStrToken<T> text, ZStrToken<T> what) noexcept
 {
     return countOf<T>(text, lengthOf(text), what, what.Length());
 }
 
-template <StrChar T>
+template <typename T>
 long verify(ZStrToken<T> text, T c, long from) noexcept
 {
     const long length = lengthOf(text);
@@ -96,7 +96,7 @@ long verify(ZStrToken<T> text, T c, long from) noexcept
     return other < length ? other : -1;
 }
 
-template <StrChar T>
+template <typename T>
 long verify(ZStrToken<T> text, ZStrToken<T> set, long from) noexcept
 {
     const long length = lengthOf(text);
@@ -109,7 +109,7 @@ long verify(ZStrToken<T> text, ZStrToken<T> set, long from) noexcept
     return other < length ? other : -1;
 }
 
-template <StrChar T>
+template <typename T>
 std::basic_ostream<T>& print(std::basic_ostream<T>& out, ZStrToken<T> text)
 {
     return out << standardView(text);

@@ -14,32 +14,32 @@
 /// The classes document what they return. A negative length counts as 0 except where lengths are compared.
 namespace ZSpace::detail {
 
-template <StrChar T>
+template <typename T>
 [[nodiscard]] long compare(ZStrToken<T> a, ZStrToken<T> b) noexcept;
-template <StrChar T>
+template <typename T>
 [[nodiscard]] long compareIgnoreCase(ZStrToken<T> a, ZStrToken<T> b) noexcept;
-template <StrChar T>
+template <typename T>
 [[nodiscard]] bool isLike(ZStrToken<T> a, ZStrToken<T> b) noexcept;
 
-template <StrChar T>
+template <typename T>
 [[nodiscard]] long indexOf(ZStrToken<T> text, T c, long from) noexcept;
-template <StrChar T>
+template <typename T>
 [[nodiscard]] long indexOf(ZStrToken<T> text, ZStrToken<T> what, long from) noexcept;
-template <StrChar T>
+template <typename T>
 [[nodiscard]] long lastIndexOf(ZStrToken<T> text, T c, long from) noexcept;
-template <StrChar T>
+template <typename T>
 [[nodiscard]] long lastIndexOf(ZStrToken<T> text, ZStrToken<T> what, long from) noexcept;
-template <StrChar T>
+template <typename T>
 [[nodiscard]] long count(ZStrToken<T> text, T c) noexcept;
-template <StrChar T>
+template <typename T>
 [[nodiscard]] long count(ZStrToken<T> text, ZStrToken<T> what) noexcept;
-template <StrChar T>
+template <typename T>
 [[nodiscard]] long verify(ZStrToken<T> text, T c, long from) noexcept;
-template <StrChar T>
+template <typename T>
 [[nodiscard]] long verify(ZStrToken<T> text, ZStrToken<T> set, long from) noexcept;
 
 /// Formatted output: honors width, fill and adjustment of the stream.
-template <StrChar T>
+template <typename T>
 std::basic_ostream<T>& print(std::basic_ostream<T>& out, ZStrToken<T> text);
 /// Prints narrow characters to a wide stream, zero-extended.
 std::wostream& print(std::wostream& out, ZStrToken<char> text);

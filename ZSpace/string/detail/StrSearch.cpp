@@ -123,7 +123,7 @@ long lastWhere(long from, Test test) noexcept
 
 } // namespace
 
-template <StrChar T>
+template <typename T>
 long mismatch(const T* a, const T* b, long n) noexcept
 {
     // The C library skips long equal runs; a word at a time then finds the difference.
@@ -139,13 +139,13 @@ long mismatch(const T* a, const T* b, long n) noexcept
     return i;
 }
 
-template <StrChar T>
+template <typename T>
 long mismatchIgnoreCase(const T* a, const T* b, long n) noexcept
 {
     return firstWhere(0, n, [=](long i) { return lowerOf(a[i]) != lowerOf(b[i]); });
 }
 
-template <StrChar T>
+template <typename T>
 long find(const T* text, long n, const T* what, long m, long from) noexcept
 {
     if (m == 1)
@@ -163,13 +163,13 @@ long find(const T* text, long n, const T* what, long m, long from) noexcept
     return -1;
 }
 
-template <StrChar T>
+template <typename T>
 long findLast(const T* text, T c, long from) noexcept
 {
     return lastWhere(from, [=](long i) { return text[i] == c; });
 }
 
-template <StrChar T>
+template <typename T>
 long findLast(const T* text, const T* what, long m, long from) noexcept
 {
     const T first = what[0];
@@ -183,7 +183,7 @@ long findLast(const T* text, const T* what, long m, long from) noexcept
     return -1;
 }
 
-template <StrChar T>
+template <typename T>
 long countOf(const T* text, long n, T c) noexcept
 {
     // Each byte counts the hits at one place of up to 255 blocks, so that nothing overflows.
@@ -205,7 +205,7 @@ long countOf(const T* text, long n, T c) noexcept
     return hits;
 }
 
-template <StrChar T>
+template <typename T>
 long countOf(const T* text, long n, const T* what, long m, long limit) noexcept
 {
     if (m < 1)
@@ -218,13 +218,13 @@ long countOf(const T* text, long n, const T* what, long m, long limit) noexcept
     return hits;
 }
 
-template <StrChar T>
+template <typename T>
 long leadingRun(const T* text, long n, T c) noexcept
 {
     return firstWhere(0, n, [=](long i) { return text[i] != c; });
 }
 
-template <StrChar T>
+template <typename T>
 long leadingRun(const T* text, long n, const T* set, long setLength) noexcept
 {
     const CharSet<T> members(set, setLength);
