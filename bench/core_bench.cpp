@@ -16,6 +16,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ref_counter.hpp>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -139,6 +141,22 @@ void handleCopyStd(benchmark::State& state)
     }
 }
 BENCHMARK(handleCopyStd)->Threads(1)->Threads(2);
+
+/// An object that Boost counts, atomically.
+struct Intrusive : boost::intrusive_ref_counter<Intrusive, boost::thread_safe_counter> {
+    int value = 1;
+};
+
+void handleCopyIntrusive(benchmark::State& state)
+{
+    static const boost::intrusive_ptr<Intrusive> handle(new Intrusive);
+    for (auto _ : state) {
+        const boost::intrusive_ptr<Intrusive> copy(
+            handle); // NOLINT(performance-unnecessary-copy-initialization)
+        benchmark::DoNotOptimize(copy.get());
+    }
+}
+BENCHMARK(handleCopyIntrusive)->Threads(1)->Threads(2);
 
 void handleMove(benchmark::State& state)
 {

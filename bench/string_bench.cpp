@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZSpace authors
 // SPDX-License-Identifier: MIT
 
-// The strings next to the standard library, {fmt} and Abseil, in the same run.
+// What the rows of the table do not show of the strings, next to the standard library, {fmt} and Abseil.
 
 #include "ZSpace/string/ZMStr.h"
 
@@ -9,19 +9,11 @@
 
 #include <absl/strings/escaping.h>
 #include <absl/strings/match.h>
-#include <absl/strings/numbers.h>
-#include <absl/strings/str_cat.h>
-#include <absl/strings/str_replace.h>
-#include <absl/strings/str_split.h>
-#include <absl/strings/string_view.h>
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdint>
-#include <cstring>
 #include <fmt/compile.h>
 #include <fmt/format.h>
-#include <iterator>
 #include <random>
 #include <string>
 #include <string_view>
@@ -30,12 +22,6 @@
 namespace {
 
 using namespace ZSpace;
-
-/// Abseil may have been built with a view of its own.
-absl::string_view viewed(std::string_view text)
-{
-    return {text.data(), text.size()};
-}
 
 // Appending
 
@@ -63,97 +49,6 @@ void appendCharactersStd(benchmark::State& state)
 }
 BENCHMARK(appendCharactersStd)->Arg(16)->Arg(1024);
 
-constexpr std::array<std::string_view, 4> s_pieces{
-    "a", "few words", "and", "rather more of them, to a full line"};
-
-void appendTexts(benchmark::State& state)
-{
-    for (auto _ : state) {
-        ZMStr<char> text;
-        for (int i = 0; i < 40; ++i) {
-            const std::string_view piece = s_pieces[static_cast<std::size_t>(i % 4)];
-            text.append(piece.data(), static_cast<long>(piece.size()));
-        }
-        benchmark::DoNotOptimize(static_cast<const char*>(text));
-    }
-}
-BENCHMARK(appendTexts);
-
-void appendTextsStd(benchmark::State& state)
-{
-    for (auto _ : state) {
-        std::string text;
-        for (int i = 0; i < 40; ++i)
-            text.append(s_pieces[static_cast<std::size_t>(i % 4)]);
-        benchmark::DoNotOptimize(text.data());
-    }
-}
-BENCHMARK(appendTextsStd);
-
-void appendTextsAbseil(benchmark::State& state)
-{
-    for (auto _ : state) {
-        std::string text;
-        for (int i = 0; i < 40; ++i)
-            absl::StrAppend(&text, viewed(s_pieces[static_cast<std::size_t>(i % 4)]));
-        benchmark::DoNotOptimize(text.data());
-    }
-}
-BENCHMARK(appendTextsAbseil);
-
-void appendTextsFmt(benchmark::State& state)
-{
-    for (auto _ : state) {
-        fmt::memory_buffer text;
-        for (int i = 0; i < 40; ++i)
-            text.append(s_pieces[static_cast<std::size_t>(i % 4)]);
-        benchmark::DoNotOptimize(text.data());
-    }
-}
-BENCHMARK(appendTextsFmt);
-
-// A log line: a time, a number, a string
-
-void logLine(benchmark::State& state)
-{
-    ZMStr<char> line(200);
-    int i = 0;
-    for (auto _ : state) {
-        line = "";
-        line.appendValueOf(2024, 4).append('-').appendValueOf(3, 2).append('-').appendValueOf(5, 2);
-        line << " [" << ++i << "] "
-             << "the text of the line" << '\n';
-        benchmark::DoNotOptimize(static_cast<const char*>(line));
-    }
-}
-BENCHMARK(logLine);
-
-void logLineFmt(benchmark::State& state)
-{
-    fmt::memory_buffer line;
-    int i = 0;
-    for (auto _ : state) {
-        line.clear();
-        fmt::format_to(std::back_inserter(line), FMT_COMPILE("{:04}-{:02}-{:02} [{}] {}\n"), 2024, 3, 5, ++i,
-            "the text of the line");
-        benchmark::DoNotOptimize(line.data());
-    }
-}
-BENCHMARK(logLineFmt);
-
-void logLineAbseil(benchmark::State& state)
-{
-    std::string line;
-    int i = 0;
-    for (auto _ : state) {
-        line.clear();
-        absl::StrAppend(&line, absl::Dec(2024, absl::kZeroPad4), "-", absl::Dec(3, absl::kZeroPad2), "-",
-            absl::Dec(5, absl::kZeroPad2), " [", ++i, "] ", "the text of the line", "\n");
-        benchmark::DoNotOptimize(line.data());
-    }
-}
-BENCHMARK(logLineAbseil);
-
 // Numbers
 
 /// Numbers of every length, the same for all.
@@ -170,20 +65,6 @@ std::vector<long long> numbers()
 
 constexpr long s_numbersRoom = 40 * 1024;
 
-void integersToText(benchmark::State& state)
-{
-    const auto all = numbers();
-    ZMStr<char> text(s_numbersRoom);
-    for (auto _ : state) {
-        text = "";
-        for (const long long number : all)
-            text << number;
-        benchmark::DoNotOptimize(static_cast<const char*>(text));
-    }
-    state.SetItemsProcessed(state.iterations() * static_cast<long>(all.size()));
-}
-BENCHMARK(integersToText);
-
 void integersToTextWide(benchmark::State& state)
 {
     const auto all = numbers();
@@ -197,138 +78,6 @@ void integersToTextWide(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * static_cast<long>(all.size()));
 }
 BENCHMARK(integersToTextWide);
-
-void integersToTextStd(benchmark::State& state)
-{
-    const auto all = numbers();
-    std::string text(s_numbersRoom, '\0');
-    for (auto _ : state) {
-        char* to = text.data();
-        for (const long long number : all)
-            to = std::to_chars(to, text.data() + text.size(), number).ptr;
-        benchmark::DoNotOptimize(text.data());
-    }
-    state.SetItemsProcessed(state.iterations() * static_cast<long>(all.size()));
-}
-BENCHMARK(integersToTextStd);
-
-void integersToTextFmt(benchmark::State& state)
-{
-    const auto all = numbers();
-    fmt::memory_buffer text;
-    text.reserve(s_numbersRoom);
-    for (auto _ : state) {
-        text.clear();
-        for (const long long number : all) {
-            const fmt::format_int digits(number);
-            text.append(digits.data(), digits.data() + digits.size());
-        }
-        benchmark::DoNotOptimize(text.data());
-    }
-    state.SetItemsProcessed(state.iterations() * static_cast<long>(all.size()));
-}
-BENCHMARK(integersToTextFmt);
-
-void integersToTextAbseil(benchmark::State& state)
-{
-    const auto all = numbers();
-    std::string text;
-    text.reserve(s_numbersRoom);
-    for (auto _ : state) {
-        text.clear();
-        for (const long long number : all)
-            absl::StrAppend(&text, number);
-        benchmark::DoNotOptimize(text.data());
-    }
-    state.SetItemsProcessed(state.iterations() * static_cast<long>(all.size()));
-}
-BENCHMARK(integersToTextAbseil);
-
-void integerToString(benchmark::State& state)
-{
-    const auto all = numbers();
-    std::size_t i = 0;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(ZGStr<char>::valueOf(all[i++ % all.size()]));
-}
-BENCHMARK(integerToString);
-
-void integerToStringStd(benchmark::State& state)
-{
-    const auto all = numbers();
-    std::size_t i = 0;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(std::to_string(all[i++ % all.size()]));
-}
-BENCHMARK(integerToStringStd);
-
-/// Hundredths, as prices and times have them.
-void realToText(benchmark::State& state)
-{
-    ZMStr<char> text(60);
-    int i = 0;
-    for (auto _ : state) {
-        text = "";
-        text << (i++ % 1000) * 0.25;
-        benchmark::DoNotOptimize(static_cast<const char*>(text));
-    }
-}
-BENCHMARK(realToText);
-
-void realToTextStd(benchmark::State& state)
-{
-    std::array<char, 60> text{};
-    int i = 0;
-    for (auto _ : state) {
-        std::to_chars(text.data(), text.data() + text.size(), (i++ % 1000) * 0.25);
-        benchmark::DoNotOptimize(text.data());
-    }
-}
-BENCHMARK(realToTextStd);
-
-std::vector<std::string> numberTexts()
-{
-    std::vector<std::string> texts;
-    for (const long long number : numbers())
-        texts.push_back(std::to_string(number));
-    return texts;
-}
-
-void textToInteger(benchmark::State& state)
-{
-    const auto texts = numberTexts();
-    std::size_t i = 0;
-    for (auto _ : state) {
-        const std::string& text = texts[i++ % texts.size()];
-        benchmark::DoNotOptimize(ZGStr<char>::toInt64(text.data(), static_cast<long>(text.size())));
-    }
-}
-BENCHMARK(textToInteger);
-
-void textToIntegerStd(benchmark::State& state)
-{
-    const auto texts = numberTexts();
-    std::size_t i = 0;
-    for (auto _ : state) {
-        const std::string& text = texts[i++ % texts.size()];
-        long long number = 0;
-        std::from_chars(text.data(), text.data() + text.size(), number);
-        benchmark::DoNotOptimize(number);
-    }
-}
-BENCHMARK(textToIntegerStd);
-
-void textToIntegerAbseil(benchmark::State& state)
-{
-    const auto texts = numberTexts();
-    std::size_t i = 0;
-    for (auto _ : state) {
-        std::int64_t number = 0;
-        benchmark::DoNotOptimize(absl::SimpleAtoi(texts[i++ % texts.size()], &number));
-        benchmark::DoNotOptimize(number);
-    }
-}
-BENCHMARK(textToIntegerAbseil);
 
 // Hexadecimal
 
@@ -421,43 +170,6 @@ std::string words(long n)
 
 constexpr std::string_view s_needle = "needle!";
 
-void findText(benchmark::State& state)
-{
-    const std::string text = words(state.range(0)).append(s_needle);
-    const ZStrToken<char> view(text.data(), static_cast<long>(text.size()));
-    for (auto _ : state)
-        benchmark::DoNotOptimize(view.indexOf(s_needle.data(), static_cast<long>(s_needle.size()), 0));
-    state.SetBytesProcessed(state.iterations() * state.range(0));
-}
-BENCHMARK(findText)->Arg(40)->Arg(4096);
-
-void findTextStd(benchmark::State& state)
-{
-    const std::string text = words(state.range(0)).append(s_needle);
-    for (auto _ : state)
-        benchmark::DoNotOptimize(text.find(s_needle));
-    state.SetBytesProcessed(state.iterations() * state.range(0));
-}
-BENCHMARK(findTextStd)->Arg(40)->Arg(4096);
-
-void findTextAbseil(benchmark::State& state)
-{
-    const std::string text = words(state.range(0)).append(s_needle);
-    for (auto _ : state)
-        benchmark::DoNotOptimize(absl::StrContains(text, viewed(s_needle)));
-    state.SetBytesProcessed(state.iterations() * state.range(0));
-}
-BENCHMARK(findTextAbseil)->Arg(40)->Arg(4096);
-
-void findTextMemmem(benchmark::State& state)
-{
-    const std::string text = words(state.range(0)).append(s_needle);
-    for (auto _ : state)
-        benchmark::DoNotOptimize(memmem(text.data(), text.size(), s_needle.data(), s_needle.size()));
-    state.SetBytesProcessed(state.iterations() * state.range(0));
-}
-BENCHMARK(findTextMemmem)->Arg(40)->Arg(4096);
-
 void findTextWide(benchmark::State& state)
 {
     const std::string narrow = words(state.range(0)).append(s_needle);
@@ -497,58 +209,6 @@ void findLastCharacterStd(benchmark::State& state)
     state.SetBytesProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(findLastCharacterStd)->Arg(40)->Arg(4096);
-
-// Splitting and replacing
-
-std::string list(long pieces)
-{
-    std::string text;
-    for (long i = 0; i < pieces; ++i)
-        absl::StrAppend(&text, i > 0 ? "," : "", i * 7919);
-    return text;
-}
-
-void splitText(benchmark::State& state)
-{
-    const ZGStr<char> text(list(state.range(0)).c_str());
-    for (auto _ : state)
-        benchmark::DoNotOptimize(text.split(',').Count());
-    state.SetComplexityN(state.range(0));
-}
-BENCHMARK(splitText)->Arg(10)->Arg(1000)->Arg(10000)->Complexity(benchmark::oN);
-
-void splitTextAbseil(benchmark::State& state)
-{
-    const std::string text = list(state.range(0));
-    for (auto _ : state) {
-        const std::vector<std::string> pieces = absl::StrSplit(text, ',');
-        benchmark::DoNotOptimize(pieces.size());
-    }
-    state.SetComplexityN(state.range(0));
-}
-BENCHMARK(splitTextAbseil)->Arg(10)->Arg(1000)->Arg(10000)->Complexity(benchmark::oN);
-
-void replaceText(benchmark::State& state)
-{
-    const std::string source = list(state.range(0));
-    for (auto _ : state) {
-        ZMStr<char> text(source.data(), static_cast<long>(source.size()));
-        text.replace(",", ", ");
-        benchmark::DoNotOptimize(static_cast<const char*>(text));
-    }
-}
-BENCHMARK(replaceText)->Arg(10)->Arg(1000);
-
-void replaceTextAbseil(benchmark::State& state)
-{
-    const std::string source = list(state.range(0));
-    for (auto _ : state) {
-        std::string text = source;
-        absl::StrReplaceAll({{",", ", "}}, &text);
-        benchmark::DoNotOptimize(text.data());
-    }
-}
-BENCHMARK(replaceTextAbseil)->Arg(10)->Arg(1000);
 
 // Comparing strings that differ in their last character
 

@@ -2,14 +2,20 @@
 // SPDX-License-Identifier: MIT
 
 // Strings and numbers next to the minimum of code that does the same work: each `<row>` has a `<row>_baseline`, written
-// by hand, in the same run. A baseline has the same ownership, terminators and growth as ours. Run with
-// --benchmark_enable_random_interleaving=true --benchmark_repetitions=9 to interleave them.
+// by hand, in the same run. A baseline has the same ownership, terminators and growth as ours. What other libraries need
+// is called `<row>_<library>`. Run with --benchmark_enable_random_interleaving=true --benchmark_repetitions=9 to
+// interleave them.
 
 #include "ZSpace/string/ZMStr.h"
 #include "bench/Opaque.h"
 
 #include <benchmark/benchmark.h>
 
+#include <absl/strings/numbers.h>
+#include <absl/strings/str_cat.h>
+#include <absl/strings/str_replace.h>
+#include <absl/strings/str_split.h>
+#include <absl/strings/string_view.h>
 #include <array>
 #include <bit>
 #include <charconv>
@@ -19,6 +25,9 @@
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
+#include <fmt/compile.h>
+#include <fmt/format.h>
+#include <iterator>
 #include <memory>
 #include <random>
 #include <string>
@@ -30,6 +39,12 @@
 namespace {
 
 using namespace ZSpace;
+
+/// Abseil may have been built with a view of its own.
+absl::string_view viewed(std::string_view text)
+{
+    return {text.data(), text.size()};
+}
 
 /// A builder written by hand, which grows as ours does.
 class Buffer {
@@ -99,10 +114,11 @@ void appendTextsTo(ZMStr<char>& text)
     benchmark::DoNotOptimize(text.data());
 }
 
-void appendTextsTo(Buffer& text)
+template <typename Builder>
+void appendTextsTo(Builder& text)
 {
     for (long i = 0; i < s_appends; ++i)
-        text.append({s_shortText.data(), opaque(s_shortText.size())});
+        text.append(std::string_view(s_shortText.data(), opaque(s_shortText.size())));
     benchmark::DoNotOptimize(text.data());
 }
 
@@ -124,6 +140,17 @@ void builderTexts_baseline(benchmark::State& state)
 }
 BENCHMARK(builderTexts_baseline);
 
+template <typename Builder>
+void builderTexts(benchmark::State& state)
+{
+    for (auto _ : state) {
+        Builder text;
+        appendTextsTo(*opaque(&text));
+    }
+}
+BENCHMARK(builderTexts<std::string>)->Name("builderTexts_std");
+BENCHMARK(builderTexts<fmt::memory_buffer>)->Name("builderTexts_fmt");
+
 void builderTextsReserved(benchmark::State& state)
 {
     for (auto _ : state) {
@@ -141,6 +168,18 @@ void builderTextsReserved_baseline(benchmark::State& state)
     }
 }
 BENCHMARK(builderTextsReserved_baseline);
+
+template <typename Builder>
+void builderTextsReserved(benchmark::State& state)
+{
+    for (auto _ : state) {
+        Builder text;
+        text.reserve(s_sufficient);
+        appendTextsTo(*opaque(&text));
+    }
+}
+BENCHMARK(builderTextsReserved<std::string>)->Name("builderTextsReserved_std");
+BENCHMARK(builderTextsReserved<fmt::memory_buffer>)->Name("builderTextsReserved_fmt");
 
 template <typename Builder>
 void appendCharactersTo(Builder& text)
@@ -285,6 +324,22 @@ void buildLine(Buffer& line, int number)
     benchmark::DoNotOptimize(line.data());
 }
 
+void buildLine(fmt::memory_buffer& line, int number)
+{
+    fmt::format_to(std::back_inserter(line), FMT_COMPILE("{:04}-{:02}-{:02} [{}{}{}\n"), opaque(2024),
+        opaque(3), opaque(5), number, s_lineText, opaque(42));
+    benchmark::DoNotOptimize(line.data());
+}
+
+void buildLine(std::string& line, int number)
+{
+    absl::StrAppend(
+        &line, absl::Dec(opaque(2024), absl::kZeroPad4), "-", absl::Dec(opaque(3), absl::kZeroPad2), "-");
+    absl::StrAppend(&line, absl::Dec(opaque(5), absl::kZeroPad2), " [", number, viewed(s_lineText));
+    absl::StrAppend(&line, opaque(42), "\n");
+    benchmark::DoNotOptimize(line.data());
+}
+
 void builderLine(benchmark::State& state)
 {
     int i = 0;
@@ -304,6 +359,18 @@ void builderLine_baseline(benchmark::State& state)
     }
 }
 BENCHMARK(builderLine_baseline);
+
+template <typename Builder>
+void builderLine(benchmark::State& state)
+{
+    int i = 0;
+    for (auto _ : state) {
+        Builder line;
+        buildLine(*opaque(&line), ++i);
+    }
+}
+BENCHMARK(builderLine<fmt::memory_buffer>)->Name("builderLine_fmt");
+BENCHMARK(builderLine<std::string>)->Name("builderLine_absl");
 
 void builderLineReserved(benchmark::State& state)
 {
@@ -326,6 +393,20 @@ void builderLineReserved_baseline(benchmark::State& state)
     }
 }
 BENCHMARK(builderLineReserved_baseline);
+
+template <typename Builder>
+void builderLineReserved(benchmark::State& state)
+{
+    Builder line;
+    line.reserve(200);
+    int i = 0;
+    for (auto _ : state) {
+        line.clear();
+        buildLine(*opaque(&line), ++i);
+    }
+}
+BENCHMARK(builderLineReserved<fmt::memory_buffer>)->Name("builderLineReserved_fmt");
+BENCHMARK(builderLineReserved<std::string>)->Name("builderLineReserved_absl");
 
 // Integers of every length to text: 1,024 of them in a builder, and one as a new string
 
@@ -371,6 +452,53 @@ BENCHMARK(integersToBuilder_baseline<int>)->Name("int32ToBuilder_baseline");
 BENCHMARK(integersToBuilder_baseline<long long>)->Name("int64ToBuilder_baseline");
 
 template <typename Number>
+void integersToBuilder_fmt(benchmark::State& state)
+{
+    fmt::memory_buffer text;
+    text.reserve(40 * 1024);
+    for (auto _ : state) {
+        text.clear();
+        for (const Number number : numbers<Number>()) {
+            const fmt::format_int digits(number);
+            text.append(digits.data(), digits.data() + digits.size());
+        }
+        benchmark::DoNotOptimize(text.data());
+    }
+}
+BENCHMARK(integersToBuilder_fmt<int>)->Name("int32ToBuilder_fmt");
+BENCHMARK(integersToBuilder_fmt<long long>)->Name("int64ToBuilder_fmt");
+
+template <typename Number>
+void integersToBuilder_absl(benchmark::State& state)
+{
+    std::string text;
+    text.reserve(40 * 1024);
+    for (auto _ : state) {
+        text.clear();
+        for (const Number number : numbers<Number>())
+            absl::StrAppend(&text, number);
+        benchmark::DoNotOptimize(text.data());
+    }
+}
+BENCHMARK(integersToBuilder_absl<int>)->Name("int32ToBuilder_absl");
+BENCHMARK(integersToBuilder_absl<long long>)->Name("int64ToBuilder_absl");
+
+/// Into an array, without a builder's checks.
+template <typename Number>
+void integersToBuilder_to_chars(benchmark::State& state)
+{
+    std::string text(40 * 1024, '\0');
+    for (auto _ : state) {
+        char* to = text.data();
+        for (const Number number : numbers<Number>())
+            to = std::to_chars(to, text.data() + text.size(), number).ptr;
+        benchmark::DoNotOptimize(text.data());
+    }
+}
+BENCHMARK(integersToBuilder_to_chars<int>)->Name("int32ToBuilder_to_chars");
+BENCHMARK(integersToBuilder_to_chars<long long>)->Name("int64ToBuilder_to_chars");
+
+template <typename Number>
 void integersToStrings(benchmark::State& state)
 {
     for (auto _ : state) {
@@ -394,6 +522,28 @@ void integersToStrings_baseline(benchmark::State& state)
 }
 BENCHMARK(integersToStrings_baseline<int>)->Name("int32ToString_baseline");
 BENCHMARK(integersToStrings_baseline<long long>)->Name("int64ToString_baseline");
+
+template <typename Number>
+void integersToStrings_fmt(benchmark::State& state)
+{
+    for (auto _ : state) {
+        for (const Number number : numbers<Number>())
+            benchmark::DoNotOptimize(fmt::format_int(number).str());
+    }
+}
+BENCHMARK(integersToStrings_fmt<int>)->Name("int32ToString_fmt");
+BENCHMARK(integersToStrings_fmt<long long>)->Name("int64ToString_fmt");
+
+template <typename Number>
+void integersToStrings_std(benchmark::State& state)
+{
+    for (auto _ : state) {
+        for (const Number number : numbers<Number>())
+            benchmark::DoNotOptimize(std::to_string(number));
+    }
+}
+BENCHMARK(integersToStrings_std<int>)->Name("int32ToString_std");
+BENCHMARK(integersToStrings_std<long long>)->Name("int64ToString_std");
 
 // Text to numbers
 
@@ -443,6 +593,42 @@ void textToIntegers_baseline(benchmark::State& state)
 }
 BENCHMARK(textToIntegers_baseline<int>)->Name("textToInt32_baseline");
 BENCHMARK(textToIntegers_baseline<long long>)->Name("textToInt64_baseline");
+
+/// What the standard library reads from each text.
+template <typename Number>
+void readByStandard(benchmark::State& state, const std::vector<std::string>& texts)
+{
+    for (auto _ : state) {
+        for (const std::string& text : texts) {
+            Number number{};
+            std::from_chars(text.data(), text.data() + text.size(), number);
+            benchmark::DoNotOptimize(number);
+        }
+    }
+}
+
+template <typename Number>
+void textToIntegers_from_chars(benchmark::State& state)
+{
+    readByStandard<Number>(state, numberTexts<Number>());
+}
+BENCHMARK(textToIntegers_from_chars<int>)->Name("textToInt32_from_chars");
+BENCHMARK(textToIntegers_from_chars<long long>)->Name("textToInt64_from_chars");
+
+template <typename Number>
+void textToIntegers_absl(benchmark::State& state)
+{
+    const auto texts = numberTexts<Number>();
+    for (auto _ : state) {
+        for (const std::string& text : texts) {
+            Number number{};
+            benchmark::DoNotOptimize(absl::SimpleAtoi(text, &number));
+            benchmark::DoNotOptimize(number);
+        }
+    }
+}
+BENCHMARK(textToIntegers_absl<int>)->Name("textToInt32_absl");
+BENCHMARK(textToIntegers_absl<long long>)->Name("textToInt64_absl");
 
 /// Numbers with one to six digits on each side of the point.
 std::vector<double> reals()
@@ -504,6 +690,12 @@ void textToDouble_baseline(benchmark::State& state)
 }
 BENCHMARK(textToDouble_baseline);
 
+void textToDouble_from_chars(benchmark::State& state)
+{
+    readByStandard<double>(state, realTexts());
+}
+BENCHMARK(textToDouble_from_chars);
+
 void doubleToText(benchmark::State& state)
 {
     const auto all = reals();
@@ -549,6 +741,36 @@ void doubleToText_baseline(benchmark::State& state)
 }
 BENCHMARK(doubleToText_baseline);
 
+/// The shortest digits that read back as the same number.
+void doubleToText_fmt(benchmark::State& state)
+{
+    const auto all = reals();
+    fmt::memory_buffer text;
+    text.reserve(50 * 1024);
+    for (auto _ : state) {
+        text.clear();
+        for (const double number : all)
+            fmt::format_to(std::back_inserter(text), FMT_COMPILE("{}"), number);
+        benchmark::DoNotOptimize(text.data());
+    }
+}
+BENCHMARK(doubleToText_fmt);
+
+/// Six digits.
+void doubleToText_absl(benchmark::State& state)
+{
+    const auto all = reals();
+    std::string text;
+    text.reserve(50 * 1024);
+    for (auto _ : state) {
+        text.clear();
+        for (const double number : all)
+            absl::StrAppend(&text, number);
+        benchmark::DoNotOptimize(text.data());
+    }
+}
+BENCHMARK(doubleToText_absl);
+
 // Searching 4 KiB of words, with the match at their end
 
 std::string words(long n)
@@ -580,6 +802,14 @@ void findCharacter_baseline(benchmark::State& state)
     }
 }
 BENCHMARK(findCharacter_baseline);
+
+void findCharacter_std(benchmark::State& state)
+{
+    const std::string text = words(s_searched).append("!");
+    for (auto _ : state)
+        benchmark::DoNotOptimize(text.find(opaque('!')));
+}
+BENCHMARK(findCharacter_std);
 
 void findText(benchmark::State& state)
 {
@@ -614,6 +844,24 @@ void findText_baseline(benchmark::State& state)
     }
 }
 BENCHMARK(findText_baseline);
+
+void findText_std(benchmark::State& state)
+{
+    const std::string text = words(s_searched).append(s_needle);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(text.find(opaque(s_needle)));
+}
+BENCHMARK(findText_std);
+
+void findText_memmem(benchmark::State& state)
+{
+    const std::string text = words(s_searched).append(s_needle);
+    for (auto _ : state) {
+        const std::string_view sought = opaque(s_needle);
+        benchmark::DoNotOptimize(memmem(text.data(), text.size(), sought.data(), sought.size()));
+    }
+}
+BENCHMARK(findText_memmem);
 
 // Replacing all of 100 commas by a longer text, into a new array
 
@@ -673,6 +921,14 @@ void replaceAll_baseline(benchmark::State& state)
 BENCHMARK(replaceAll_baseline<1>)->Name("replaceAll_baseline");
 BENCHMARK(replaceAll_baseline<2>)->Name("replaceAllTexts_baseline");
 
+void replaceAll_absl(benchmark::State& state)
+{
+    const std::string text = list(100);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(absl::StrReplaceAll(text, {{opaque(","), viewed(s_replacement)}}));
+}
+BENCHMARK(replaceAll_absl);
+
 // Splitting at commas; each piece is an owned string
 
 void splitInto(benchmark::State& state)
@@ -707,6 +963,16 @@ void splitInto_baseline(benchmark::State& state)
     }
 }
 BENCHMARK(splitInto_baseline)->Arg(5)->Arg(1000)->Arg(100'000)->Arg(1'000'000);
+
+void splitInto_absl(benchmark::State& state)
+{
+    const std::string text = list(state.range(0));
+    for (auto _ : state) {
+        const std::vector<std::string> pieces = absl::StrSplit(text, opaque(','));
+        benchmark::DoNotOptimize(pieces.data());
+    }
+}
+BENCHMARK(splitInto_absl)->Arg(5)->Arg(1000)->Arg(100'000)->Arg(1'000'000);
 
 // Lengths and conversions of 4 KiB
 

@@ -113,18 +113,41 @@ def measure(row, folder, options):
     return result
 
 
+# The other libraries, with the package of each.
+LIBRARIES = {"Abseil": "libabsl-dev", "Boost": "libboost-dev", "{fmt}": "libfmt-dev", "glog": "libgoogle-glog-dev",
+             "libuuid": "uuid-dev", "spdlog": "libspdlog-dev"}
+
+
+def library_versions():
+    """The versions of the other libraries, where packages tell them."""
+    found = {}
+    for library, package in LIBRARIES.items():
+        try:
+            answer = subprocess.run(["dpkg-query", "-W", "-f=${Version}", package], capture_output=True, text=True,
+                                    check=False)
+        except FileNotFoundError:
+            break
+        if answer.returncode == 0:
+            found[library] = re.sub(r"^\d+:|[-+].*", "", answer.stdout)
+    return found
+
+
 def versions():
     """What was measured on, for the table's caption."""
     compiler = subprocess.run(["g++", "--version"], capture_output=True, text=True, check=False).stdout.split("\n")[0]
     model = re.search(r"model name\s*: (.*)", Path("/proc/cpuinfo").read_text())
     system = platform.freedesktop_os_release().get("PRETTY_NAME", platform.system())
     return {"date": datetime.date.today().isoformat(), "processor": model[1] if model else platform.machine(),
-            "processors": os.cpu_count(), "system": system, "compiler": compiler}
+            "processors": os.cpu_count(), "system": system, "compiler": compiler, "libraries": library_versions()}
 
 
 def caption(machine):
     return (f"{machine['date']}, {machine['system']}, {machine['compiler']}, {machine['processors']} × "
             f"{machine['processor']}")
+
+
+def libraries_of(machine):
+    return ", ".join(f"{library} {version}" for library, version in machine["libraries"].items())
 
 
 def line_of(result):
@@ -151,25 +174,31 @@ def drawing(results, machine):
         end = min(ratio * scale, width - left - 60)
         mark = left + min(result["target"] * scale, width - left - 60)
         label = (mark if 0 < mark - left - end < 45 else left + end) + 8
+        others = "".join(f'<circle class="other" cx="{left + other["median"] * scale:.1f}" cy="{y + 10}" r="4">'
+                         f'<title>{name} {other["median"]:.2f}</title></circle>'
+                         for name, other in result["ratios"].items()
+                         if name != "ours" and other["median"] * scale < width - left - 8)
         bars.append(f'<text class="work" x="{left - 8}" y="{y + 14}">{result["work"]}</text>'
                     f'<rect class="{kind}" x="{left}" y="{y + 3}" width="{end:.1f}" height="{height - 8}"/>'
-                    f'<path class="target" d="M{mark:.1f} {y + 1}v{height - 4}"/>'
+                    f'<path class="target" d="M{mark:.1f} {y + 1}v{height - 4}"/>{others}'
                     f'<text x="{label:.1f}" y="{y + 14}">{ratio:.2f}</text>')
     one = left + scale
     total = 50 + len(results) * height
-    return f'''<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {total + 20}" role="img"
+    return f'''<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {total + 40}" role="img"
  aria-label="Time of each operation as a ratio to its baseline">
 <style>
 text {{ font: 12px sans-serif; fill: #24292f; }}
 .work {{ text-anchor: end; }}
 .met {{ fill: #2f81a8; }} .missed {{ fill: #c77d2e; }}
+.other {{ fill: none; stroke: #8250df; stroke-width: 1.5; }}
 .target {{ stroke: #24292f; stroke-width: 2; }} .one {{ stroke: #8c959f; stroke-dasharray: 3 3; }}
 @media (prefers-color-scheme: dark) {{ text {{ fill: #e6edf3; }} .target {{ stroke: #e6edf3; }} }}
 </style>
-<text x="{left}" y="16">Time as a ratio to hand-written code for the same work; marks are targets</text>
+<text x="{left}" y="16">Time as a ratio to hand-written code for the same work; lines are targets, circles other libraries</text>
 <path class="one" d="M{one} 30V{total}"/>
 {chr(10).join(bars)}
 <text x="8" y="{total + 12}">{caption(machine)}</text>
+<text x="8" y="{total + 30}">{libraries_of(machine)}</text>
 </svg>
 '''
 
@@ -186,7 +215,7 @@ def main():
 
     rows = tomllib.loads((Path(__file__).parent / "rows.toml").read_text())["row"]
     machine, results = versions(), []
-    print(caption(machine), HEAD, sep="\n\n", flush=True)
+    print(caption(machine), libraries_of(machine), HEAD, sep="\n\n", flush=True)
     for row in rows:
         if options.only not in row["work"]:
             continue
