@@ -240,6 +240,25 @@ double withFraction(double value, const T* text, const T* end) noexcept
     return value;
 }
 
+/// The digits at the start, as a number that wraps around.
+template <StrChar T>
+inline unsigned long long leadingNumber(const T* text, const T* end) noexcept
+{
+    unsigned long long number = 0;
+    if constexpr (s_readsRuns<T>) {
+        constexpr long worthwhile = 10; // one by one, a few digits are read faster
+        for (; end - text >= worthwhile; text += DigitRun::s_maxCount) {
+            const DigitRun run(text, end - text);
+            if (!run.isFull())
+                break;
+            number = number * 100'000'000 + run.value();
+        }
+    }
+    for (; text != end && isDigitChar(*text); ++text)
+        number = number * 10 + static_cast<unsigned>(*text - '0');
+    return number;
+}
+
 } // namespace
 
 template <typename T>
@@ -290,26 +309,19 @@ void writeHexBytes(T* to, const void* bytes, long n) noexcept
 template <typename T>
 unsigned long long readDecimal(const T* text, long n) noexcept
 {
-    const T* const end = text + std::max(n, 0L);
-    unsigned long long number = 0;
-    if constexpr (s_readsRuns<T>) {
-        constexpr long worthwhile = 10; // one by one, a few digits are read faster
-        for (; end - text >= worthwhile; text += DigitRun::s_maxCount) {
-            const DigitRun run(text, end - text);
-            if (!run.isFull())
-                break;
-            number = number * 100'000'000 + run.value();
-        }
-    }
-    for (; text != end && isDigitChar(*text); ++text)
-        number = number * 10 + static_cast<unsigned>(*text - '0');
-    return number;
+    return leadingNumber(text, text + std::max(n, 0L));
 }
 
 template <typename T>
 unsigned long long readSignedDecimal(const T* text, long n) noexcept
 {
-    return startsWithMinus(text, n) ? 0 - readDecimal(text + 1, n - 1) : readDecimal(text, n);
+    if (n < 1)
+        return 0;
+    // Without a branch, as signs come in no order.
+    const bool isNegative = *text == '-';
+    const unsigned long long magnitude = leadingNumber(text + isNegative, text + n);
+    const unsigned long long mask = 0ULL - isNegative;
+    return (magnitude ^ mask) - mask;
 }
 
 template <typename T>
