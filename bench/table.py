@@ -165,7 +165,7 @@ HEAD = ("| work | ratio | spread | others | target | met | rounds |\n"
 
 def drawing(results, machine):
     """The ratios as horizontal bars, with the targets as marks."""
-    height, left, width, scale = 22, 300, 860, 110
+    height, left, width, scale = 22, 330, 860, 110
     bars = []
     for index, result in enumerate(results):
         y = 40 + index * height
@@ -173,15 +173,14 @@ def drawing(results, machine):
         kind = "met" if ratio <= result["target"] else "missed"
         end = min(ratio * scale, width - left - 60)
         mark = left + min(result["target"] * scale, width - left - 60)
-        label = (mark if 0 < mark - left - end < 45 else left + end) + 8
         others = "".join(f'<circle class="other" cx="{left + other["median"] * scale:.1f}" cy="{y + 10}" r="4">'
                          f'<title>{name} {other["median"]:.2f}</title></circle>'
                          for name, other in result["ratios"].items()
                          if name != "ours" and other["median"] * scale < width - left - 8)
-        bars.append(f'<text class="work" x="{left - 8}" y="{y + 14}">{result["work"]}</text>'
+        bars.append(f'<text class="work" x="{left - 46}" y="{y + 14}">{result["work"]}</text>'
+                    f'<text class="work" x="{left - 8}" y="{y + 14}">{ratio:.2f}</text>'
                     f'<rect class="{kind}" x="{left}" y="{y + 3}" width="{end:.1f}" height="{height - 8}"/>'
-                    f'<path class="target" d="M{mark:.1f} {y + 1}v{height - 4}"/>{others}'
-                    f'<text x="{label:.1f}" y="{y + 14}">{ratio:.2f}</text>')
+                    f'<path class="target" d="M{mark:.1f} {y + 1}v{height - 4}"/>{others}')
     one = left + scale
     total = 50 + len(results) * height
     return f'''<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {total + 40}" role="img"
@@ -190,7 +189,7 @@ def drawing(results, machine):
 text {{ font: 12px sans-serif; fill: #24292f; }}
 .work {{ text-anchor: end; }}
 .met {{ fill: #2f81a8; }} .missed {{ fill: #c77d2e; }}
-.other {{ fill: none; stroke: #8250df; stroke-width: 1.5; }}
+.other {{ fill: #fff; stroke: #8250df; stroke-width: 1.5; }}
 .target {{ stroke: #24292f; stroke-width: 2; }} .one {{ stroke: #8c959f; stroke-dasharray: 3 3; }}
 @media (prefers-color-scheme: dark) {{ text {{ fill: #e6edf3; }} .target {{ stroke: #e6edf3; }} }}
 </style>
