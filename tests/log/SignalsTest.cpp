@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
@@ -27,7 +28,7 @@ void limitFileSize(rlim_t bytes)
 {
     rlimit limit{};
     getrlimit(RLIMIT_FSIZE, &limit);
-    limit.rlim_cur = bytes;
+    limit.rlim_cur = std::min(bytes, limit.rlim_max);
     setrlimit(RLIMIT_FSIZE, &limit);
 }
 
@@ -72,6 +73,8 @@ protected:
             std::signal(SIGPIPE, SIG_DFL);
             std::signal(SIGXFSZ, SIG_DFL);
             work();
+            limitFileSize(
+                RLIM_INFINITY); // for what writes files when the process ends, like a coverage profile
             return testing::Test::HasFailure() ? 1 : 0;
         });
         EXPECT_TRUE(outcome.hasExited) << "signal " << outcome.status;
