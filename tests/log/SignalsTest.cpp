@@ -73,8 +73,7 @@ protected:
             std::signal(SIGPIPE, SIG_DFL);
             std::signal(SIGXFSZ, SIG_DFL);
             work();
-            limitFileSize(
-                RLIM_INFINITY); // for what writes files when the process ends, like a coverage profile
+            limitFileSize(RLIM_INFINITY); // coverage profiles are written when the process ends
             return testing::Test::HasFailure() ? 1 : 0;
         });
         EXPECT_TRUE(outcome.hasExited) << "signal " << outcome.status;
