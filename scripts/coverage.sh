@@ -13,7 +13,8 @@ cd "$(dirname "$0")/.."
 require_packages $build_packages libgtest-dev libgmock-dev gcovr
 build coverage
 run_tests coverage || echo "Some tests failed."
-for folder in ZSpace/platform ZSpace/core ZSpace/string ZSpace/value ZSpace/object ZSpace/stream ZSpace/system ZSpace/log app; do
+for folder in ZSpace/platform ZSpace/core ZSpace/string ZSpace/value ZSpace/object ZSpace/stream ZSpace/system ZSpace/log \
+    ZSpace/interop app; do
     echo "== $folder"
     gcovr --root . --filter "$folder/" build/coverage | sed -n '/^[a-z].*%/p; /^TOTAL/p'
 done
