@@ -15,6 +15,10 @@ if(NOT APPLE)
     add_compile_options(-fno-semantic-interposition)
 endif()
 
+# A number read from text is rounded after each multiplication and each addition, also on processors that can do both at
+# once, like those of arm64.
+add_compile_options(-ffp-contract=off)
+
 # std::filesystem requires macOS 10.15: the product does without it, the tests use it.
 if(APPLE AND NOT DEFINED ZSPACE_TEST_TARGET)
     set(ZSPACE_TEST_TARGET -mmacosx-version-min=10.15)

@@ -13,14 +13,14 @@ namespace ZSpace::Testing {
 /// slots.
 ///
 /// In the hosts' common C++ ABI, a pointer to a virtual member function holds the offset in the table, plus
-/// one.
+/// one on x86-64.
 template <typename Function>
 [[nodiscard]] std::size_t slotOf(Function function)
 {
     static_assert(sizeof function == 2 * sizeof(std::uintptr_t));
     std::uintptr_t word;
     std::memcpy(&word, &function, sizeof word);
-    return (word - 1) / sizeof(void*);
+    return word / sizeof(void*);
 }
 
 } // namespace ZSpace::Testing
