@@ -25,6 +25,7 @@ try ./scripts/test.sh debug
 try ./scripts/test.sh clang
 try ./scripts/test.sh clang-16
 try ./scripts/test.sh libcxx
+try ./scripts/test.sh arm64 platform core string value object stream
 try ./scripts/test.sh fuzz
 try ./scripts/test.sh gnustep
 try ./scripts/test.sh asan
