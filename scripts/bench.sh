@@ -7,8 +7,8 @@
 #   ./scripts/bench.sh [--quick] [--only TEXT] [--publish]
 #   ./scripts/bench.sh core|launcher|log|stream|string|string_rows|value [flags of Google Benchmark]
 #
-# The table takes about a minute for each row on a quiet machine; --quick runs each row once, to see that it works. The results
-# are in build/bench/table.json and table.svg, too; --publish copies the picture to docs/.
+# The table takes about a minute for each row on a quiet machine; --quick runs each row once, to see that it works. The
+# results are in build/bench/table.json and table.svg, too; --publish copies the picture to docs/.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
